@@ -1,0 +1,70 @@
+// Company: the embedded company, an SQLite file that answers for all sibling components.
+//
+// A Company is one read-only connection, for one thread. Errors are RunTimeErrors with the source
+// "DataAccess" whose description names the file, table or column meant.
+
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/MemoryRecordset.h"
+#include "siblings/Siblings.h"
+
+namespace kal::company {
+
+// Makes a new company file: tables, indexes and message texts, and sample data where asked for.
+// Raises an error, and leaves what was there, when the file exists already.
+void CreateCompany(const std::string& path, bool withSample);
+
+class Company {
+ public:
+  // Opens the file; the language, "it" or "en", is that of the messages. Raises an error when the
+  // file is missing, can't be read or is no company.
+  explicit Company(const std::string& path, std::string_view language = "it");
+  Company(const Company&) = delete;
+  Company& operator=(const Company&) = delete;
+  ~Company();
+
+  // The sibling components over this company; owned by it.
+  [[nodiscard]] SiblingFactory& Siblings();
+
+  // One state of the books for all that is read until it is let go, whatever others commit
+  // meanwhile. Outside of one, every question sees the books as they are when it is asked.
+  class Reading {
+   public:
+    explicit Reading(Company& company);
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+    ~Reading();
+
+   private:
+    Company& company_;
+  };
+
+  [[nodiscard]] bool HasTable(std::string_view name);
+
+  // A table of this connection alone, with the columns and rows given, gone when the object is.
+  // The file is not touched. The name may be any text.
+  class TemporaryTable {
+   public:
+    TemporaryTable(Company& company, std::string_view name, const RowTable& rows);
+    TemporaryTable(const TemporaryTable&) = delete;
+    TemporaryTable& operator=(const TemporaryTable&) = delete;
+    ~TemporaryTable();
+
+   private:
+    Company& company_;
+    std::string name_;
+  };
+
+ private:
+  class Connection;
+  class Factory;
+
+  std::unique_ptr<Connection> connection_;
+  std::unique_ptr<Factory> factory_;
+};
+
+}  // namespace kal::company

@@ -1,0 +1,39 @@
+// Schema: the tables of the embedded company, as data.
+//
+// The schema makes the company file, tells the data access the type of every column, and tells
+// the host the fields of the record sets that mirror a table.
+
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/Recordset.h"
+
+namespace kal::company {
+
+struct SchemaColumn {
+  std::string_view name;
+  DataType type;
+};
+
+struct SchemaTable {
+  std::string_view name;
+  std::span<const SchemaColumn> columns;
+};
+
+[[nodiscard]] std::span<const SchemaTable> Tables();
+// Without regard to letter case; nullptr when there is none.
+[[nodiscard]] const SchemaTable* FindTable(std::string_view name);
+
+// The statements that make an empty company: tables, and the indexes that serve the checks'
+// selections.
+[[nodiscard]] std::string SchemaSql();
+
+// The type that a column was declared with in the schema, for columns of tables that are not part
+// of it; Text for a declaration that the schema never uses.
+[[nodiscard]] DataType TypeOfDeclaration(std::string_view declaration);
+[[nodiscard]] std::string_view DeclarationOfType(DataType type);
+
+}  // namespace kal::company

@@ -1,0 +1,107 @@
+// MemoryRecordset: a record set over rows held in memory, with ADO's cursor and filter rules.
+//
+// The rows live in a RowTable, which any number of record sets may share: each set has its own
+// position and filter, the rows never change while shared. Filter texts know = <> < <= > >= and
+// like, joined by and/or with parentheses around groups; values are numbers, 'texts' (a quote
+// inside doubled), #dates# (dd/mm/yyyy or yyyy-mm-dd) and Null. Texts compare without regard to
+// letter case, boolean columns read as 0 and 1; "= Null" and "<> Null" ask for Null, any other
+// comparison with a Null field does not match. "like" takes * and % as the last, or as the first
+// and the last character of its text, and makes the filter invalid elsewhere.
+//
+// An equality in a filter is answered from an index over its column, built when first needed: a
+// walk that filters a large set once for every row of another stays proportional to their sizes.
+//
+// A RowTable builds its indexes under const; tables shared between threads must be copied first.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Recordset.h"
+
+namespace kal {
+
+struct Column {
+  std::string name;
+  DataType type;
+};
+
+class RowTable {
+ public:
+  explicit RowTable(std::vector<Column> columns);
+  RowTable(const RowTable&) = delete;
+  RowTable& operator=(const RowTable&) = delete;
+  ~RowTable();
+
+  // One value for each column, in their order.
+  void AddRow(std::vector<Variant> values);
+
+  [[nodiscard]] const std::vector<Column>& Columns() const { return columns_; }
+  [[nodiscard]] std::size_t RowCount() const { return rowCount_; }
+  // The place of the column, without regard to letter case; -1 when there is none.
+  [[nodiscard]] std::ptrdiff_t FindColumn(std::string_view name) const;
+  [[nodiscard]] const Variant& Cell(std::size_t row, std::size_t column) const {
+    return cells_[row * columns_.size() + column];
+  }
+
+  // The rows, in order, whose cell in that column equals the value as filters compare; the key
+  // must be neither Null nor Empty.
+  [[nodiscard]] const std::vector<std::uint32_t>& RowsWhereEqual(std::size_t column,
+                                                                 const Variant& key) const;
+
+ private:
+  struct Names;
+  struct Index;
+
+  std::vector<Column> columns_;
+  std::vector<Variant> cells_;  // row by row
+  std::size_t rowCount_ = 0;
+  std::unique_ptr<Names> names_;
+  mutable std::vector<std::unique_ptr<Index>> indexes_;  // by column, null until needed
+};
+
+class MemoryRecordset final : public Recordset {
+ public:
+  // The set starts on the first row of the table, unfiltered.
+  explicit MemoryRecordset(std::shared_ptr<const RowTable> table,
+                           kal::EditMode editMode = kal::EditMode::None);
+  ~MemoryRecordset() override;
+
+  [[nodiscard]] const Field& Fields(std::string_view name) override;
+  [[nodiscard]] const Field& Fields(std::size_t index) override;
+  [[nodiscard]] std::int32_t RecordCount() override;
+  [[nodiscard]] kal::EditMode EditMode() override { return editMode_; }
+  void Filter(std::string_view condition) override;
+  void Filter(FilterGroup group) override;
+  void MoveFirst() override;
+  void MoveNext() override;
+  void MoveLast() override;
+  [[nodiscard]] bool Eof() override;
+
+  // For whoever shows the state of the set: the filter text in force ("" when none), and the
+  // current row's place among the visible rows, counted from 1 (0 when no row is current).
+  [[nodiscard]] const std::string& FilterText() const { return filterText_; }
+  [[nodiscard]] std::size_t Position() const;
+
+ private:
+  class CellField;
+
+  [[nodiscard]] std::size_t VisibleCount() const;
+  [[nodiscard]] std::size_t CurrentRow() const;  // raises 3021
+
+  std::shared_ptr<const RowTable> table_;
+  kal::EditMode editMode_;
+  std::vector<CellField> fields_;
+  std::string filterText_;
+  bool filtered_ = false;
+  std::vector<std::uint32_t> visible_;  // the rows shown, when filtered
+  std::size_t position_ = 0;            // among the visible rows; their count at the end
+};
+
+}  // namespace kal
