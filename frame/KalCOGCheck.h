@@ -11,6 +11,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
@@ -86,8 +87,44 @@ class KalCOGCheck {
     std::int16_t SegnoIva = 0;
   };
 
-  // One run of the save check (save/OkAggiorna.cpp).
-  class Salvataggio;
+  // What one run of the save check finds out on its way.
+  struct Salvataggio {
+    bool CheckRegIva = false;
+    bool CheckDuplicatoDoc = false;
+    bool AttivitaSeparateIva = false;
+    Variant DataIvaControllo;  // a date, or ""
+    std::int16_t SezionaleAutofattura = 0;
+    std::int32_t ProtocolloCollegato = 0;  // -1: no linked entry
+  };
+
+  // save/OkAggiorna.cpp: the tests of the save check that are no check of their own
+  void AzzeraMessaggi();
+  [[nodiscard]] bool NessunMessaggio() const;
+  void CopiaCausale();
+  void TestTipoDocumento();
+  void TestDateScadenza();
+  void TestChiusuraContestuale();
+  void TestInfragruppo();
+  void TestNumeroRighe();
+  void TestSezionale();
+  void TestNumeroDocumento();
+  void TestProtocolloMancante();
+  void TestProtocolloMassimo(std::int32_t protocollo, std::string_view diCosa);
+  void TestBanca();
+  void TestSplitPayment();
+  void TestDefinitiva(Salvataggio& aRun);
+  void TestParametriIva(const Salvataggio& aRun);
+  void TestAutofattura(Salvataggio& aRun);
+  void TestPlafondStampato(const Salvataggio& aRun);
+  void TestRigheReverseCharge();
+  void TestRegistroIva(const Salvataggio& aRun);
+  void TestDichiarazioneIntento();
+  void TestPlafondDichiarazione(const RecordsetRef& aDichiarazione);
+  void TestNumeroDuplicato(const Salvataggio& aRun);
+  void TestProtocolloAutofattura(const Salvataggio& aRun);
+  void TestDatiFiscali();
+  void TestSogliaCorrispettivi();
+  void TestSospensioneNegativa();
 
   // checks/OkQuadratura.cpp
   void OkQuadratura();
@@ -96,6 +133,9 @@ class KalCOGCheck {
   // checks/OkCastellettoIva.cpp
   void OkCastellettoIva();
   void CheckCongruenzaAliquote();
+  void TestAliquoteFiscalitaBL(VatCodes& aCodiciIva);
+  void TestAliquoteDichiarazione();
+  void TestAliquoteIntra(VatCodes& aCodiciIva);
   void EseguiControlliDichiarazioneIntento(bool& aEsegui);
   void LeggiDichiarazioneIntento();
   // checks/QuadraScadenze.cpp
@@ -144,13 +184,27 @@ class KalCOGCheck {
   void CheckPlafond();
   // checks/CheckIncassiInSospensione.cpp
   void CheckIncassiInSospensione();
+  [[nodiscard]] RecordsetRef AperturaInSospensione() const;
   // checks/RiepilogoStampato.cpp
   Variant RiepilogoStampato(const Variant& aData, std::int16_t aTipoRegIva,
                             std::int16_t aSezionale);
+  // modify/OkModifica.cpp
+  bool GeneratoUnaltraRegistrazione();
+  void TestFatturaElettronica();
+  void TestScadenzeChiuse();
+  void TestDistinte();
+  void TestLibriStampati();
+  void TestPeriodoIva();
+  // modify/LibriStampati.cpp
+  [[nodiscard]] RecordsetRef BollatiDelMese(const Variant& aData) const;
+  // modify/RegistrazioniDaDocumento.cpp
+  bool SuRegistrazioneDelDocumento(std::int16_t aTipologiaDoc, std::int32_t aIdDoc,
+                                   bool (KalCOGCheck::*aControllo)());
   // modify/SplitPayment.cpp
   bool IsDocumentoSplitPayment();
   bool IsClienteSplitPayment();
   bool CheckEffettiSplitPayment(const std::string& aCodPagamento);
+  std::size_t PrimaRataConEffetto();
   // modify/Scadenze.cpp
   bool ScadenzeDocChiuse();
   bool RRContabilizzati();

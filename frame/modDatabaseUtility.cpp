@@ -69,6 +69,11 @@ Variant GetField(const RecordsetRef& rs, std::string_view name) {
   }
 }
 
+bool GetFlag(const RecordsetRef& rs, std::string_view name) {
+  const Variant value = GetField(rs, name);
+  return !value.IsNull() && CBool(value);
+}
+
 bool RecordsetIsEmpty(const RecordsetRef& rs) noexcept {
   if (rs.IsNothing()) {
     return true;

@@ -15,6 +15,10 @@ namespace kal {
 // decimals. An error is raised again with the field's name in the trail.
 [[nodiscard]] Variant GetField(const RecordsetRef& rs, std::string_view name);
 
+// Whether a boolean field is True: GetField for conditions, which a value that stays Null does not
+// meet.
+[[nodiscard]] bool GetFlag(const RecordsetRef& rs, std::string_view name);
+
 // Whether the set is Nothing or has no current row. Never raises.
 [[nodiscard]] bool RecordsetIsEmpty(const RecordsetRef& rs) noexcept;
 
