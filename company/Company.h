@@ -14,6 +14,8 @@
 
 namespace kal::company {
 
+class Database;
+
 // Makes a new company file: tables, indexes and message texts, and sample data where asked for.
 // Raises an error, and leaves what was there, when the file exists already.
 void CreateCompany(const std::string& path, bool withSample);
@@ -60,11 +62,8 @@ class Company {
   };
 
  private:
-  class Connection;
-  class Factory;
-
-  std::unique_ptr<Connection> connection_;
-  std::unique_ptr<Factory> factory_;
+  std::unique_ptr<Database> database_;
+  std::unique_ptr<SiblingFactory> siblings_;  // after the database that answers them
 };
 
 }  // namespace kal::company

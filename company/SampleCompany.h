@@ -6,7 +6,7 @@
 
 namespace kal::company {
 
-// INSERT statements for a company that was just made.
+// The statements that fill a company that was just made, message texts aside.
 [[nodiscard]] std::string_view SampleCompanySql();
 
 }  // namespace kal::company

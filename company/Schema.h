@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,12 +28,19 @@ struct SchemaTable {
 // Without regard to letter case; nullptr when there is none.
 [[nodiscard]] const SchemaTable* FindTable(std::string_view name);
 
+// Whether the database takes two names for the same: without regard to the case of ASCII letters.
+[[nodiscard]] bool SameName(std::string_view left, std::string_view right);
+
+// What marks a file as a company, and the layout of its tables.
+inline constexpr std::int32_t kApplicationId = 0x4B434F47;  // "KCOG"
+inline constexpr std::int32_t kLayoutVersion = 1;
+
 // The statements that make an empty company: tables, and the indexes that serve the checks'
 // selections.
 [[nodiscard]] std::string SchemaSql();
 
 // The type that a column was declared with in the schema, for columns of tables that are not part
-// of it; Text for a declaration that the schema never uses.
+// of it; a text type for a declaration that the schema never uses.
 [[nodiscard]] DataType TypeOfDeclaration(std::string_view declaration);
 [[nodiscard]] std::string_view DeclarationOfType(DataType type);
 

@@ -3,13 +3,17 @@
 // The rows live in a RowTable, which any number of record sets may share: each set has its own
 // position and filter, the rows never change while shared. Filter texts know = <> < <= > >= and
 // like, joined by and/or with parentheses around groups; values are numbers, 'texts' (a quote
-// inside doubled), #dates# (dd/mm/yyyy or yyyy-mm-dd) and Null. Texts compare without regard to
-// letter case, boolean columns read as 0 and 1; "= Null" and "<> Null" ask for Null, any other
-// comparison with a Null field does not match. "like" takes * and % as the last, or as the first
-// and the last character of its text, and makes the filter invalid elsewhere.
+// inside doubled), #dates# (dd/mm/yyyy or yyyy-mm-dd), True, False and Null. Names may stand in
+// [brackets]. A value must be of its column's kind, number, text or date; anything else makes the
+// filter invalid. Texts compare without regard to letter case (A to Z and the accented letters of
+// Latin-1); booleans read as 0 and 1, and on a boolean column any number but 0 is 1. "= Null" and
+// "<> Null" ask for Null, any other comparison with a Null field does not match. "like" takes *
+// and % as the last, or as the first and the last character of its text, and makes the filter
+// invalid elsewhere.
 //
-// An equality in a filter is answered from an index over its column, built when first needed: a
-// walk that filters a large set once for every row of another stays proportional to their sizes.
+// When a set is filtered by an equality on the same column for the second time, the answer comes
+// from an index over that column: a walk that filters a large set once for every row of another
+// stays proportional to their sizes, and a single filter costs no more than a look at each row.
 //
 // A RowTable builds its indexes under const; tables shared between threads must be copied first.
 
@@ -17,8 +21,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,7 +43,7 @@ class RowTable {
   RowTable& operator=(const RowTable&) = delete;
   ~RowTable();
 
-  // One value for each column, in their order.
+  // One value for each column, in their order. Raises 51 when there are more or fewer.
   void AddRow(std::vector<Variant> values);
 
   [[nodiscard]] const std::vector<Column>& Columns() const { return columns_; }
@@ -50,10 +54,11 @@ class RowTable {
     return cells_[row * columns_.size() + column];
   }
 
-  // The rows, in order, whose cell in that column equals the value as filters compare; the key
-  // must be neither Null nor Empty.
-  [[nodiscard]] const std::vector<std::uint32_t>& RowsWhereEqual(std::size_t column,
-                                                                 const Variant& key) const;
+  // The rows, in order, whose cell in that column equals the value as filters compare: none for
+  // Null and Empty, and none for a value of another kind than the column's. Valid until the next
+  // row is added.
+  [[nodiscard]] std::span<const std::uint32_t> RowsWhereEqual(std::size_t column,
+                                                              const Variant& key) const;
 
  private:
   struct Names;
@@ -94,14 +99,17 @@ class MemoryRecordset final : public Recordset {
 
   [[nodiscard]] std::size_t VisibleCount() const;
   [[nodiscard]] std::size_t CurrentRow() const;  // raises 3021
+  // Puts the rows that meet the condition into gathered_.
+  void Gather(const class FilterExpression& condition);
 
   std::shared_ptr<const RowTable> table_;
   kal::EditMode editMode_;
   std::vector<CellField> fields_;
   std::string filterText_;
   bool filtered_ = false;
-  std::vector<std::uint32_t> visible_;  // the rows shown, when filtered
-  std::size_t position_ = 0;            // among the visible rows; their count at the end
+  std::vector<std::uint32_t> visible_;   // the rows shown, when filtered
+  std::vector<std::uint32_t> gathered_;  // where the next filter's rows are put together
+  std::size_t position_ = 0;             // among the visible rows; their count at the end
 };
 
 }  // namespace kal

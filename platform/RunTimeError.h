@@ -27,6 +27,7 @@ enum class RunTime : std::int32_t {
   InternalError = 51,
   ObjectNotSet = 91,
   InvalidUseOfNull = 94,
+  CannotCreateObject = 429,
   NotSupported = 445,
   InvalidFilter = 3001,
   NoCurrentRecord = 3021,

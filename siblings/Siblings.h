@@ -142,20 +142,22 @@ class DataAccess {
   virtual void Execute(std::string_view procedure, std::span<ProcedureArgument> arguments) = 0;
 };
 
+// Makes the sibling components. A host overrides what it has; asking for one that it does not
+// have raises 429.
 class SiblingFactory {
  public:
   virtual ~SiblingFactory() = default;
-  [[nodiscard]] virtual std::unique_ptr<KalStatus> CreateKalStatus() = 0;
-  [[nodiscard]] virtual std::unique_ptr<CompanySettings> CreateCompanySettings() = 0;
-  [[nodiscard]] virtual std::unique_ptr<KalAnagrafiche> CreateKalAnagrafiche() = 0;
-  [[nodiscard]] virtual std::unique_ptr<VatCodes> CreateVatCodes() = 0;
-  [[nodiscard]] virtual std::unique_ptr<PeriodLock> CreatePeriodLock() = 0;
-  [[nodiscard]] virtual std::unique_ptr<VatActivities> CreateVatActivities() = 0;
-  [[nodiscard]] virtual std::unique_ptr<ProtocolNumbering> CreateProtocolNumbering() = 0;
-  [[nodiscard]] virtual std::unique_ptr<FeeNotes> CreateFeeNotes() = 0;
-  [[nodiscard]] virtual std::unique_ptr<SqlFunctions> CreateSqlFunctions() = 0;
-  [[nodiscard]] virtual std::unique_ptr<Totals> CreateTotals() = 0;
-  [[nodiscard]] virtual std::unique_ptr<DataAccess> CreateDataAccess() = 0;
+  [[nodiscard]] virtual std::unique_ptr<KalStatus> CreateKalStatus();
+  [[nodiscard]] virtual std::unique_ptr<CompanySettings> CreateCompanySettings();
+  [[nodiscard]] virtual std::unique_ptr<KalAnagrafiche> CreateKalAnagrafiche();
+  [[nodiscard]] virtual std::unique_ptr<VatCodes> CreateVatCodes();
+  [[nodiscard]] virtual std::unique_ptr<PeriodLock> CreatePeriodLock();
+  [[nodiscard]] virtual std::unique_ptr<VatActivities> CreateVatActivities();
+  [[nodiscard]] virtual std::unique_ptr<ProtocolNumbering> CreateProtocolNumbering();
+  [[nodiscard]] virtual std::unique_ptr<FeeNotes> CreateFeeNotes();
+  [[nodiscard]] virtual std::unique_ptr<SqlFunctions> CreateSqlFunctions();
+  [[nodiscard]] virtual std::unique_ptr<Totals> CreateTotals();
+  [[nodiscard]] virtual std::unique_ptr<DataAccess> CreateDataAccess();
 };
 
 }  // namespace kal

@@ -1,0 +1,250 @@
+#include "company/Database.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "company/Schema.h"
+
+namespace kal::company {
+namespace {
+
+constexpr std::string_view kTemporary = "temporary";
+
+// Rows beyond this number are not worth their memory between two questions.
+constexpr std::size_t kKeptRows = 10000;
+
+std::string ExistingFile(const std::string& path) {
+  std::error_code ignored;
+  const auto status = std::filesystem::status(
+      std::filesystem::path(std::u8string(path.begin(), path.end())), ignored);
+  if (status.type() == std::filesystem::file_type::not_found) {
+    RaiseDataError(kDatabaseFailed, "There is no file " + path);
+  }
+  if (status.type() == std::filesystem::file_type::directory) {
+    RaiseDataError(kDatabaseFailed, path + " is a folder");
+  }
+  return path;
+}
+
+std::vector<Column> ColumnsOfRows(const std::vector<ResultColumn>& columns) {
+  std::vector<Column> ofRows;
+  ofRows.reserve(columns.size());
+  for (const ResultColumn& column : columns) {
+    ofRows.push_back({column.name, column.type});
+  }
+  return ofRows;
+}
+
+void BindValues(StatementUse& use, const QueryBuilder& query) {
+  int parameter = 0;
+  ForEachComparison(query, [&](std::string_view, CompareWith, const Variant& value) {
+    use->Bind(++parameter, value);
+  });
+}
+
+bool HasValues(const QueryBuilder& query) {
+  bool found = false;
+  ForEachComparison(query, [&](std::string_view, CompareWith, const Variant&) { found = true; });
+  return found;
+}
+
+}  // namespace
+
+Database::Selection::Selection(const Sqlite& connection, RenderedQuery rendered)
+    : statement(connection, rendered.sql),
+      columns(std::move(rendered.columns)),
+      none(std::make_shared<RowTable>(ColumnsOfRows(columns))) {}
+
+Database::Database(const std::string& path, int busyMilliseconds)
+    : connection_(ExistingFile(path), Sqlite::Access::Read, busyMilliseconds) {
+  connection_.Execute("PRAGMA temp_store = MEMORY; ATTACH 'file:?mode=memory' AS " + std::string(kTemporary));
+  RequireCompany();
+}
+
+void Database::RequireCompany() {
+  SqliteStatement mark(connection_, "PRAGMA application_id");
+  mark.Step();
+  if (mark.Number(0) != kApplicationId && !HasTable("COGPrimeNoteTeste")) {
+    RaiseDataError(kDatabaseFailed, connection_.Path() + " is no company of this program");
+  }
+  SqliteStatement layout(connection_, "PRAGMA user_version");
+  layout.Step();
+  if (mark.Number(0) == kApplicationId && layout.Number(0) > kLayoutVersion) {
+    RaiseDataError(kDatabaseFailed,
+                   connection_.Path() + " was made by a later version of this program");
+  }
+}
+
+SqliteStatement& Database::Prepared(std::string_view constantSql) {
+  auto found = prepared_.find(constantSql);
+  if (found == prepared_.end()) {
+    found = prepared_.emplace(std::string(constantSql), SqliteStatement(connection_, constantSql))
+                .first;
+  }
+  return found->second;
+}
+
+std::int64_t Database::FileVersion() {
+  StatementUse version(Prepared("PRAGMA data_version"));
+  version->Step();
+  return version->Number(0);
+}
+
+std::vector<TableColumn> Database::ColumnsOf(std::string_view table) {
+  if (!HasTable(table)) {
+    RaiseDataError(kNoSuchTable,
+                   "There is no table '" + std::string(table) + "' in " + connection_.Path());
+  }
+  const SqliteStatement all(connection_, "SELECT * FROM " + QuoteName(table));
+  const SchemaTable* known = FindTable(table);
+  std::vector<TableColumn> columns;
+  for (int i = 0; i < all.ColumnCount(); ++i) {
+    TableColumn column{all.ColumnName(i), TypeOfDeclaration(all.ColumnDeclaration(i))};
+    for (const SchemaColumn& own :
+         known == nullptr ? std::span<const SchemaColumn>() : known->columns) {
+      if (SameName(own.name, column.name)) {
+        column.type = own.type;
+      }
+    }
+    columns.push_back(std::move(column));
+  }
+  return columns;
+}
+
+Database::Selection& Database::Select(const QueryBuilder& query) {
+  key_.clear();
+  AppendShape(key_, query);
+  if (const auto found = selections_.find(key_); found != selections_.end()) {
+    return found->second;
+  }
+  bool ofTheFile = true;
+  Selection selection(connection_, RenderQuery(query, [&](std::string_view table) {
+                        ofTheFile = ofTheFile && FindTable(table) != nullptr;
+                        return ColumnsOf(table);
+                      }));
+  selection.ofTheFile = ofTheFile;
+  selection.keepsRows = ofTheFile && !HasValues(query);
+  return selections_.emplace(key_, std::move(selection)).first->second;
+}
+
+std::shared_ptr<const RowTable> Database::Read(Selection& selection) {
+  std::shared_ptr<RowTable> rows;
+  while (selection.statement.Step()) {
+    if (!rows) {
+      rows = std::make_shared<RowTable>(ColumnsOfRows(selection.columns));
+    }
+    std::vector<Variant> values;
+    values.reserve(selection.columns.size());
+    int place = 0;
+    for (const ResultColumn& column : selection.columns) {
+      values.push_back(selection.statement.Value(place++, column.type, column.source));
+    }
+    rows->AddRow(std::move(values));
+  }
+  return rows ? std::move(rows) : selection.none;
+}
+
+std::shared_ptr<MemoryRecordset> Database::Open(const QueryBuilder& query) {
+  Selection& selection = Select(query);
+  if (!selection.keepsRows) {
+    StatementUse use(selection.statement);
+    BindValues(use, query);
+    return std::make_shared<MemoryRecordset>(Read(selection));
+  }
+  const std::int64_t version = FileVersion();
+  if (!selection.kept || selection.kept->version != version) {
+    const StatementUse use(selection.statement);
+    selection.kept = Rows{Read(selection), version};
+  }
+  auto set = std::make_shared<MemoryRecordset>(selection.kept->table);
+  if (selection.kept->table->RowCount() > kKeptRows) {
+    selection.kept.reset();
+  }
+  return set;
+}
+
+Variant Database::FirstValue(const QueryBuilder& query) {
+  Selection& selection = Select(query);
+  StatementUse use(selection.statement);
+  BindValues(use, query);
+  const ResultColumn& column = selection.columns.front();
+  return use->Step() ? use->Value(0, column.type, column.source) : Variant(Null);
+}
+
+void Database::BeginReading() {
+  connection_.Execute("BEGIN");
+  try {
+    (void)FileVersion();  // BEGIN alone waits for the first question before it fixes the state
+  } catch (...) {
+    EndReading();
+    throw;
+  }
+}
+
+void Database::EndReading() noexcept {
+  sqlite3_exec(connection_.Handle(), "COMMIT", nullptr, nullptr, nullptr);
+  if (!connection_.InAutocommit()) {
+    sqlite3_exec(connection_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+}
+
+bool Database::HasTable(std::string_view name) {
+  const Variant wanted(name);
+  StatementUse search(
+      Prepared("SELECT 1 FROM (SELECT type, name FROM main.sqlite_master UNION ALL "
+               "SELECT type, name FROM temporary.sqlite_master) "
+               "WHERE type IN ('table', 'view') AND name = ? COLLATE NOCASE"));
+  search->Bind(1, wanted);
+  return search->Step();
+}
+
+void Database::CreateTemporaryTable(const std::string& name, const RowTable& rows) {
+  if (HasTable(name)) {
+    RaiseDataError(kBadCommand, "There is a table '" + name + "' already");
+  }
+  connection_.Execute("SAVEPOINT making");
+  try {
+    FillTemporaryTable(name, rows);
+    connection_.Execute("RELEASE making");
+  } catch (...) {
+    sqlite3_exec(connection_.Handle(), "ROLLBACK TO making; RELEASE making", nullptr, nullptr,
+                 nullptr);
+    throw;
+  }
+}
+
+void Database::FillTemporaryTable(const std::string& name, const RowTable& rows) {
+  std::string columns;
+  std::string parameters;
+  for (const Column& column : rows.Columns()) {
+    columns += columns.empty() ? "" : ", ";
+    columns.append(QuoteName(column.name)).append(" ").append(DeclarationOfType(column.type));
+    parameters += parameters.empty() ? "?" : ", ?";
+  }
+  const std::string table = std::string(kTemporary) + "." + QuoteName(name);
+  connection_.Execute("CREATE TABLE " + table + " (" + columns + ")");
+  SqliteStatement insert(connection_, "INSERT INTO " + table + " VALUES (" + parameters + ")");
+  for (std::size_t row = 0; row < rows.RowCount(); ++row) {
+    const StatementUse use(insert);
+    for (std::size_t column = 0; column < rows.Columns().size(); ++column) {
+      use->Bind(static_cast<int>(column) + 1, rows.Cell(row, column));
+    }
+    use->Step();
+  }
+}
+
+void Database::DropTemporaryTable(const std::string& name) noexcept {
+  try {
+    ForgetTemporarySelections();
+    connection_.Execute("DROP TABLE temp." + QuoteName(name));
+  } catch (...) {
+    // It ends with the connection; nobody is left who could act on the failure.
+  }
+}
+
+// The next table of that name may have other columns.
+void Database::ForgetTemporarySelections() {
+  std::erase_if(selections_, [](const auto& entry) { return !entry.second.ofTheFile; });
+}
+
+}  // namespace kal::company

@@ -1,0 +1,541 @@
+#include "company/QuerySql.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <span>
+#include <utility>
+
+#include "company/Schema.h"
+#include "company/Sqlite.h"
+
+namespace kal::company {
+namespace {
+
+using Condition = QueryBuilder::Condition;
+using Comparison = QueryBuilder::Comparison;
+
+bool IsBlank(char letter) { return letter == ' ' || letter == '\t'; }
+
+bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
+
+bool StartsName(char letter) {
+  return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || letter == '_';
+}
+
+bool IsName(std::string_view text) {
+  return !text.empty() && StartsName(text.front()) && std::ranges::all_of(text, [](char letter) {
+    return StartsName(letter) || IsDigit(letter);
+  });
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && IsBlank(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
+std::string Join(std::span<const std::string> parts, std::string_view separator,
+                 std::string_view whenNone) {
+  std::string text;
+  for (const std::string& part : parts) {
+    text.append(text.empty() ? std::string_view() : separator).append(part);
+  }
+  return text.empty() ? std::string(whenNone) : text;
+}
+
+std::string_view Symbol(CompareWith operation) {
+  switch (operation) {
+    case CompareWith::Equal:
+      return " = ";
+    case CompareWith::NotEqual:
+      return " <> ";
+    case CompareWith::Less:
+      return " < ";
+    case CompareWith::LessOrEqual:
+      return " <= ";
+    case CompareWith::Greater:
+      return " > ";
+    case CompareWith::GreaterOrEqual:
+      return " >= ";
+  }
+  return " = ";
+}
+
+// A piece of SQL that stands for one value; the type is known for a bare column.
+struct Operand {
+  std::string sql;
+  std::optional<DataType> type;
+};
+
+// The tables of a selection, under the names by which its texts know them.
+class Scope {
+ public:
+  struct Table {
+    std::string_view name;
+    std::string_view alias;
+    std::vector<TableColumn> columns;
+  };
+
+  void Add(std::string_view text, const ColumnsOfTable& columnsOf) {
+    Table table{text, text, {}};
+    // The alias is what follows the last " as ": a name in front of it may be any text.
+    constexpr std::string_view kAs = " as ";
+    for (std::size_t at = text.size(); at-- > 0;) {
+      if (SameName(text.substr(at, kAs.size()), kAs) &&
+          IsName(Trimmed(text.substr(at + kAs.size())))) {
+        table.name = Trimmed(text.substr(0, at));
+        table.alias = Trimmed(text.substr(at + kAs.size()));
+        break;
+      }
+    }
+    table.columns = columnsOf(table.name);
+    tables_.push_back(std::move(table));
+  }
+
+  [[nodiscard]] const std::vector<Table>& Tables() const { return tables_; }
+
+  // A column by its name, or by "table.name"; the part in front may be an alias.
+  [[nodiscard]] std::pair<const Table*, const TableColumn*> Find(std::string_view name) const {
+    const std::size_t point = name.rfind('.');
+    const bool qualified = point != std::string_view::npos;
+    const std::string_view owner = qualified ? Trimmed(name.substr(0, point)) : "";
+    const std::string_view column = Trimmed(qualified ? name.substr(point + 1) : name);
+    bool ownerFound = !qualified;
+    for (const Table& table : tables_) {
+      if (qualified && !SameName(table.alias, owner)) {
+        continue;
+      }
+      ownerFound = true;
+      const auto found = std::ranges::find_if(
+          table.columns, [column](const TableColumn& c) { return SameName(c.name, column); });
+      if (found != table.columns.end()) {
+        return {&table, &*found};
+      }
+    }
+    if (!ownerFound) {
+      RaiseDataError(kNoSuchTable, "The selection has no table '" + std::string(owner) + "'");
+    }
+    RaiseDataError(kBadCommand, "There is no column '" + std::string(column) + "' in " +
+                                    (qualified ? std::string(owner) : TableNames()));
+  }
+
+  [[nodiscard]] static std::string Sql(const Table& table, const TableColumn& column) {
+    return QuoteName(table.alias) + "." + QuoteName(column.name);
+  }
+
+ private:
+  [[nodiscard]] std::string TableNames() const {
+    std::vector<std::string> names;
+    for (const Table& table : tables_) {
+      names.emplace_back(table.name);
+    }
+    return company::Join(names, ", ", "");
+  }
+
+  std::vector<Table> tables_;
+};
+
+// Reads one expression or condition and writes it as SQL.
+class TextReader {
+ public:
+  TextReader(std::string_view text, const Scope& scope) : text_(text), rest_(text), scope_(scope) {}
+
+  Operand WholeOperand() {
+    Operand operand = ReadOperand();
+    ExpectEnd();
+    return operand;
+  }
+
+  std::string WholeCondition() {
+    std::string condition = ReadOr();
+    ExpectEnd();
+    return condition;
+  }
+
+ private:
+  [[noreturn]] void Refuse() {
+    RaiseDataError(kBadCommand, "Can't read '" + std::string(text_) + "' from '" +
+                                    std::string(Trimmed(rest_)) + "' on");
+  }
+
+  void ExpectEnd() {
+    if (!Trimmed(rest_).empty()) {
+      Refuse();
+    }
+  }
+
+  // Takes the letters that satisfy the test from the front.
+  template <class Test>
+  std::string_view Take(Test test) {
+    const auto end = std::ranges::find_if_not(rest_, test);
+    const auto size = static_cast<std::size_t>(end - rest_.begin());
+    const std::string_view taken = rest_.substr(0, size);
+    rest_.remove_prefix(size);
+    return taken;
+  }
+
+  bool Accept(std::string_view symbol) {
+    rest_ = Trimmed(rest_);
+    if (!rest_.starts_with(symbol)) {
+      return false;
+    }
+    rest_.remove_prefix(symbol.size());
+    return true;
+  }
+
+  void Expect(std::string_view symbol) {
+    if (!Accept(symbol)) {
+      Refuse();
+    }
+  }
+
+  // The word at the front, left in place.
+  std::string_view NextWord() {
+    rest_ = Trimmed(rest_);
+    const std::string_view before = rest_;
+    const std::string_view word =
+        Take([](char letter) { return StartsName(letter) || IsDigit(letter); });
+    rest_ = before;
+    return word;
+  }
+
+  bool AcceptWord(std::string_view word) {
+    if (!SameName(NextWord(), word)) {
+      return false;
+    }
+    rest_.remove_prefix(word.size());
+    return true;
+  }
+
+  std::string ReadOr() {
+    std::string sql = ReadAnd();
+    while (AcceptWord("Or")) {
+      sql = "(" + sql + " OR " + ReadAnd() + ")";
+    }
+    return sql;
+  }
+
+  std::string ReadAnd() {
+    std::string sql = ReadTest();
+    while (AcceptWord("And")) {
+      sql += " AND " + ReadTest();
+    }
+    return sql;
+  }
+
+  std::string ReadTest() {
+    if (AcceptWord("Not")) {
+      return "NOT (" + ReadTest() + ")";
+    }
+    if (Accept("(")) {
+      std::string sql = "(" + ReadOr() + ")";
+      Expect(")");
+      return sql;
+    }
+    std::string sql = ReadOperand().sql;
+    if (AcceptWord("Is")) {
+      sql += AcceptWord("Not") ? " IS NOT NULL" : " IS NULL";
+      if (!AcceptWord("Null")) {
+        Refuse();
+      }
+      return sql;
+    }
+    for (const std::string_view symbol : {"<>", "<=", ">=", "=", "<", ">"}) {
+      if (Accept(symbol)) {
+        sql.append(" ").append(symbol).append(" ");
+        return sql + ReadOperand().sql;
+      }
+    }
+    Refuse();
+  }
+
+  Operand ReadOperand() {
+    const std::string_view word = NextWord();
+    if (word.empty()) {
+      return {ReadText(), std::nullopt};
+    }
+    if (!StartsName(word.front())) {
+      return {std::string(Take([](char letter) { return IsDigit(letter) || letter == '.'; })),
+              std::nullopt};
+    }
+    if (AcceptFunction("IsNull")) {
+      std::string sql = "ifnull(" + ReadOperand().sql;
+      Expect(",");
+      sql += ", " + ReadOperand().sql + ")";
+      Expect(")");
+      return {std::move(sql), std::nullopt};
+    }
+    if (AcceptFunction("Year")) {
+      std::string sql = YearExpression(ReadOperand().sql);
+      Expect(")");
+      return {std::move(sql), std::nullopt};
+    }
+    const auto [table, column] = scope_.Find(
+        Take([](char letter) { return StartsName(letter) || IsDigit(letter) || letter == '.'; }));
+    return {Scope::Sql(*table, *column), column->type};
+  }
+
+  bool AcceptFunction(std::string_view name) {
+    const std::string_view before = rest_;
+    if (AcceptWord(name) && Accept("(")) {
+      return true;
+    }
+    rest_ = before;
+    return false;
+  }
+
+  // 'text', a quote inside doubled, as in SQL.
+  std::string ReadText() {
+    std::string sql;
+    while (rest_.starts_with('\'')) {
+      const std::size_t end = rest_.find('\'', 1);
+      if (end == std::string_view::npos) {
+        Refuse();
+      }
+      sql += rest_.substr(0, end + 1);
+      rest_.remove_prefix(end + 1);
+    }
+    if (sql.empty()) {
+      Refuse();
+    }
+    return sql;
+  }
+
+  std::string_view text_;
+  std::string_view rest_;
+  const Scope& scope_;
+};
+
+class Renderer {
+ public:
+  Renderer(const QueryBuilder& query, const ColumnsOfTable& columnsOf) : query_(query) {
+    scope_.Add(query.Table(), columnsOf);
+    for (const QueryBuilder::Join& join : query.Joins()) {
+      scope_.Add(join.table, columnsOf);
+    }
+  }
+
+  RenderedQuery Render() {
+    RenderedQuery rendered;
+    rendered.columns = SelectColumns();
+    std::string sql = "SELECT " + company::Join(selected_, ", ", "");
+    sql += " FROM " + TableSql(0);
+    for (std::size_t i = 0; i < query_.Joins().size(); ++i) {
+      const QueryBuilder::Join& join = query_.Joins()[i];
+      sql += join.kind == JoinKind::Inner ? " JOIN " : " LEFT JOIN ";
+      sql += TableSql(i + 1) + " ON " + AllOf(join.on);
+    }
+    rendered.sql = sql + " WHERE " + Where();
+    return rendered;
+  }
+
+ private:
+  // How an alternative is written: a branch of its own steers its index.
+  enum class Steering : std::uint8_t { None, NewestFirst };
+
+  std::vector<ResultColumn> SelectColumns() {
+    std::vector<ResultColumn> columns;
+    const auto add = [&](const Scope::Table& table, const TableColumn& column) {
+      selected_.push_back(Scope::Sql(table, column));
+      columns.push_back({column.name, column.type, std::string(table.name) + "." + column.name});
+    };
+    for (std::string_view list : query_.Columns()) {
+      while (!list.empty()) {
+        const std::size_t comma = std::min(list.find(','), list.size());
+        const std::string_view item = Trimmed(list.substr(0, comma));
+        list.remove_prefix(std::min(comma + 1, list.size()));
+        if (item == "*") {
+          for (const Scope::Table& table : scope_.Tables()) {
+            std::ranges::for_each(table.columns, [&](const auto& column) { add(table, column); });
+          }
+        } else {
+          const auto [table, column] = scope_.Find(item);
+          add(*table, *column);
+        }
+      }
+    }
+    if (columns.empty()) {
+      RaiseDataError(kBadCommand,
+                     "The selection from " + std::string(query_.Table()) + " names no columns");
+    }
+    return columns;
+  }
+
+  [[nodiscard]] std::string TableSql(std::size_t index) const {
+    const Scope::Table& table = scope_.Tables()[index];
+    return QuoteName(table.name) + " AS " + QuoteName(table.alias);
+  }
+
+  // A group of alternatives over one table is run as branches, each with the other conditions and
+  // with an index of its own; left as one OR, it would walk all rows that meet the others.
+  std::string Where() {
+    const auto& conditions = query_.Conditions();
+    const auto isGroup = [](const Condition& c) { return c.kind == Condition::Kind::AnyOf; };
+    const auto group = std::ranges::find_if(conditions, isGroup);
+    if (group == conditions.end() || !query_.Joins().empty() ||
+        FindTable(scope_.Tables()[0].name) == nullptr) {
+      return AllOf(conditions);
+    }
+    const auto after = std::next(group);
+    std::vector<std::string> common;
+    std::transform(conditions.begin(), group, std::back_inserter(common),
+                   [this](const Condition& c) { return One(c); });
+    std::vector<std::string> alternatives = Alternatives(*group, Steering::NewestFirst);
+    std::transform(after, conditions.end(), std::back_inserter(common),
+                   [this](const Condition& c) { return One(c); });
+
+    const std::string rowid = QuoteName(scope_.Tables()[0].alias) + ".rowid";
+    for (std::string& alternative : alternatives) {
+      alternative = "SELECT " + rowid + " FROM " + TableSql(0) + " WHERE " +
+                    company::Join(common, " AND ", "1") + " AND " + alternative;
+    }
+    return rowid + " IN (" + company::Join(alternatives, " UNION ALL ", "") + ")";
+  }
+
+  std::string AllOf(const std::pmr::vector<Condition>& conditions) {
+    std::vector<std::string> parts;
+    for (const Condition& condition : conditions) {
+      parts.push_back(One(condition));
+    }
+    return company::Join(parts, " AND ", "1");
+  }
+
+  std::string One(const Condition& condition) {
+    switch (condition.kind) {
+      case Condition::Kind::Value:
+        return Compare(condition.left, condition.operation, condition.value, false);
+      case Condition::Kind::Columns:
+        return Expression(condition.left).sql + " = " + Expression(condition.right).sql;
+      case Condition::Kind::Literal:
+        return "(" + TextReader(condition.left, scope_).WholeCondition() + ")";
+      case Condition::Kind::AnyOf:
+        break;
+    }
+    return "(" + company::Join(Alternatives(condition, Steering::None), " OR ", "0") + ")";
+  }
+
+  // With two ranges an index serves only one. The upper one is chosen: books grow at their end,
+  // so fewer rows lie above a new entry than below it.
+  std::vector<std::string> Alternatives(const Condition& group, Steering steering) {
+    std::vector<std::string> alternatives;
+    for (const auto& alternative : group.alternatives) {
+      const bool steered = steering == Steering::NewestFirst &&
+                           std::ranges::any_of(alternative, [](const Comparison& comparison) {
+                             return comparison.operation == CompareWith::Greater ||
+                                    comparison.operation == CompareWith::GreaterOrEqual;
+                           });
+      std::vector<std::string> parts;
+      for (const Comparison& comparison : alternative) {
+        const bool lower = comparison.operation == CompareWith::Less ||
+                           comparison.operation == CompareWith::LessOrEqual;
+        parts.push_back(
+            Compare(comparison.left, comparison.operation, comparison.value, steered && lower));
+      }
+      alternatives.push_back("(" + company::Join(parts, " AND ", "1") + ")");
+    }
+    return alternatives;
+  }
+
+  std::string Compare(std::string_view left, CompareWith operation, const Variant& value,
+                      bool hideFromIndexes) {
+    Operand operand = Expression(left);
+    if (operand.type == DataType::Currency) {
+      // They are stored as texts, whose order is not that of the amounts.
+      RaiseDataError(static_cast<std::int32_t>(RunTime::NotSupported),
+                     "Amounts can't be compared in a selection: " + std::string(left));
+    }
+    if (operand.type == DataType::Boolean && value.VarType() == Variant::Type::Boolean) {
+      operand.sql = "(" + operand.sql + " <> 0)";  // True may be stored as 1 or as -1
+    }
+    return (hideFromIndexes ? "+" : "") + operand.sql + std::string(Symbol(operation)) + "?" +
+           std::to_string(++parameters_);
+  }
+
+  [[nodiscard]] Operand Expression(std::string_view text) const {
+    return TextReader(text, scope_).WholeOperand();
+  }
+
+  const QueryBuilder& query_;
+  Scope scope_;
+  std::vector<std::string> selected_;
+  int parameters_ = 0;
+};
+
+template <class Number>
+void AppendByte(std::string& key, Number number) {
+  key += static_cast<char>(number);
+}
+
+// With its length in front, so that no text can pass for two.
+void AppendText(std::string& key, std::string_view text) {
+  for (std::size_t size = text.size(), i = 0; i < sizeof(std::uint32_t); ++i, size >>= 8U) {
+    AppendByte(key, size & 0xFFU);
+  }
+  key += text;
+}
+
+void AppendConditions(std::string& key, const std::pmr::vector<Condition>& conditions) {
+  AppendByte(key, conditions.size());
+  const auto compare = [&key](std::string_view left, CompareWith operation, const Variant& value) {
+    AppendText(key, left);
+    AppendByte(key, operation);
+    AppendByte(key, value.VarType() == Variant::Type::Boolean);
+  };
+  for (const Condition& condition : conditions) {
+    AppendByte(key, condition.kind);
+    compare(condition.left, condition.operation, condition.value);
+    AppendText(key, condition.right);
+    AppendByte(key, condition.alternatives.size());
+    for (const auto& alternative : condition.alternatives) {
+      AppendByte(key, alternative.size());
+      for (const Comparison& comparison : alternative) {
+        compare(comparison.left, comparison.operation, comparison.value);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+std::string QuoteName(std::string_view name) {
+  std::string quoted = "\"";
+  for (const char letter : name) {
+    if (letter == '\0') {
+      RaiseDataError(kBadCommand, "A name holds a null character");
+    }
+    quoted.append(letter == '"' ? 2U : 1U, letter);
+  }
+  return quoted + "\"";
+}
+
+std::string YearExpression(std::string_view columnSql) {
+  return "CAST(substr(" + std::string(columnSql) + ", 1, 4) AS INTEGER)";
+}
+
+RenderedQuery RenderQuery(const QueryBuilder& query, const ColumnsOfTable& tables) {
+  return Renderer(query, tables).Render();
+}
+
+void AppendShape(std::string& key, const QueryBuilder& query) {
+  AppendByte(key, query.Columns().size());
+  for (const std::string_view columns : query.Columns()) {
+    AppendText(key, columns);
+  }
+  AppendText(key, query.Table());
+  AppendByte(key, query.Joins().size());
+  for (const QueryBuilder::Join& join : query.Joins()) {
+    AppendByte(key, join.kind);
+    AppendText(key, join.table);
+    AppendConditions(key, join.on);
+  }
+  AppendConditions(key, query.Conditions());
+}
+
+}  // namespace kal::company

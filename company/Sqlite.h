@@ -1,0 +1,101 @@
+// Sqlite: connections and statements of SQLite's C interface, closed when they go out of scope.
+//
+// Failures are RunTimeErrors with the source "DataAccess" that name the file.
+
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/Recordset.h"
+#include "platform/RunTimeError.h"
+#include "platform/Variant.h"
+
+namespace kal::company {
+
+// The numbers under which automation knows failures of a database.
+inline constexpr std::int32_t kDatabaseFailed = -2147467259;
+inline constexpr std::int32_t kBadCommand = -2147217900;
+inline constexpr std::int32_t kNoSuchTable = -2147217865;
+
+[[noreturn]] void RaiseDataError(std::int32_t number, std::string description);
+
+// A connection for one thread.
+class Sqlite {
+ public:
+  enum class Access : std::uint8_t { Read, Create };
+
+  Sqlite(std::string path, Access access, int busyMilliseconds);
+
+  [[nodiscard]] const std::string& Path() const { return path_; }
+  [[nodiscard]] sqlite3* Handle() const { return handle_.get(); }
+  // Outside of BEGIN and SAVEPOINT.
+  [[nodiscard]] bool InAutocommit() const { return sqlite3_get_autocommit(Handle()) != 0; }
+
+  // Runs any number of statements that answer nothing.
+  void Execute(const std::string& sql);
+  // Raises the connection's latest failure.
+  [[noreturn]] void Fail() const;
+
+ private:
+  struct Close {
+    void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+  };
+
+  std::string path_;
+  std::unique_ptr<sqlite3, Close> handle_;
+};
+
+// A prepared statement; it must not outlive its connection.
+class SqliteStatement {
+ public:
+  SqliteStatement(const Sqlite& connection, std::string_view sql);
+
+  // Parameters and columns are counted as SQLite does, from 1 and from 0. A text is not copied: the
+  // caller keeps the value until Reset.
+  void Bind(int parameter, const Variant& value);
+  void Bind(int parameter, const Variant&& value) = delete;
+  // Whether there is another row.
+  bool Step();
+  void Reset() noexcept;
+
+  [[nodiscard]] int ColumnCount() const { return sqlite3_column_count(handle_.get()); }
+  [[nodiscard]] std::string ColumnName(int column) const;
+  [[nodiscard]] std::string ColumnDeclaration(int column) const;
+  // The value in the current row as that type, in whatever way it is stored. Raises 13 when it is
+  // of another kind and 6 when it is out of the type's range; the source says whose value it is.
+  [[nodiscard]] Variant Value(int column, DataType type, std::string_view source) const;
+  [[nodiscard]] std::int64_t Number(int column) const {
+    return sqlite3_column_int64(handle_.get(), column);
+  }
+
+ private:
+  struct Finalize {
+    void operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
+  };
+
+  void BindText(int parameter, std::string_view text, bool copied);
+
+  const Sqlite* connection_;
+  std::unique_ptr<sqlite3_stmt, Finalize> handle_;
+};
+
+// One use of a statement, which is ready for the next one afterwards.
+class StatementUse {
+ public:
+  explicit StatementUse(SqliteStatement& statement) : statement_(statement) {}
+  StatementUse(const StatementUse&) = delete;
+  StatementUse& operator=(const StatementUse&) = delete;
+  ~StatementUse() { statement_.Reset(); }
+
+  SqliteStatement* operator->() const { return &statement_; }
+
+ private:
+  SqliteStatement& statement_;
+};
+
+}  // namespace kal::company

@@ -1,0 +1,201 @@
+#include "host/CommandLine.h"
+
+// The optimizer sees a null pointer that cannot be in the library's own string splitting.
+#pragma GCC diagnostic ignored "-Wnull-dereference"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "company/Company.h"
+#include "company/Schema.h"
+#include "host/EntryFile.h"
+#include "host/Progress.h"
+#include "host/Report.h"
+#include "host/Runner.h"
+
+namespace kal::host {
+namespace {
+
+constexpr const char* kVersion = "kalcogcheck 5.05.0017";
+constexpr std::string_view kStandardInput = "-";
+
+struct Options {
+  std::string newCompany;
+  bool withSample = false;
+  std::string company;
+  bool json = false;
+  std::string language = "it";
+  std::vector<std::string> files;
+};
+
+struct Streams {
+  std::istream& in;
+  std::ostream& out;
+  std::ostream& err;
+  const Terminals& terminals;
+};
+
+int Complain(const Streams& streams, const std::string& message) {
+  streams.err << "kalcogcheck: " << message << std::endl;
+  return kExitTrouble;
+}
+
+// Bytes of all files; 0 when one of them has no size, as a pipe has none.
+std::uintmax_t SizeOf(const std::vector<std::string>& files) {
+  std::uintmax_t total = 0;
+  for (const std::string& file : files) {
+    std::error_code none;
+    const std::uintmax_t size = std::filesystem::file_size(file, none);
+    if (file == kStandardInput || none) {
+      return 0;
+    }
+    total += size;
+  }
+  return total;
+}
+
+// One run of check: the entries of all files, in order.
+class CheckRun {
+ public:
+  CheckRun(const Options& options, const Streams& streams)
+      : options_(options),
+        streams_(streams),
+        company_(options.company, options.language),
+        style_{options.language == "en" ? Language::English : Language::Italian,
+               streams.terminals.out && streams.terminals.colours},
+        progress_(streams.err, streams.terminals.err, SizeOf(options.files)) {}
+
+  int Run() {
+    for (const std::string& file : options_.files) {
+      if (!CheckFile(file)) {
+        break;
+      }
+    }
+    if (!options_.json) {
+      (void)Write(ToSummary(tally_, style_.language));
+    }
+    progress_.Hide();
+    if (!streams_.out) {
+      return Complain(streams_, "standard output can't be written");
+    }
+    if (tally_.contains(Verdict::Unchecked)) {
+      return kExitTrouble;
+    }
+    const bool allTrue = std::ranges::all_of(tally_, [](const auto& given) {
+      return given.first == Verdict::Free || given.first == Verdict::Yes;
+    });
+    return allTrue ? kExitAllTrue : kExitSomeFalse;
+  }
+
+ private:
+  // Each answers False when standard output takes no more.
+  bool CheckFile(const std::string& file) {
+    if (file == kStandardInput) {
+      return CheckStream(streams_.in, "standard input");
+    }
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+      return Check({"", file, std::string("the file can't be opened: ") + std::strerror(errno)}, 0);
+    }
+    return CheckStream(stream, file);
+  }
+
+  bool CheckStream(std::istream& stream, const std::string& name) {
+    EntryFile entries(stream, name);
+    while (const std::optional<EntryText> text = entries.Next()) {
+      if (!Check(*text, entries.BytesRead())) {
+        return false;
+      }
+    }
+    bytesBefore_ += entries.BytesRead();
+    return true;
+  }
+
+  bool Check(const EntryText& text, std::uintmax_t bytesRead) {
+    const Outcome outcome = CheckEntry(company_, text);
+    ++tally_[VerdictOf(outcome)];
+    const bool written = Write(options_.json ? ToJson(outcome) + '\n' : ToBlock(outcome, style_));
+    progress_.Step(bytesBefore_ + bytesRead);
+    return written;
+  }
+
+  // At once, so that a program that feeds entries one by one reads the answer to each.
+  bool Write(const std::string& text) {
+    if (streams_.terminals.out) {
+      progress_.Hide();
+    }
+    return static_cast<bool>(streams_.out << text << std::flush);
+  }
+
+  const Options& options_;
+  const Streams& streams_;
+  company::Company company_;
+  ReportStyle style_;
+  Progress progress_;
+  Tally tally_;
+  std::uintmax_t bytesBefore_ = 0;
+};
+
+int Init(const Options& options, const Streams& streams) {
+  try {
+    company::CreateCompany(options.newCompany, options.withSample);
+  } catch (const RunTimeError& error) {
+    return Complain(streams,
+                    "can't make the company " + options.newCompany + ": " + error.Description());
+  }
+  streams.out << "made " << options.newCompany << ": " << company::Tables().size()
+              << " tables, message texts in Italian and English"
+              << (options.withSample ? ", sample data" : "") << std::endl;
+  return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
+}
+
+int Check(const Options& options, const Streams& streams) {
+  std::optional<CheckRun> run;
+  try {
+    run.emplace(options, streams);
+  } catch (const RunTimeError& error) {
+    return Complain(streams,
+                    "can't open the company " + options.company + ": " + error.Description());
+  }
+  return run->Run();
+}
+
+}  // namespace
+
+int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
+        const Terminals& terminals) {
+  const Streams streams{in, out, err, terminals};
+  Options options;
+  CLI::App app("May these journal entries be saved, modified or deleted?", "kalcogcheck");
+  app.set_version_flag("--version", kVersion);
+  app.require_subcommand(1);
+  app.footer(
+      "Exit status: 0 every entry answered True, 1 at least one False, 2 at least one could not "
+      "be checked or the call was wrong.");
+
+  CLI::App* const init = app.add_subcommand("init", "Make an embedded company");
+  init->add_option("COMPANY", options.newCompany, "The file to make")->required();
+  init->add_flag("--sample", options.withSample, "With sample data");
+
+  CLI::App* const check = app.add_subcommand("check", "Run entries against a company");
+  check->add_option("--company", options.company, "The company's file")->required();
+  check->add_flag("--json", options.json, "One JSON object an entry instead of text");
+  check->add_option("--lang", options.language, "Language of messages and text, it or en")
+      ->check(CLI::IsMember({"it", "en"}));
+  check->add_option("FILE", options.files, "JSON or JSON Lines; - is standard input")->required();
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error, out, err) == 0 ? kExitAllTrue : kExitTrouble;
+  }
+  return init->parsed() ? Init(options, streams) : Check(options, streams);
+}
+
+}  // namespace kal::host

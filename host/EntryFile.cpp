@@ -1,0 +1,126 @@
+#include "host/EntryFile.h"
+
+#include <string_view>
+#include <utility>
+
+#include "host/JsonText.h"
+
+namespace kal::host {
+namespace {
+
+using Outcome = JsonReading::Outcome;
+
+constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+// Gathered lines are tried again whenever they have doubled from here: the whole object is then
+// parsed a few times over at most, and a broken first line does not draw in a whole large file.
+constexpr std::size_t kFirstTrial = 1U << 16U;
+
+bool StartsValueOverLines(std::string_view line) {
+  const char first = line[line.find_first_not_of(kBlanks)];
+  return first == '{' || first == '[';
+}
+
+}  // namespace
+
+EntryFile::EntryFile(std::istream& stream, std::string name)
+    : stream_(stream), name_(std::move(name)) {}
+
+std::optional<EntryText> EntryFile::Next() {
+  if (!started_) {
+    started_ = true;
+    return Start();
+  }
+  return NextLine();
+}
+
+std::optional<EntryFile::Line> EntryFile::ReadLine() {
+  Line line;
+  while (std::getline(stream_, line.text)) {
+    bytesRead_ += line.text.size() + 1;
+    line.number = ++lineNumber_;
+    if (lineNumber_ == 1 && line.text.starts_with(kByteOrderMark)) {
+      line.text.erase(0, kByteOrderMark.size());
+    }
+    if (line.text.find_first_not_of(kBlanks) != std::string::npos) {
+      line.text += '\n';
+      return line;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<EntryText> EntryFile::Start() {
+  std::optional<Line> first = ReadLine();
+  if (!first) {
+    return AtEnd();
+  }
+  const bool isWhole = ReadJson(first->text).outcome == Outcome::Complete;
+  const bool inDoubt = !isWhole && StartsValueOverLines(first->text);
+  held_.push_back(*std::move(first));
+  return inDoubt ? Gather() : NextLine();
+}
+
+// Tries the lines together; those of a file that turns out to be JSON Lines stay held.
+std::optional<EntryText> EntryFile::Gather() {
+  std::string all(held_.front().number - 1, '\n');  // so that errors name the file's own lines
+  all += held_.front().text;
+  Outcome outcome = Outcome::Unfinished;
+  for (std::size_t trial = kFirstTrial; outcome != Outcome::Wrong && !ended_; trial *= 2) {
+    while (all.size() < trial && HoldLine()) {
+      const std::size_t before = held_[held_.size() - 2].number;
+      all.append(held_.back().number - before - 1, '\n');  // the blank lines between
+      all += held_.back().text;
+    }
+    outcome = ReadJson(all).outcome;
+  }
+  if (outcome != Outcome::Complete && FindWholeLine()) {
+    return NextLine();
+  }
+  held_.clear();
+  return stream_.bad() ? AtEnd() : EntryText{std::move(all), name_, ""};
+}
+
+bool EntryFile::HoldLine() {
+  std::optional<Line> line = ReadLine();
+  ended_ = !line;
+  if (line) {
+    held_.push_back(*std::move(line));
+  }
+  return !ended_;
+}
+
+// Whether a line behind the first is an object by itself; reads on as far as it takes.
+bool EntryFile::FindWholeLine() {
+  for (std::size_t i = 1; i < held_.size() || HoldLine(); ++i) {
+    const std::string& line = held_[i].text;
+    if (line.front() == '{' && ReadJson(line).outcome == Outcome::Complete) {
+      return true;
+    }
+  }
+  return false;
+}
+
+std::optional<EntryText> EntryFile::NextLine() {
+  std::optional<Line> line;
+  if (held_.empty()) {
+    line = ReadLine();
+  } else {
+    line = std::move(held_.front());
+    held_.pop_front();
+  }
+  if (!line) {
+    return AtEnd();
+  }
+  return EntryText{std::move(line->text), name_ + " line " + std::to_string(line->number), ""};
+}
+
+std::optional<EntryText> EntryFile::AtEnd() {
+  if (!stream_.bad() || readErrorGiven_) {
+    return std::nullopt;
+  }
+  readErrorGiven_ = true;
+  return EntryText{"", name_, "the file can't be read"};
+}
+
+}  // namespace kal::host

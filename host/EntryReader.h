@@ -1,0 +1,46 @@
+// EntryReader: the JSON text of one journal entry becomes what the checker is given.
+//
+// A text that is no entry is never half used: it gives an error that says which record set, row
+// and field, or which argument, is meant, together with the id and the operation as far as they
+// could be read.
+
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/EntryFields.h"
+#include "host/Operations.h"
+#include "platform/MemoryRecordset.h"
+#include "platform/Variant.h"
+
+namespace kal::host {
+
+struct SuppliedSet {
+  const EntrySet* set = nullptr;
+  std::shared_ptr<const RowTable> rows{};
+  EditMode editMode = EditMode::None;
+};
+
+struct Entry {
+  const Operation* operation = nullptr;
+  std::vector<Variant> arguments;
+  std::vector<SuppliedSet> sets;  // in the order of EntrySets; those left out are Nothing
+  bool isParcella = false;
+  bool isFromCard = false;
+  std::string tmpTableScadenze;
+};
+
+struct EntryReading {
+  JsonValue id;                          // Null when missing
+  std::optional<std::string> operation;  // its name, known or not; nothing when unreadable
+  std::optional<Entry> entry;            // nothing when there is an error
+  std::string error;
+};
+
+[[nodiscard]] EntryReading ReadEntry(std::string_view text);
+
+}  // namespace kal::host

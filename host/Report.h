@@ -1,0 +1,45 @@
+// Report: outcomes as people and as programs read them.
+
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+
+#include "host/Runner.h"
+
+namespace kal::host {
+
+enum class Language { Italian, English };
+
+// What an entry came to.
+enum class Verdict {
+  Free,       // may be saved, modified or deleted
+  ToConfirm,  // warnings alone
+  Blocked,    // at least one error
+  Refused,    // answered False without a finding (a provisional entry)
+  Yes,        // a lookup's answer; a number counts as yes
+  No,
+  Unchecked,  // not read, or a run-time error
+};
+
+[[nodiscard]] Verdict VerdictOf(const Outcome& outcome);
+
+// One JSON object on one line, without the line end.
+[[nodiscard]] std::string ToJson(const Outcome& outcome);
+
+struct ReportStyle {
+  Language language = Language::Italian;
+  bool colours = false;
+};
+
+// A block for people: a line that names the entry, what was asked and the verdict, and a line for
+// each finding. Control characters of the texts are shown as "?".
+[[nodiscard]] std::string ToBlock(const Outcome& outcome, const ReportStyle& style);
+
+// How often each verdict was given.
+using Tally = std::map<Verdict, std::size_t>;
+// "12 registrazioni: 5 libere, 7 bloccate", with its line end.
+[[nodiscard]] std::string ToSummary(const Tally& tally, Language language);
+
+}  // namespace kal::host

@@ -1,0 +1,112 @@
+#include "host/Runner.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "frame/KalCOGCheck.h"
+#include "host/EntryReader.h"
+#include "platform/MemoryRecordset.h"
+
+namespace kal::host {
+namespace {
+
+// What the operation's caller sees as the current error. The first one counts.
+template <class Body>
+void Attempt(Outcome& outcome, Body&& body) {
+  std::optional<RunTimeError> error;
+  try {
+    std::forward<Body>(body)();
+  } catch (const RunTimeError& raised) {
+    error = raised;
+  } catch (const std::bad_alloc&) {
+    error.emplace(static_cast<std::int32_t>(RunTime::OutOfMemory), std::string(kComponentName),
+                  "Out of memory");
+  } catch (const std::exception& other) {
+    error.emplace(static_cast<std::int32_t>(RunTime::InternalError), std::string(kComponentName),
+                  other.what());
+  }
+  if (error) {
+    outcome.result.reset();
+    if (!outcome.error) {
+      outcome.error = std::move(error);
+    }
+  }
+}
+
+// The host's temporary installments table, as the accounting system's entry screen keeps one.
+std::optional<company::Company::TemporaryTable> MakeTemporaryTable(company::Company& company,
+                                                                   const Entry& entry) {
+  if (entry.tmpTableScadenze.empty() || company.HasTable(entry.tmpTableScadenze)) {
+    return std::nullopt;
+  }
+  constexpr std::string_view kInstallments = "RsScadenze";
+  const auto supplied = std::ranges::find_if(
+      entry.sets, [&](const SuppliedSet& set) { return set.set->name == kInstallments; });
+  const std::shared_ptr<const RowTable> rows =
+      supplied != entry.sets.end()
+          ? supplied->rows
+          : NewRowTable(*std::ranges::find(EntrySets(), kInstallments, &EntrySet::name));
+  return std::optional<company::Company::TemporaryTable>(std::in_place, company,
+                                                         entry.tmpTableScadenze, *rows);
+}
+
+void ReadState(const KalCOGCheck& checker, Outcome& outcome) {
+  outcome.errString = checker.ErrString();
+  outcome.warnString = checker.WarnString();
+  outcome.warnProtocolloString = checker.WarnProtocolloString();
+  outcome.warnDuplicatoDocString = checker.WarnDuplicatoDocString();
+  outcome.warnInfragruppoString = checker.WarnInfragruppoString();
+  outcome.importoPlafond = checker.ImportoPlafond();
+  outcome.chiusuraRateInSospensione = checker.ChiusuraRateInSospensione();
+  outcome.riaperturaRateInSospensione = checker.RiaperturaRateInSospensione();
+  // Last: it asks the company and may raise.
+  outcome.isInfragruppo = checker.IsInfragruppo();
+}
+
+void RunEntry(company::Company& company, const Entry& entry, Outcome& outcome) {
+  std::vector<std::shared_ptr<MemoryRecordset>> sets;
+  for (const SuppliedSet& supplied : entry.sets) {
+    sets.push_back(std::make_shared<MemoryRecordset>(supplied.rows, supplied.editMode));
+  }
+  Attempt(outcome, [&] {
+    const company::Company::Reading books(company);
+    const auto temporaryTable = MakeTemporaryTable(company, entry);
+    KalCOGCheck checker(company.Siblings());
+    for (std::size_t i = 0; i < sets.size(); ++i) {
+      (checker.*entry.sets[i].set->assign)(sets[i]);
+    }
+    checker.IsParcella(entry.isParcella);
+    checker.IsFromCard(entry.isFromCard);
+    checker.TmpTableScadenze(entry.tmpTableScadenze);
+    Attempt(outcome, [&] { outcome.result = entry.operation->call(checker, entry.arguments); });
+    Attempt(outcome, [&] { ReadState(checker, outcome); });
+  });
+  for (std::size_t i = 0; i < sets.size(); ++i) {
+    outcome.sets.push_back({entry.sets[i].set->name, sets[i]->FilterText(), sets[i]->Position()});
+  }
+}
+
+}  // namespace
+
+Outcome CheckEntry(company::Company& company, const EntryText& text) {
+  Outcome outcome;
+  outcome.place = text.place;
+  if (!text.error.empty()) {
+    outcome.inputError = text.error;
+    return outcome;
+  }
+  EntryReading reading = ReadEntry(text.text);
+  outcome.id = std::move(reading.id);
+  outcome.operation = std::move(reading.operation);
+  outcome.inputError = std::move(reading.error);
+  if (reading.entry) {
+    outcome.isCheck = reading.entry->operation->isCheck;
+    RunEntry(company, *reading.entry, outcome);
+  }
+  return outcome;
+}
+
+}  // namespace kal::host

@@ -1,0 +1,53 @@
+// Runner: one entry, checked against a company.
+//
+// CheckEntry needs nothing but the company and the entry's text and keeps nothing between calls,
+// so several threads may each work through entries with a Company of their own.
+
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "company/Company.h"
+#include "host/EntryFile.h"
+#include "host/JsonText.h"
+#include "host/Operations.h"
+#include "platform/Currency.h"
+#include "platform/RunTimeError.h"
+
+namespace kal::host {
+
+// How a supplied record set was handed back.
+struct SetState {
+  std::string_view name;
+  std::string filter;        // "" when none is set
+  std::size_t position = 0;  // among the visible rows, counted from 1; 0 when no row is current
+};
+
+struct Outcome {
+  JsonValue id;
+  std::string place;                     // where the entry stands: "FILE" or "FILE line 17"
+  std::optional<std::string> operation;  // nothing when it could not be read
+  bool isCheck = true;
+  std::optional<Answer> result;  // nothing when there is an error of either kind
+  std::string errString;
+  std::string warnString;
+  std::string warnProtocolloString;
+  std::string warnDuplicatoDocString;
+  std::string warnInfragruppoString;
+  Currency importoPlafond;
+  bool chiusuraRateInSospensione = false;
+  bool riaperturaRateInSospensione = false;
+  std::string isInfragruppo = "False";
+  std::vector<SetState> sets;
+  std::string inputError;             // why the entry could not be read; "" when it could
+  std::optional<RunTimeError> error;  // what the operation raised
+};
+
+// Never throws for what is wrong with the entry or the company: that is in the outcome.
+[[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text);
+
+}  // namespace kal::host

@@ -1,0 +1,26 @@
+// kalcogcheck: the command-line host of the journal-entry checker.
+
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+#include "host/CommandLine.h"
+
+int main(int argc, char** argv) {
+  // A reader that goes away shows as a failed write, and so as an exit status.
+  (void)std::signal(SIGPIPE, SIG_IGN);
+  std::ios::sync_with_stdio(false);
+  const char* const noColor = std::getenv("NO_COLOR");
+  const kal::host::Terminals terminals{.out = isatty(STDOUT_FILENO) != 0,
+                                       .err = isatty(STDERR_FILENO) != 0,
+                                       .colours = noColor == nullptr || *noColor == '\0'};
+  try {
+    return kal::host::Run(argc, argv, std::cin, std::cout, std::cerr, terminals);
+  } catch (const std::exception& error) {
+    std::cerr << "kalcogcheck: " << error.what() << std::endl;
+    return kal::host::kExitTrouble;
+  }
+}

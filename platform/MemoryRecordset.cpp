@@ -1,0 +1,296 @@
+#include "platform/MemoryRecordset.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <iterator>
+#include <limits>
+#include <numeric>
+#include <optional>
+#include <utility>
+
+#include "platform/FilterParser.h"
+#include "platform/FilterValue.h"
+#include "platform/Quoted.h"
+#include "platform/RunTimeError.h"
+
+namespace kal {
+namespace {
+
+// Sets of up to so many rows are looked through faster than an index is made.
+constexpr std::size_t kSmallSet = 16;
+
+// An open-addressing table has at least twice as many slots as entries.
+std::size_t SlotsFor(std::size_t entries) { return std::bit_ceil(entries * 2 + 2); }
+
+// Eight bytes with the letters among them in lower case (other bytes may fall together).
+std::uint64_t EightFolded(const char* bytes) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  return word | 0x2020202020202020U;
+}
+
+// Equal for names that differ only in letter case. Reads the ends only: enough to tell columns
+// apart, and a field is looked up at every read.
+std::size_t HashName(std::string_view name) {
+  constexpr std::size_t kWord = 8;
+  std::uint64_t front = 0;
+  std::uint64_t back = name.size();
+  if (name.size() >= kWord) {
+    front = EightFolded(name.data());
+    back += EightFolded(name.data() + name.size() - kWord);
+  } else {
+    for (const char c : name) {
+      front = (front << 8U) | (static_cast<unsigned char>(c) | 0x20U);
+    }
+  }
+  const std::uint64_t mixed = (front * 0x9E3779B97F4A7C15U) ^ (back * 0xC2B2AE3D27D4EB4FU);
+  return static_cast<std::size_t>(mixed >> 32U);
+}
+
+}  // namespace
+
+// The columns by name: slots hold a column's place plus 1, 0 where they are free.
+struct RowTable::Names {
+  std::vector<std::uint32_t> slots;
+};
+
+// The rows of a column grouped by equal cells. The rows of a group stand together, in order.
+struct RowTable::Index {
+  Index(const RowTable& table, std::size_t column);
+
+  // The slot of the group that the value belongs to, or the free one where it would stand.
+  [[nodiscard]] std::size_t FindSlot(const RowTable& table, std::size_t column,
+                                     const Variant& value) const {
+    std::size_t slot = static_cast<std::size_t>(HashInFilter(value)) & (slots.size() - 1);
+    while (slots[slot] != 0 &&
+           CompareInFilter(table.Cell(example[slots[slot] - 1], column), value) != 0) {
+      slot = (slot + 1) & (slots.size() - 1);
+    }
+    return slot;
+  }
+
+  std::vector<std::uint32_t> slots;    // a group's place plus 1, 0 where free
+  std::vector<std::uint32_t> example;  // by group: its first row
+  std::vector<std::uint32_t> start;    // by group: where its rows start; one entry more at the end
+  std::vector<std::uint32_t> rows;
+};
+
+RowTable::Index::Index(const RowTable& table, std::size_t column)
+    : slots(SlotsFor(table.rowCount_)) {
+  constexpr std::uint32_t kNoGroup = std::numeric_limits<std::uint32_t>::max();
+  std::vector<std::uint32_t> groupOf(table.rowCount_, kNoGroup);
+  for (std::uint32_t row = 0; row < table.rowCount_; ++row) {
+    // The constant that a filter would look for; cells that equal none, such as NaN, are left out.
+    const Variant& cell = table.Cell(row, column);
+    const std::optional<Variant> value = FilterConstant(table.columns_[column].type, cell);
+    if (!value || CompareInFilter(cell, *value) != 0) {
+      continue;
+    }
+    std::uint32_t& slot = slots[FindSlot(table, column, *value)];
+    if (slot == 0) {
+      example.push_back(row);
+      start.push_back(0);
+      slot = static_cast<std::uint32_t>(example.size());
+    }
+    groupOf[row] = slot - 1;
+    ++start[slot - 1];
+  }
+  // From the numbers of rows to the ends of the groups; filling backwards turns these to starts.
+  std::partial_sum(start.begin(), start.end(), start.begin());
+  start.push_back(start.empty() ? 0 : start.back());
+  rows.resize(start.back());
+  for (std::size_t row = table.rowCount_; row-- > 0;) {
+    if (groupOf[row] != kNoGroup) {
+      rows[--start[groupOf[row]]] = static_cast<std::uint32_t>(row);
+    }
+  }
+}
+
+RowTable::RowTable(std::vector<Column> columns)
+    : columns_(std::move(columns)), names_(std::make_unique<Names>()), indexes_(columns_.size()) {
+  std::vector<std::uint32_t>& slots = names_->slots;
+  slots.resize(SlotsFor(columns_.size()));
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    // Of columns with one name the first is the one found.
+    std::size_t slot = HashName(columns_[column].name) & (slots.size() - 1);
+    while (slots[slot] != 0) {
+      slot = (slot + 1) & (slots.size() - 1);
+    }
+    slots[slot] = static_cast<std::uint32_t>(column + 1);
+  }
+}
+
+RowTable::~RowTable() = default;
+
+void RowTable::AddRow(std::vector<Variant> values) {
+  if (values.size() != columns_.size()) {
+    Raise(RunTime::InternalError, "Internal error: a row of " + std::to_string(values.size()) +
+                                      " values for " + std::to_string(columns_.size()) +
+                                      " columns");
+  }
+  cells_.insert(cells_.end(), std::make_move_iterator(values.begin()),
+                std::make_move_iterator(values.end()));
+  ++rowCount_;
+  for (auto& index : indexes_) {
+    index.reset();
+  }
+}
+
+std::ptrdiff_t RowTable::FindColumn(std::string_view name) const {
+  const std::vector<std::uint32_t>& slots = names_->slots;
+  std::size_t slot = HashName(name) & (slots.size() - 1);
+  for (; slots[slot] != 0; slot = (slot + 1) & (slots.size() - 1)) {
+    const std::size_t column = slots[slot] - 1;
+    if (columns_[column].name == name || EqualNames(columns_[column].name, name)) {
+      return static_cast<std::ptrdiff_t>(column);
+    }
+  }
+  return -1;
+}
+
+std::span<const std::uint32_t> RowTable::RowsWhereEqual(std::size_t column,
+                                                        const Variant& key) const {
+  const std::optional<Variant> constant = FilterConstant(columns_[column].type, key);
+  if (!constant) {
+    return {};
+  }
+  std::unique_ptr<Index>& index = indexes_[column];
+  if (index == nullptr) {
+    index = std::make_unique<Index>(*this, column);
+  }
+  const std::uint32_t group = index->slots[index->FindSlot(*this, column, *constant)];
+  if (group == 0) {
+    return {};
+  }
+  return std::span(index->rows)
+      .subspan(index->start[group - 1], index->start[group] - index->start[group - 1]);
+}
+
+class MemoryRecordset::CellField final : public Field {
+ public:
+  CellField(const MemoryRecordset& set, std::size_t column) : set_(&set), column_(column) {}
+
+  [[nodiscard]] kal::Variant Value() const override {
+    return set_->table_->Cell(set_->CurrentRow(), column_);
+  }
+  [[nodiscard]] DataType Type() const override { return set_->table_->Columns()[column_].type; }
+
+  // Whether an index over the column is worth its making: from the second equality on.
+  bool AskIndex() { return std::exchange(asked_, true); }
+
+ private:
+  const MemoryRecordset* set_;
+  std::size_t column_;
+  bool asked_ = false;
+};
+
+MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::EditMode editMode)
+    : table_(std::move(table)), editMode_(editMode) {
+  fields_.reserve(table_->Columns().size());
+  for (std::size_t column = 0; column < table_->Columns().size(); ++column) {
+    fields_.emplace_back(*this, column);
+  }
+}
+
+MemoryRecordset::~MemoryRecordset() = default;
+
+const Field& MemoryRecordset::Fields(std::string_view name) {
+  const std::ptrdiff_t column = table_->FindColumn(name);
+  if (column < 0) {
+    Raise(RunTime::NoSuchField, "There is no field " + Quoted(name), kRecordsetSource);
+  }
+  return fields_[static_cast<std::size_t>(column)];
+}
+
+const Field& MemoryRecordset::Fields(std::size_t index) {
+  if (index >= fields_.size()) {
+    Raise(RunTime::NoSuchField, "There is no field at place " + std::to_string(index),
+          kRecordsetSource);
+  }
+  return fields_[index];
+}
+
+std::int32_t MemoryRecordset::RecordCount() { return static_cast<std::int32_t>(VisibleCount()); }
+
+// Everything that can fail comes before the first change to the state of the set.
+void MemoryRecordset::Filter(std::string_view condition) {
+  if (condition.empty()) {
+    Filter(FilterGroup::None);
+    return;
+  }
+  Gather(FilterExpression(*table_, condition));
+  filterText_ = condition;
+  visible_.swap(gathered_);
+  filtered_ = true;
+  position_ = 0;
+}
+
+void MemoryRecordset::Filter(FilterGroup /*group*/) {
+  filterText_.clear();
+  filtered_ = false;
+  position_ = 0;
+}
+
+void MemoryRecordset::Gather(const FilterExpression& condition) {
+  gathered_.clear();
+  std::optional<std::span<const std::uint32_t>> candidates;
+  if (table_->RowCount() > kSmallSet) {
+    condition.ForEachRequiredEquality([&](const FilterExpression::Node& equality) {
+      if (fields_[equality.column].AskIndex()) {
+        const auto rows = table_->RowsWhereEqual(equality.column, equality.constant);
+        if (!candidates || rows.size() < candidates->size()) {
+          candidates = rows;
+        }
+      }
+    });
+  }
+  const auto matches = [&](std::uint32_t row) { return condition.Matches(row); };
+  if (candidates) {
+    std::copy_if(candidates->begin(), candidates->end(), std::back_inserter(gathered_), matches);
+    return;
+  }
+  for (std::uint32_t row = 0; row < table_->RowCount(); ++row) {
+    if (matches(row)) {
+      gathered_.push_back(row);
+    }
+  }
+}
+
+void MemoryRecordset::MoveFirst() {
+  if (VisibleCount() == 0) {
+    Raise(RunTime::NoCurrentRecord, "There is no row to move to", kRecordsetSource);
+  }
+  position_ = 0;
+}
+
+void MemoryRecordset::MoveNext() {
+  if (Eof()) {
+    Raise(RunTime::NoCurrentRecord, "The record set is already at its end", kRecordsetSource);
+  }
+  ++position_;
+}
+
+void MemoryRecordset::MoveLast() {
+  MoveFirst();
+  position_ = VisibleCount() - 1;
+}
+
+bool MemoryRecordset::Eof() { return position_ >= VisibleCount(); }
+
+std::size_t MemoryRecordset::Position() const {
+  return position_ < VisibleCount() ? position_ + 1 : 0;
+}
+
+std::size_t MemoryRecordset::VisibleCount() const {
+  return filtered_ ? visible_.size() : table_->RowCount();
+}
+
+std::size_t MemoryRecordset::CurrentRow() const {
+  if (position_ >= VisibleCount()) {
+    Raise(RunTime::NoCurrentRecord, "There is no current row", kRecordsetSource);
+  }
+  return filtered_ ? visible_[position_] : position_;
+}
+
+}  // namespace kal

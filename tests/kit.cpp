@@ -1,0 +1,323 @@
+#include "tests/kit.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <atomic>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <regex>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/RunTimeError.h"
+
+namespace kal::test {
+namespace {
+
+constexpr const char* kBaseCompany = R"sql(
+INSERT INTO STDEsercizi VALUES (2023,'2023-01-01','2023-12-31',1,1), (2024,'2024-01-01','2024-12-31',0,0);
+INSERT INTO STDPianoDeiConti (CodConto,TipoConto,Infragruppo) VALUES
+  ('10',1,0), ('1001',0,0), ('2001',0,0), ('3001',0,0), ('4001',0,0), ('5001',0,0), ('6001',0,0), ('7001',0,1);
+INSERT INTO COGCausaliContabili (CodCausale,Operazione,TipoRegIva,SegnoIva,TipoParcella,IdTipoMovimento,
+    TipoVentilazione,CassaCorrispettivi,RegistrazioneLibera,NotaVariazione) VALUES
+  ('GEN',0,0,1,0,0,0,0,0,0), ('LIB',0,0,1,0,0,0,0,1,0), ('APE',0,0,1,0,2,0,0,0,0), ('CHI',0,0,1,0,1,0,0,0,0),
+  ('FTA',1,1,1,0,0,0,0,0,0), ('PAR',1,1,1,1,0,0,0,0,0), ('NCA',1,1,-1,0,0,0,0,0,1), ('ACQ',0,1,1,0,0,0,0,0,0),
+  ('FTV',2,2,1,0,0,0,0,0,0), ('VEN',0,2,1,0,0,0,0,0,0),
+  ('COR',2,3,1,0,0,0,0,0,0), ('COV',2,3,1,0,0,1,0,0,0), ('COC',2,3,1,0,0,0,1,0,0);
+INSERT INTO STDIva (CodIva,CodIvaAutoFtReverse,PercIvaACosto,PercIndetraibile,AmmessaFiscalitaBL,TipoIntra) VALUES
+  ('22',NULL,0,0,1,0), ('10',NULL,0,0,0,0), ('IC','22',0,0,0,1), ('RC','22',0,50,0,0), ('IND',NULL,0,50,0,0),
+  ('COS','',100,0,0,0), ('DI','',0,0,0,0);
+INSERT INTO STDAnagraficaClienti VALUES (10,0,0), (11,1,0), (12,0,1);
+INSERT INTO STDAnagraficaFornitori VALUES (20,0,0,0), (21,0,0,1), (22,0,1,0);
+INSERT INTO COGNumerazioniIva (IdNumerazione,IdSezAutofatture,Anno,TipoRegIva,SezionaleIva,CodAttivita,SplitPayment,UsaSezAutoftSpecifico) VALUES
+  (1,NULL,2024,1,1,'A1',0,0), (2,NULL,2024,2,1,'A1',0,0), (3,NULL,2024,2,2,'A1',1,0), (4,NULL,2024,2,9,'A9',0,0),
+  (5,NULL,2024,3,1,'A1',0,0), (6,7,2024,1,2,'A1',0,1), (7,NULL,2024,2,8,'A8',0,0);
+INSERT INTO COGNumerazioniContabili VALUES (2024,1);
+INSERT INTO COGNumerazioniExtra VALUES (2024,5);
+INSERT INTO COGParametriIva VALUES (2024,0), (2023,1);
+INSERT INTO STDTipologiePagamento VALUES (1,0), (2,1);
+INSERT INTO STDCondizioniPagamentoTeste VALUES ('RB',1), ('SOLOIVA',2);
+INSERT INTO STDDichiarazioniIntento (IdDichiarazione,IdAnagrafica,TipoAnagrafica,TipoDichiarazione,CodIva,ImportoPlafond,Importo,DataInizioValidita,DataFineValidita,Annullata) VALUES
+  (1,10,1,1,'DI','0','1000','2024-01-01','2024-12-31',0), (2,20,2,2,'22','500','1000','2024-01-01','2024-12-31',0);
+INSERT INTO STDParametriAzienda VALUES ('CodDivisaBase','EUR'), ('CodIvaBolli','BOL'), ('SezionaleAutofatture','9');
+)sql";
+
+constexpr const char* kAcquisto = R"json({"operation": "OkAggiorna",
+ "RsTesta": {"EditMode": 2, "rows": [{"IdPrimaNota": 100, "CodCausale": "FTA", "DataRegistrazione": "2024-03-15",
+   "DataDocumento": "2024-03-10", "DataCompetenza": "2024-03-15", "DataIva": "2024-03-15", "NumeroDocumento": "F1",
+   "Protocollo": 10, "TipoRegIva": 1, "SezionaleIva": 1, "IdAnagrafica": 20, "TipoCliFor": 2, "Provvisoria": false,
+   "TotImponibileVB": "100", "TotImpostaVB": "22", "TotDocumentoVB": "122"}]},
+ "RsRIva": {"rows": [{"NumeroRiga": 1, "CodIva": "22", "Imponibile": "100", "ImponibileVB": "100", "Imposta": "22",
+   "ImpostaVB": "22", "TotaleVB": "122"}]},
+ "RsRCont": {"rows": [
+   {"NumeroRiga": 1, "CodConto": "3001", "TipoRiga": 1, "ImportoAvere": "122", "ImportoAvereVB": "122",
+    "ImportoDare": "0", "ImportoDareVB": "0", "IdCliFor": 20, "TipoCliFor": 2, "IdScadenza": 1, "CodDivisa": "EUR"},
+   {"NumeroRiga": 2, "CodConto": "4001", "TipoRiga": 2, "ImportoAvere": "0", "ImportoAvereVB": "0",
+    "ImportoDare": "100", "ImportoDareVB": "100", "CodDivisa": "EUR"},
+   {"NumeroRiga": 3, "CodConto": "6001", "TipoRiga": 3, "ImportoAvere": "0", "ImportoAvereVB": "0",
+    "ImportoDare": "22", "ImportoDareVB": "22", "CodDivisa": "EUR"}]},
+ "RsScadenze": {"rows": [
+   {"IdScadenza": 1, "NrRata": 1, "TipoRata": 0, "DataScadenza": "2024-04-30", "ImportoAvere": "61", "ImportoAvereVB": "61",
+    "ImportoDare": "0", "ImportoDareVB": "0", "IdTipologiaPagamento": 1},
+   {"IdScadenza": 1, "NrRata": 2, "TipoRata": 0, "DataScadenza": "2024-05-31", "ImportoAvere": "61", "ImportoAvereVB": "61",
+    "ImportoDare": "0", "ImportoDareVB": "0", "IdTipologiaPagamento": 1}]}})json";
+
+constexpr const char* kGiroconto = R"json({"operation": "OkAggiorna",
+ "RsTesta": {"EditMode": 2, "rows": [{"IdPrimaNota": 100, "CodCausale": "GEN", "DataRegistrazione": "2024-03-15",
+   "DataCompetenza": "2024-03-15", "Protocollo": 10, "TipoRegIva": 0, "SezionaleIva": 1, "Provvisoria": false}]},
+ "RsRCont": {"rows": [
+   {"NumeroRiga": 1, "CodConto": "1001", "TipoRiga": 1, "ImportoDare": "100", "ImportoDareVB": "100",
+    "ImportoAvere": "0", "ImportoAvereVB": "0", "CodDivisa": "EUR"},
+   {"NumeroRiga": 2, "CodConto": "2001", "TipoRiga": 1, "ImportoDare": "0", "ImportoDareVB": "0",
+    "ImportoAvere": "100", "ImportoAvereVB": "100", "CodDivisa": "EUR"}]}})json";
+
+// A sale is the purchase with both sides and the customer exchanged.
+constexpr const char* kVendita =
+    "T.CodCausale=\"FTV\";T.TipoRegIva=2;T.IdAnagrafica=10;T.TipoCliFor=1;T.DataDocumento=\"2024-"
+    "03-15\";"
+    "C1.IdCliFor=10;C1.TipoCliFor=1;C1.CodConto=\"2001\";C2.CodConto=\"5001\";"
+    "C1.ImportoDare=\"122\";C1.ImportoDareVB=\"122\";C1.ImportoAvere=\"0\";C1.ImportoAvereVB=\"0\";"
+    "C2.ImportoAvere=\"100\";C2.ImportoAvereVB=\"100\";C2.ImportoDare=\"0\";C2.ImportoDareVB=\"0\";"
+    "C3.ImportoAvere=\"22\";C3.ImportoAvereVB=\"22\";C3.ImportoDare=\"0\";C3.ImportoDareVB=\"0\";"
+    "S1.ImportoDare=\"61\";S1.ImportoDareVB=\"61\";S1.ImportoAvere=\"0\";S1.ImportoAvereVB=\"0\";"
+    "S2.ImportoDare=\"61\";S2.ImportoDareVB=\"61\";S2.ImportoAvere=\"0\";S2.ImportoAvereVB=\"0\"";
+
+// Receipts are a sale over the counter.
+constexpr const char* kCorrispettivi =
+    "T.CodCausale=\"COR\";T.TipoRegIva=3;T.TipoCliFor=3;T.IdAnagrafica=null;C1.IdCliFor=null;"
+    "C1.TipoCliFor=0;C1.CodConto=\"1001\";S!";
+
+void Execute(const std::filesystem::path& path, std::string_view sql) {
+  sqlite3* db = nullptr;
+  char* message = nullptr;
+  if (sqlite3_open(path.c_str(), &db) != SQLITE_OK ||
+      sqlite3_exec(db, std::string(sql).c_str(), nullptr, nullptr, &message) != SQLITE_OK) {
+    const std::string why = message != nullptr ? message : sqlite3_errmsg(db);
+    sqlite3_free(message);
+    sqlite3_close(db);
+    throw std::runtime_error("test company: " + why);
+  }
+  sqlite3_close(db);
+}
+
+std::filesystem::path NewPath() {
+  static const std::string kRun = std::to_string(std::random_device{}());
+  static std::atomic<int> number{0};
+  return std::filesystem::temp_directory_path() /
+         ("kalcogcheck-test-" + kRun + "-" + std::to_string(++number) + ".db");
+}
+
+// The company that every test company is a copy of.
+class BaseCompany {
+ public:
+  BaseCompany() : path_(NewPath()) {
+    company::CreateCompany(path_.string(), false);
+    Execute(path_, kBaseCompany);
+  }
+  BaseCompany(const BaseCompany&) = delete;
+  BaseCompany& operator=(const BaseCompany&) = delete;
+  ~BaseCompany() {
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+
+  [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+const char* SetName(char letter) {
+  switch (letter) {
+    case 'T':
+      return "RsTesta";
+    case 'C':
+      return "RsRCont";
+    case 'I':
+      return "RsRIva";
+    case 'S':
+      return "RsScadenze";
+    case 'K':
+      return "RsCausale";
+    case 'R':
+      return "RsRisconti";
+    case 'F':
+      return "RsFiscalitaBL";
+    default:
+      throw std::invalid_argument(std::string("no record set ") + letter);
+  }
+}
+
+void Change(nlohmann::ordered_json& entry, const std::string& change) {
+  static const std::regex kField(R"(\s*([TCISKRF])(\d*)\.(\w+)=(.*))");
+  static const std::regex kAdd(R"(\s*([TCISKRF])\+(\{.*\}))");
+  static const std::regex kTake(R"(\s*([TCISKRF])(\d+)-)");
+  static const std::regex kNothing(R"(\s*([TCISKRF])!)");
+  static const std::regex kEditMode(R"(\s*([TCISKRF])!EditMode=(\d+))");
+  static const std::regex kKey(R"(\s*(\w+)=(.*))");
+  using nlohmann::ordered_json;
+  std::smatch part;
+  const auto set = [&]() -> ordered_json& { return entry[SetName(part.str(1)[0])]; };
+  if (std::regex_match(change, part, kField)) {
+    const std::size_t row = part.str(2).empty() ? 1 : std::stoul(part.str(2));
+    ordered_json& rows = set()["rows"];
+    rows[row - 1][part.str(3)] = ordered_json::parse(part.str(4));
+  } else if (std::regex_match(change, part, kAdd)) {
+    set()["rows"].push_back(ordered_json::parse(part.str(2)));
+  } else if (std::regex_match(change, part, kTake)) {
+    set()["rows"].erase(std::stoul(part.str(2)) - 1);
+  } else if (std::regex_match(change, part, kNothing)) {
+    entry.erase(SetName(part.str(1)[0]));
+  } else if (std::regex_match(change, part, kEditMode)) {
+    set()["EditMode"] = std::stoi(part.str(2));
+  } else if (std::regex_match(change, part, kKey)) {
+    entry[part.str(1)] = ordered_json::parse(part.str(2));
+  } else {
+    throw std::invalid_argument("no change: " + change);
+  }
+}
+
+void ChangeAll(nlohmann::ordered_json& entry, std::string_view changes) {
+  std::string rest(changes);
+  while (!rest.empty()) {
+    const std::size_t end = rest.find(';');
+    const std::string change = rest.substr(0, end);
+    rest = end == std::string::npos ? "" : rest.substr(end + 1);
+    if (change.find_first_not_of(" \n") != std::string::npos) {
+      Change(entry, change);
+    }
+  }
+}
+
+std::string Joined(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != std::string::npos;
+       at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+class CodedStatus : public KalStatus {
+ public:
+  explicit CodedStatus(std::unique_ptr<KalStatus> inner) : inner_(std::move(inner)) {}
+
+  // As many placeholders as the real text has.
+  std::string GetMessage(std::int32_t code) override {
+    const std::string text = inner_->GetMessage(code);
+    std::string shown = std::to_string(code);
+    for (std::size_t at = text.find("%s"); at != std::string::npos; at = text.find("%s", at + 2)) {
+      shown += "(%s)";
+    }
+    return shown;
+  }
+  std::string TranslateFromDict(std::string_view text1, std::string_view text2,
+                                std::string_view text3, std::string_view text4,
+                                std::string_view text5, std::string_view text6) override {
+    return inner_->TranslateFromDict(text1, text2, text3, text4, text5, text6);
+  }
+
+ private:
+  std::unique_ptr<KalStatus> inner_;
+};
+
+}  // namespace
+
+TestCompany::TestCompany(std::string_view sql) : path_(NewPath()) {
+  static const BaseCompany kBase;
+  std::filesystem::copy_file(kBase.Path(), path_);
+  Execute(sql);
+}
+
+TestCompany::~TestCompany() { std::filesystem::remove(path_); }
+
+void TestCompany::Execute(std::string_view sql) const { test::Execute(path_, sql); }
+
+std::unique_ptr<KalStatus> CodedSiblings::CreateKalStatus() {
+  return std::make_unique<CodedStatus>(inner_.CreateKalStatus());
+}
+
+std::string EntryText(std::string_view kind, std::string_view changes) {
+  nlohmann::ordered_json entry =
+      nlohmann::ordered_json::parse(kind == "giroconto" ? kGiroconto : kAcquisto);
+  if (kind == "vendita" || kind == "corrispettivi") {
+    ChangeAll(entry, kVendita);
+  }
+  if (kind == "corrispettivi") {
+    ChangeAll(entry, kCorrispettivi);
+  }
+  ChangeAll(entry, changes);
+  return entry.dump();
+}
+
+Checked::Checked(SiblingFactory& siblings, const std::string& entryText) : checker(siblings) {
+  host::EntryReading reading = host::ReadEntry(entryText);
+  if (!reading.entry) {
+    throw std::invalid_argument(reading.error + " in " + entryText);
+  }
+  entry = *std::move(reading.entry);
+  for (const host::SuppliedSet& supplied : entry.sets) {
+    sets.push_back(std::make_shared<MemoryRecordset>(supplied.rows, supplied.editMode));
+    (checker.*supplied.set->assign)(sets.back());
+  }
+  checker.IsParcella(entry.isParcella);
+  checker.IsFromCard(entry.isFromCard);
+  checker.TmpTableScadenze(entry.tmpTableScadenze);
+}
+
+std::string Checked::Run() {
+  std::string answer;
+  try {
+    const host::Answer result = entry.operation->call(checker, entry.arguments);
+    answer = std::holds_alternative<bool>(result) ? (std::get<bool>(result) ? "True" : "False")
+                                                  : std::to_string(std::get<std::int32_t>(result));
+  } catch (const RunTimeError& error) {
+    const std::string& source = error.Source();
+    std::string tags = Joined(source.substr(std::min(source.find("\r\n"), source.size())),
+                              "\r\nKal_COGCheck.", " < ");
+    tags = Joined(Joined(tags, "KalCOGCheck.", ""), "modDataBaseUtility.", "");
+    answer = "Error " + std::to_string(error.Number()) + " in" +
+             tags.substr(std::min<std::size_t>(2, tags.size()));
+  }
+  return answer + Findings();
+}
+
+std::string Checked::Findings() const {
+  std::string shown;
+  const auto show = [&shown](const char* name, const std::string& text) {
+    if (!text.empty()) {
+      shown += std::string(" ") + name + ": " + Joined(text, "\r\n", " / ");
+    }
+  };
+  show("Err", checker.ErrString());
+  show("Warn", checker.WarnString());
+  show("Prot", checker.WarnProtocolloString());
+  show("Dup", checker.WarnDuplicatoDocString());
+  show("Group", checker.WarnInfragruppoString());
+  return shown;
+}
+
+std::string Checked::State(std::string_view set) const {
+  for (std::size_t i = 0; i < sets.size(); ++i) {
+    if (entry.sets[i].set->name == set) {
+      const std::size_t position = sets[i]->Position();
+      const std::string& filter = sets[i]->FilterText();
+      return (position == 0 ? std::string("end") : std::to_string(position)) +
+             (filter.empty() ? "" : " where " + filter);
+    }
+  }
+  return "Nothing";
+}
+
+void RunCases(const std::vector<Case>& cases) {
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.name);
+    const TestCompany file(row.sql);
+    company::Company company(file.Path().string());
+    CodedSiblings siblings(company.Siblings());
+    Checked checked(siblings, EntryText(row.kind, row.changes));
+    EXPECT_EQ(checked.Run(), row.expected);
+  }
+}
+
+}  // namespace kal::test
