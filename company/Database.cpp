@@ -8,6 +8,8 @@
 namespace kal::company {
 namespace {
 
+// Temporary tables live in a database of their own, in memory: a change of SQLite's own "temp"
+// would make it prepare every statement of the connection anew.
 constexpr std::string_view kTemporary = "temporary";
 
 // Rows beyond this number are not worth their memory between two questions.
@@ -57,7 +59,8 @@ Database::Selection::Selection(const Sqlite& connection, RenderedQuery rendered)
 
 Database::Database(const std::string& path, int busyMilliseconds)
     : connection_(ExistingFile(path), Sqlite::Access::Read, busyMilliseconds) {
-  connection_.Execute("PRAGMA temp_store = MEMORY; ATTACH 'file:?mode=memory' AS " + std::string(kTemporary));
+  connection_.Execute("PRAGMA temp_store = MEMORY; ATTACH 'file:?mode=memory' AS " +
+                      std::string(kTemporary));
   RequireCompany();
 }
 
@@ -236,7 +239,7 @@ void Database::FillTemporaryTable(const std::string& name, const RowTable& rows)
 void Database::DropTemporaryTable(const std::string& name) noexcept {
   try {
     ForgetTemporarySelections();
-    connection_.Execute("DROP TABLE temp." + QuoteName(name));
+    connection_.Execute("DROP TABLE " + std::string(kTemporary) + "." + QuoteName(name));
   } catch (...) {
     // It ends with the connection; nobody is left who could act on the failure.
   }

@@ -217,7 +217,7 @@ class TextReader {
   std::string ReadOr() {
     std::string sql = ReadAnd();
     while (AcceptWord("Or")) {
-      sql = "(" + sql + " OR " + ReadAnd() + ")";
+      sql += " OR " + ReadAnd();
     }
     return sql;
   }

@@ -126,8 +126,11 @@ void RaiseDataError(std::int32_t number, std::string description) {
 Sqlite::Sqlite(std::string path, Access access, int busyMilliseconds) : path_(std::move(path)) {
   const int flags =
       access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  // Attached databases may be named by a URI, the file itself may not.
+  const std::string name = (path_.starts_with("file:") ? "./" : "") + path_;
   sqlite3* handle = nullptr;
-  const int result = sqlite3_open_v2(path_.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI, nullptr);
+  const int result = sqlite3_open_v2(name.c_str(), &handle,
+                                     flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI, nullptr);
   handle_.reset(handle);
   if (result != SQLITE_OK) {
     RaiseDataError(kDatabaseFailed, path_ + ": " + sqlite3_errstr(result));
@@ -166,9 +169,7 @@ SqliteStatement::SqliteStatement(const Sqlite& connection, std::string_view sql)
 }
 
 void SqliteStatement::BindText(int parameter, std::string_view text, bool copied) {
-  // A null pointer would bind Null instead of the empty text.
-  const char* start = text.empty() ? "" : text.data();
-  if (sqlite3_bind_text64(handle_.get(), parameter, start, text.size(),
+  if (sqlite3_bind_text64(handle_.get(), parameter, text.data(), text.size(),
                           copied ? SQLITE_TRANSIENT : SQLITE_STATIC, SQLITE_UTF8) != SQLITE_OK) {
     connection_->Fail();
   }

@@ -320,4 +320,32 @@ void RunCases(const std::vector<Case>& cases) {
   }
 }
 
+std::string Lose(const std::string& table) { return "ALTER TABLE " + table + " RENAME TO Perduta;"; }
+
+std::string Lost(const std::string& trail) { return "Error -2147217865 in " + trail; }
+
+std::string Set(const std::string& setting, const std::string& value) {
+  return "DELETE FROM STDParametriAzienda WHERE Nome='" + setting +
+         "';INSERT INTO STDParametriAzienda VALUES ('" + setting + "','" + value + "');";
+}
+
+void RunGroup(std::string_view kind, std::string_view changes, std::string_view sql,
+              const std::vector<GroupCase>& cases) {
+  for (const GroupCase& row : cases) {
+    SCOPED_TRACE(row.name);
+    const TestCompany file(std::string(sql) + row.sql);
+    company::Company company(file.Path().string());
+    CodedSiblings siblings(company.Siblings());
+    Checked checked(siblings, EntryText(kind, std::string(changes) + ";" + row.changes));
+    EXPECT_EQ(checked.Run(), row.expected);
+    std::string states;
+    for (std::size_t at = 0; at < row.left.size();) {
+      states += (at == 0 ? "" : ", ") + row.left.substr(at, 2) + checked.State(SetName(row.left[at]));
+      const std::size_t next = row.left.find(", ", at);
+      at = next == std::string::npos ? row.left.size() : next + 2;
+    }
+    EXPECT_EQ(states, row.left);
+  }
+}
+
 }  // namespace kal::test

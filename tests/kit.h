@@ -108,4 +108,23 @@ struct Case {
 // Runs each case against a company of its own and compares.
 void RunCases(const std::vector<Case>& cases);
 
+// SQL that takes a table away from the company; and what Run shows once it is missed.
+[[nodiscard]] std::string Lose(const std::string& table);
+[[nodiscard]] std::string Lost(const std::string& trail);
+// SQL that gives a company setting its value.
+[[nodiscard]] std::string Set(const std::string& setting, const std::string& value = "1");
+
+// A case of a group: its changes and SQL come behind those of the group.
+struct GroupCase {
+  std::string name;
+  std::string changes;
+  std::string sql;
+  std::string expected;   // what Run shows
+  std::string left = "";  // the state that sets are left in: "C 1, S 2 where TipoRata = 0"
+};
+
+// Runs each case of a group, as RunCases does.
+void RunGroup(std::string_view kind, std::string_view changes, std::string_view sql,
+              const std::vector<GroupCase>& cases);
+
 }  // namespace kal::test
