@@ -3,23 +3,17 @@
 #include <string_view>
 #include <utility>
 
+#include "host/EntryReader.h"
 #include "host/JsonText.h"
 
 namespace kal::host {
 namespace {
-
-using Outcome = JsonReading::Outcome;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // Gathered lines are tried again whenever they have doubled from here: the whole object is then
 // parsed a few times over at most, and a broken first line does not draw in a whole large file.
 constexpr std::size_t kFirstTrial = 1U << 16U;
-
-bool StartsValueOverLines(std::string_view line) {
-  const char first = line[line.find_first_not_of(kBlanks)];
-  return first == '{' || first == '[';
-}
 
 }  // namespace
 
@@ -55,17 +49,16 @@ std::optional<EntryText> EntryFile::Start() {
   if (!first) {
     return AtEnd();
   }
-  const bool isWhole = ReadJson(first->text).outcome == Outcome::Complete;
-  const bool inDoubt = !isWhole && StartsValueOverLines(first->text);
+  const Outcome outcome = ReadJson(first->text).outcome;
   held_.push_back(*std::move(first));
-  return inDoubt ? Gather() : NextLine();
+  return outcome == Outcome::Complete ? NextLine() : Gather(outcome);
 }
 
-// Tries the lines together; those of a file that turns out to be JSON Lines stay held.
-std::optional<EntryText> EntryFile::Gather() {
+// Tries the lines together, the first being as it is said; those of a file that turns out to be
+// JSON Lines stay held.
+std::optional<EntryText> EntryFile::Gather(Outcome outcome) {
   std::string all(held_.front().number - 1, '\n');  // so that errors name the file's own lines
   all += held_.front().text;
-  Outcome outcome = Outcome::Unfinished;
   for (std::size_t trial = kFirstTrial; outcome != Outcome::Wrong && !ended_; trial *= 2) {
     while (all.size() < trial && HoldLine()) {
       const std::size_t before = held_[held_.size() - 2].number;
@@ -90,12 +83,14 @@ bool EntryFile::HoldLine() {
   return !ended_;
 }
 
-// Whether a line behind the first is an object by itself; reads on as far as it takes.
+// Whether a line behind the first is an entry by itself; reads on as far as it takes.
 bool EntryFile::FindWholeLine() {
   for (std::size_t i = 1; i < held_.size() || HoldLine(); ++i) {
-    const std::string& line = held_[i].text;
-    if (line.front() == '{' && ReadJson(line).outcome == Outcome::Complete) {
-      return true;
+    if (held_[i].text.front() == '{') {
+      const JsonReading line = ReadJson(held_[i].text);
+      if (line.outcome == Outcome::Complete && HasEntryKey(line.value)) {
+        return true;
+      }
     }
   }
   return false;

@@ -1,11 +1,11 @@
 // EntryFile: the entries of one file, one after the other.
 //
 // A file is JSON Lines, one object a line, or one object over any number of lines. JSON Lines are
-// read as a stream, and a line that is no entry stands in its place among the others. What the
-// file is shows in its first line that is not blank: a whole value, or a line that starts no
-// object, makes it JSON Lines. Otherwise lines are gathered until they make one object; when they
-// never can, a later line that is an object by itself and is not indented makes the file JSON
-// Lines whose first lines are bad, and without such a line it is one bad entry.
+// read as a stream, and a line that is no entry stands in its place among the others. A first line
+// (of those that are not blank) that is a whole value makes the file JSON Lines. Otherwise lines
+// are gathered until they make one object; when they never can, a later line that is not indented
+// and is an entry by itself, as a row of a record set is not, makes the file JSON Lines whose
+// first lines are bad; without such a line it is one bad entry.
 
 #pragma once
 
@@ -15,6 +15,8 @@
 #include <istream>
 #include <optional>
 #include <string>
+
+#include "host/JsonText.h"
 
 namespace kal::host {
 
@@ -35,6 +37,8 @@ class EntryFile {
   [[nodiscard]] std::uintmax_t BytesRead() const { return bytesRead_; }
 
  private:
+  using Outcome = JsonReading::Outcome;
+
   struct Line {
     std::string text;
     std::size_t number = 0;  // counted from 1
@@ -42,7 +46,7 @@ class EntryFile {
 
   [[nodiscard]] std::optional<Line> ReadLine();  // the next one that is not blank
   [[nodiscard]] std::optional<EntryText> Start();
-  [[nodiscard]] std::optional<EntryText> Gather();
+  [[nodiscard]] std::optional<EntryText> Gather(Outcome outcome);
   bool HoldLine();
   [[nodiscard]] bool FindWholeLine();
   [[nodiscard]] std::optional<EntryText> NextLine();

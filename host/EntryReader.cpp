@@ -170,15 +170,11 @@ std::vector<Variant> ReadArguments(const Operation& operation, const JsonValue* 
   return values;
 }
 
-void RefuseUnknownKeys(const JsonValue& root) {
+bool IsEntryKey(std::string_view key) {
   constexpr std::array<std::string_view, 6> kOtherKeys = {
       "operation", "arguments", "id", "IsParcella", "IsFromCard", "TmpTableScadenze"};
-  for (const std::string& key : root.keys) {
-    if (std::ranges::find(kOtherKeys, key) == kOtherKeys.end() &&
-        std::ranges::find(EntrySets(), key, &EntrySet::name) == EntrySets().end()) {
-      throw InputError("unknown key " + QuotedText(key));
-    }
-  }
+  return std::ranges::find(kOtherKeys, key) != kOtherKeys.end() ||
+         std::ranges::find(EntrySets(), key, &EntrySet::name) != EntrySets().end();
 }
 
 bool ReadFlag(const JsonValue& root, const std::string& key) {
@@ -192,7 +188,10 @@ std::string ReadText(const JsonValue& root, const std::string& key, std::string_
 }
 
 Entry MakeEntry(const JsonValue& root) {
-  RefuseUnknownKeys(root);
+  const auto unknown = std::ranges::find_if_not(root.keys, IsEntryKey);
+  if (unknown != root.keys.end()) {
+    throw InputError("unknown key " + QuotedText(*unknown));
+  }
   Entry entry;
   const std::string name = ReadText(root, "operation", kDefaultOperation);
   entry.operation = FindOperation(name);
@@ -227,6 +226,8 @@ void ReadHead(const JsonReading& json, EntryReading& reading) {
 }
 
 }  // namespace
+
+bool HasEntryKey(const JsonValue& value) { return std::ranges::any_of(value.keys, IsEntryKey); }
 
 EntryReading ReadEntry(std::string_view text) {
   EntryReading reading;

@@ -41,6 +41,9 @@ struct EntryReading {
   std::string error;
 };
 
+// Whether the value is an object with at least one of an entry's keys.
+[[nodiscard]] bool HasEntryKey(const JsonValue& value);
+
 [[nodiscard]] EntryReading ReadEntry(std::string_view text);
 
 }  // namespace kal::host

@@ -1,0 +1,458 @@
+// The command-line host: what it reads, what it writes, and its exit status.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <streambuf>
+
+#include "host/CommandLine.h"
+#include "host/EntryFile.h"
+#include "host/EntryReader.h"
+#include "host/Operations.h"
+#include "host/Report.h"
+#include "host/Runner.h"
+#include "tests/kit.h"
+
+namespace kal::host {
+namespace {
+
+using nlohmann::json;
+using test::TestCompany;
+
+std::string SetOf(const std::string& set, const std::string& row) {
+  return "{\"" + set + "\":{\"rows\":[{}," + row + "]}}";
+}
+
+TEST(EntryReader, ReadsValuesExactlyOrRefusesThem) {
+  const struct {
+    const char* set;
+    const char* field;
+    const char* value;
+    Variant expected;      // Empty where the value is refused
+    const char* wanted{};  // then what the message says that the field takes
+  } rows[] = {
+      {"RsRCont", "ImportoDare", "922337203685477.5807", Currency::FromUnits(INT64_MAX)},
+      {"RsRCont", "ImportoDare", "\"-922337203685477.5808\"", Currency::FromUnits(INT64_MIN)},
+      {"RsRCont", "ImportoAvereVB", "0.1", Currency::FromUnits(1000)},
+      {"RsRCont", "ImportoAvereVB", "-7", Currency::FromUnits(-70000)},
+      {"RsRIva", "Imposta", "1e2", Currency::FromUnits(1000000)},
+      {"RsRIva", "Imposta", "-12.5e-3", Currency::FromUnits(-125)},
+      {"RsRIva", "Imposta", "0.0092233720368547758E17", Currency::FromUnits(9223372036854775800)},
+      {"RsRIva", "Imposta", "0e99999999999", Currency()},
+      {"RsRIva", "Imposta", "0.00001", {}, "an amount with up to four decimals"},
+      {"RsRIva", "Imposta", "1e-5", {}, "an amount with up to four decimals"},
+      {"RsRIva", "Imposta", "1e-300", {}, "an amount with up to four decimals"},
+      {"RsRIva", "Imposta", "1e300", {}, "an amount with up to four decimals"},
+      {"RsRIva", "Imposta", "1e-99999999999", {}, "an amount with up to four decimals"},
+      {"RsScadenze", "ImportoDare", "922337203685477.5808", {}, "an amount"},
+      {"RsFiscalitaBL", "BeniServiziEsenti", "\"12,50\"", {}, "an amount"},
+      {"RsFiscalitaBL", "BeniServiziEsenti", "\"\"", {}, "an amount"},
+      {"RsFiscalitaBL", "BeniServiziEsenti", "true", {}, "an amount"},
+      {"RsRCont", "TipoRiga", "-32768", std::int16_t{-32768}},
+      {"RsRCont", "TipoRiga", "32768", {}, "a whole number from -32768 to 32767"},
+      {"RsRCont", "TipoRiga", "3.0", {}, "a whole number"},
+      {"RsRCont", "TipoRiga", "\"3\"", {}, "a whole number"},
+      {"RsRCont", "NumeroRiga", "2147483647", std::int32_t{2147483647}},
+      {"RsRCont", "NumeroRiga", "-2147483649", {}, "a whole number from -2147483648"},
+      {"RsRCont", "NumeroRiga", "99999999999999999999", {}, "a whole number"},
+      {"RsTesta", "Fixing", "1.25", 1.25},
+      {"RsTesta", "Fixing", "\"1.25\"", {}, "a number"},
+      {"RsTesta", "DataIva", "\"2024-02-29\"", *Date::FromYmd(2024, 2, 29)},
+      {"RsTesta", "DataIva", "\"2023-02-29\"", {}, "a date (yyyy-mm-dd)"},
+      {"RsTesta", "DataIva", "\"15/03/2024\"", {}, "a date (yyyy-mm-dd)"},
+      {"RsScadenze", "DataScadenza", "\"\"", {}, "a date (yyyy-mm-dd)"},
+      {"RsScadenze", "DataScadenza", "null", Null},
+      {"RsRIva", "ReverseCharge", "true", true},
+      {"RsRIva", "ReverseCharge", "1", {}, "true or false"},
+      {"RsCausale", "CodCausale", "\"\\u00e8\"", "\xC3\xA8"},
+      {"RsRisconti", "CodContoContropartita", "101", {}, "a text"},
+      {"RsRisconti", "CODCONTOcontropartita", "\"101\"", "101"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.set) + '.' + row.field + " = " + row.value);
+    const auto reading =
+        ReadEntry(SetOf(row.set, std::string("{\"") + row.field + "\":" + row.value + '}'));
+    const std::string refusal = std::string(row.set) + " row 2, field \"" + row.field +
+                                "\": " + row.value + " is not " +
+                                (row.wanted != nullptr ? row.wanted : "");
+    ASSERT_EQ(reading.error.substr(0, refusal.size()), row.wanted != nullptr ? refusal : "");
+    if (row.wanted == nullptr) {
+      MemoryRecordset set(reading.entry->sets.at(0).rows);
+      EXPECT_TRUE(set.Fields(row.field).Value().IsNull());  // left out in the first row
+      set.MoveNext();
+      EXPECT_TRUE(Identical(set.Fields(row.field).Value(), row.expected));
+    }
+  }
+}
+
+TEST(EntryReader, SaysWhatIsWrongAndWhere) {
+  const std::pair<std::string, const char*> rows[] = {
+      {"", "not JSON"},
+      {"{\"id\":1,}", "not JSON, column 9"},
+      {"{\"id\":1,\n \"RsTesta\" 5}", "not JSON, line 2 column 12"},
+      {"{\"id\":\"\xFF\"}", "not JSON"},
+      {"{\"id\":1e999}", "not JSON"},
+      {"{} {}", "not JSON"},
+      {"[{}]", "write one object a line"},
+      {"\"x\"", "must be a JSON object, not \"x\""},
+      {"{\"id\":" + std::string(32, '['), "nested deeper than 32 levels"},
+      {"{\"id\":" + std::string(31, '['), "unexpected end of input"},
+      {"{\"id\":" + std::string(100000, '['), "nested deeper than 32 levels"},
+      {"{\"id\":1,\"id\":1}", "the key \"id\" is given twice"},
+      {SetOf("RsRIva", "{\"CodIva\":\"1\",\"CodIva\":\"2\"}"), "the key \"CodIva\" is given twice"},
+      {SetOf("RsRIva", "{\"CodIva\":\"1\",\"CODIVA\":\"2\"}"),
+       "row 2, field \"CODIVA\": given twice"},
+      {SetOf("RsRIva", "{\"CodConto\":1}"), "RsRIva row 2 has an unknown field \"CodConto\""},
+      {SetOf("RsRIva", "7"), "RsRIva row 2 must be an object, not 7"},
+      {SetOf("RsIva", "{}"), "unknown key \"RsIva\""},
+      {"{\"ID\":1}", "unknown key \"ID\""},
+      {"{\"RsTesta\":[]}", "RsTesta must be an object with rows, or null, not []"},
+      {"{\"RsTesta\":{\"EditMode\":2}}", "RsTesta has no rows"},
+      {"{\"RsTesta\":{\"rows\":{}}}", "RsTesta: rows must be an array"},
+      {"{\"RsTesta\":{\"rows\":[],\"Filter\":\"\"}}", "RsTesta has an unknown key \"Filter\""},
+      {"{\"RsTesta\":{\"EditMode\":3,\"rows\":[]}}",
+       "RsTesta: EditMode must be 0, 1, 2 or 4, not 3"},
+      {"{\"RsTesta\":{\"EditMode\":null,\"rows\":[]}}", "EditMode must be 0, 1, 2 or 4, not null"},
+      {"{\"IsParcella\":1}", "IsParcella must be true or false, not 1"},
+      {"{\"TmpTableScadenze\":null}", "TmpTableScadenze must be a text, not null"},
+      {"{\"operation\":5}", "operation must be a text, not 5"},
+      {"{\"operation\":\"GenericFx\"}", "unknown operation \"GenericFx\""},
+      {"{\"operation\":\"okaggiorna\"}", "unknown operation \"okaggiorna\""},
+      {"{\"arguments\":true}", "arguments must be an array, not true"},
+  };
+  for (const auto& [text, fragment] : rows) {
+    const EntryReading reading = ReadEntry(text);
+    EXPECT_FALSE(reading.entry) << text.substr(0, 80);
+    EXPECT_NE(reading.error.find(fragment), std::string::npos) << fragment << "\n" << reading.error;
+  }
+}
+
+TEST(EntryReader, ChecksArgumentsAgainstTheOperation) {
+  const struct {
+    const char* operation;
+    const char* arguments;
+    const char* error;  // "" where they are taken
+  } rows[] = {
+      {"OkAggiorna", "[]", ""},
+      {"OkAggiorna", "[false,true]", ""},
+      {"OkAggiorna", "[true]", "OkAggiorna takes 2 arguments, not 1"},
+      {"OkAggiorna", "[true,1]", "OkAggiorna argument 2 must be true or false, not 1"},
+      {"OkAggiorna", "[null,true]", "OkAggiorna argument 1 must be true or false, not null"},
+      {"OkModifica", "[]", ""},
+      {"OkModifica", "[0]", "OkModifica takes 0 arguments, not 1"},
+      {"OkModificaDoc", "[32767,2147483647]", ""},
+      {"OkModificaDoc", "[32768,1]", "argument 1 must be a whole number from -32768 to 32767"},
+      {"OkCancellaDoc", "[1,2147483648]", "argument 2 must be a whole number from -2147483648"},
+      {"OkCancellaDoc", "[1,30.0]", "argument 2 must be a whole number"},
+      {"LeggiIdPrimaNota", "[2147483647,32767]", ""},
+      {"LeggiIdPrimaNota", "[1,32768]", "argument 2 must be a whole number from -32768 to 32767"},
+      {"LibroGiornaleStampato", "[\"2024-01-31\"]", ""},
+      {"LibroGiornaleStampato", "[\"\"]", ""},
+      {"LibroGiornaleStampato", "[null]", ""},
+      {"LibroGiornaleStampato", "[\"31/01/2024\"]", "argument 1 must be a date (yyyy-mm-dd), \"\""},
+      {"RegistriIvaStampati", "[null,1]", "RegistriIvaStampati takes 3 arguments, not 2"},
+      {"CheckDuplicatoNrDocRicevuto", "[\"1/A\",\"2024-01-31\",20,0]", ""},
+      {"CheckDuplicatoNrDocRicevuto", "[1,\"2024-01-31\",20,0]",
+       "argument 1 must be a text, not 1"},
+      {"CheckDuplicatoNrDocEmesso", "[2,1,\"1/A\",null,0]", ""},
+      {"CheckDuplicatoNrDocEmesso", "[2,1,null,null,0]", "argument 3 must be a text, not null"},
+  };
+  for (const auto& row : rows) {
+    const std::string text = std::string("{\"operation\":\"") + row.operation +
+                             "\",\"arguments\":" + row.arguments + '}';
+    const EntryReading reading = ReadEntry(text);
+    EXPECT_EQ(reading.error.empty(), *row.error == '\0') << text << "\n" << reading.error;
+    EXPECT_NE(reading.error.find(row.error), std::string::npos) << text << "\n" << reading.error;
+  }
+  const auto defaults = ReadEntry("{}").entry.value().arguments;
+  ASSERT_EQ(defaults.size(), 2U);
+  EXPECT_TRUE(Identical(defaults[0], true) && Identical(defaults[1], true));
+}
+
+// The places of a file's entries, with "!" behind one that is no JSON.
+std::string Places(const std::string& content) {
+  std::istringstream stream(content);
+  EntryFile file(stream, "F");
+  std::string places;
+  while (const auto entry = file.Next()) {
+    const bool whole = ReadJson(entry->text).outcome == JsonReading::Outcome::Complete;
+    places += (places.empty() ? "" : ", ") + entry->place + (whole ? "" : "!");
+  }
+  return places;
+}
+
+TEST(EntryFile, TellsOneObjectFromJsonLines) {
+  const std::string manyRows = [] {
+    std::string rows = "{\"RsRIva\":{\"rows\":[\n";
+    for (int i = 0; i < 20000; ++i) rows += "{\"NumeroRiga\":1},\n";
+    return rows + "{\"NumeroRiga\":2}\n";
+  }();
+  const struct {
+    const char* name;
+    std::string content;
+    std::string places;
+  } rows[] = {
+      {"nothing", "", ""},
+      {"blank lines", "\n \t\r\n", ""},
+      {"one line", "{}", "F line 1"},
+      {"first line blank behind its mark", "\xEF\xBB\xBF\n{}", "F line 2"},
+      {"lines, some blank", "\xEF\xBB\xBF{}\r\n\r\n \n{}\n{}", "F line 1, F line 4, F line 5"},
+      {"bad lines between", "{}\nx\n{\"a\":\n{}\n", "F line 1, F line 2!, F line 3!, F line 4"},
+      {"bad first line", "x\n{\"id\":2}\n", "F line 1!, F line 2"},
+      {"scalars", "1\n\"{\"\n", "F line 1, F line 2"},
+      {"broken first line", "{\"a\":1,5}\n{\"id\":2}\n{}\n", "F line 1!, F line 2, F line 3"},
+      {"no JSON at all", "x\ny\n", "F!"},
+      {"cut first line", "{\"a\":{\"rows\":[\n{\"id\":2}\n", "F line 1!, F line 2"},
+      {"cut lines", "\n{\"a\":\n\n{\"b\"\n{\"id\":2}\n", "F line 2!, F line 4!, F line 5"},
+      {"object over lines", "\n{\n\n\"a\":[\n {},\n{}\n]\n}\n", "F"},
+      {"array over lines", "[\n{\"id\":1},\n{\"id\":2}\n]", "F"},
+      {"broken object over lines", "{\n \"a\":[\n{\"NumeroRiga\":1}\n ],,\n}\n", "F!"},
+      {"cut object over lines", "{\n \"a\": [\n  {\"id\":2}\n", "F!"},
+      {"large object over lines", manyRows + "]}}\n", "F"},
+      {"large object broken at its end", manyRows + "]}}]\n", "F!"},
+  };
+  for (const auto& row : rows) {
+    const std::string places = Places(row.content);
+    EXPECT_EQ(places, row.places) << row.name;
+  }
+  std::istringstream broken("\n{\n\n\n\"a\" 5}\n");
+  const std::string error = ReadEntry(EntryFile(broken, "F").Next().value().text).error;
+  EXPECT_NE(error.find("line 5 column 5"), std::string::npos) << error;  // as the file counts
+}
+
+// JSON Lines are not drawn in: not behind a good first line, nor behind one that breaks off.
+TEST(EntryFile, ReadsJsonLinesAsAStream) {
+  std::string lines;
+  for (int i = 0; i < 100000; ++i) lines += "{\"id\":1}\n";
+  for (const std::string first : {"{}\n", "x\n", "{\"a\":5,\n", "{\"rows\":[\n"}) {
+    std::istringstream stream(first + lines);
+    EntryFile file(stream, "F");
+    ASSERT_TRUE(file.Next()) << first;
+    EXPECT_LT(file.BytesRead(), 200000U) << first;
+  }
+}
+
+// A result's JSON: strings, flags and what stands behind are cut down to what differs.
+TEST(Report, WritesResultsForPrograms) {
+  const std::string strings =
+      "\"ErrString\":\"\",\"WarnString\":\"\",\"WarnProtocolloString\":\"\","
+      "\"WarnDuplicatoDocString\":\"\",\"WarnInfragruppoString\":\"\",\"ImportoPlafond\":\"0."
+      "0000\","
+      "\"ChiusuraRateInSospensione\":false,\"RiaperturaRateInSospensione\":false,"
+      "\"IsInfragruppo\":\"False\",";
+  const struct {
+    const char* entry;
+    std::string result;
+  } rows[] = {
+      {"{\"id\":{\"n\":[1.50,-12345678901234567890123,\"\xC3\xA8\\u0001\"]},"
+       "\"operation\":\"LeggiIdPrimaNota\",\"arguments\":[5,1],"
+       "\"RsRCont\":{\"rows\":[{}]},\"RsTesta\":{\"rows\":[]},\"RsRIva\":null}",
+       "{\"id\":{\"n\":[1.50,-12345678901234567890123,\"\xC3\xA8\\u0001\"]},"
+       "\"operation\":\"LeggiIdPrimaNota\",\"result\":-1," +
+           strings +
+           "\"recordSets\":{\"RsTesta\":{\"Filter\":\"\",\"Position\":0},"
+           "\"RsRCont\":{\"Filter\":\"\",\"Position\":1}},\"error\":null}"},
+      {"{\"RsTesta\":{\"rows\":[]}}", "{\"id\":null,\"operation\":\"OkAggiorna\",\"result\":null," +
+                                          strings +
+                                          "\"recordSets\":{\"RsTesta\":{\"Filter\":\"\","
+                                          "\"Position\":0}},\"error\":{\"number\":3021,"},
+      {"{\"id\":\"b\",\"operation\":\"OkModifica\",\"RsTesta\":",
+       "{\"id\":\"b\",\"operation\":\"OkModifica\",\"result\":null," + strings +
+           "\"recordSets\":{},\"error\":{\"input\":\"F line 1: not JSON, column "},
+      {"{\"operation\":\"OkSalva\"}", "{\"id\":null,\"operation\":\"OkSalva\",\"result\":null," +
+                                          strings +
+                                          "\"recordSets\":{},\"error\":{\"input\":\"F line 1: "
+                                          "unknown operation \\\"OkSalva\\\"\"}}"},
+      {"x", "{\"id\":null,\"operation\":null,\"result\":null,"},
+  };
+  const TestCompany file;
+  company::Company company(file.Path().string());
+  for (const auto& row : rows) {
+    const std::string result = ToJson(CheckEntry(company, {row.entry, "F line 1", ""}));
+    EXPECT_EQ(result.substr(0, row.result.size()), row.result) << row.entry;
+    EXPECT_TRUE(json::accept(result)) << result;
+  }
+}
+
+TEST(Report, ShowsVerdictsAndFindingsToPeople) {
+  const struct {
+    const char* name;
+    bool isCheck;
+    std::optional<Answer> result;
+    const char* errors;
+    const char* warnings;
+    const char* italian;
+    const char* english;
+  } rows[] = {
+      {"free", true, true, "", "", "libera\n", "free\n"},
+      {"warned", true, false, "", "\r\nuno\r\n\r\ndue",
+       "da confermare\n  avviso: uno\n  avviso: due\n",
+       "to be confirmed\n  warning: uno\n  warning: due\n"},
+      {"blocked", true, false, "a\x1b[2J", "b", "bloccata\n  errore: a?[2J\n  avviso: b\n",
+       "blocked\n  error: a?[2J\n  warning: b\n"},
+      {"refused", true, false, "", "", "rifiutata senza rilievi\n", "refused without findings\n"},
+      {"yes", false, true, "", "", "s\xC3\xAC\n", "yes\n"},
+      {"no", false, false, "", "", "no\n", "no\n"},
+      {"number", false, std::int32_t{-1}, "", "", "-1\n", "-1\n"},
+      {"raised", true, std::nullopt, "a", "",
+       "non controllata\n  errore di esecuzione 13: d\n    s\n    t\n  errore: a\n",
+       "not checked\n  run-time error 13: d\n    s\n    t\n  error: a\n"},
+  };
+  for (const auto& row : rows) {
+    Outcome outcome;
+    outcome.place = "F line 1";
+    outcome.operation = "Op";
+    outcome.isCheck = row.isCheck;
+    outcome.result = row.result;
+    outcome.errString = row.errors;
+    outcome.warnString = row.warnings;
+    if (!row.result) outcome.error = RunTimeError(13, "s\r\nt", "d");
+    EXPECT_EQ(ToBlock(outcome, {}), std::string("F line 1  Op: ") + row.italian) << row.name;
+    EXPECT_EQ(ToBlock(outcome, {Language::English, false}),
+              std::string("F line 1  Op: ") + row.english)
+        << row.name;
+    EXPECT_NE(ToBlock(outcome, {Language::Italian, true}).find("\x1b["), std::string::npos)
+        << row.name;
+  }
+  EXPECT_EQ(ToSummary({{Verdict::Free, 1}, {Verdict::Blocked, 2}}, Language::Italian),
+            "3 registrazioni: 1 libera, 2 bloccate\n");
+}
+
+TEST(Runner, ReportsWhatIsInfragruppoRaisesUnlessTheOperationRaised) {
+  const TestCompany file("DROP TABLE STDParametriAzienda");
+  company::Company company(file.Path().string());
+  const std::pair<const char*, const char*> rows[] = {
+      {"{\"operation\":\"LibroGiornaleStampato\",\"arguments\":[\"2024-01-01\"]}", "IsInfragruppo"},
+      {"{\"operation\":\"LibroGiornaleStampato\",\"arguments\":[\"\"]}", "LibroGiornaleStampato"},
+  };
+  for (const auto& [text, source] : rows) {
+    const auto outcome = CheckEntry(company, {text, "F", ""});
+    EXPECT_FALSE(outcome.result) << text;
+    ASSERT_TRUE(outcome.error) << text;
+    EXPECT_NE(outcome.error->Source().find(source), std::string::npos) << text;
+    EXPECT_EQ(outcome.isInfragruppo, "False") << text;
+  }
+}
+
+// A table of any name, beside one that the company has; none of it outlives the entry.
+TEST(Runner, MakesTheTemporaryInstallmentsTable) {
+  const TestCompany file;
+  company::Company company(file.Path().string());
+  for (const char* const name : {"\"Tmp\"", "\"a b\\\"c'd\"", "\"COGScadenze\"", "\"\""}) {
+    for (const char* const changes : {"", "S!;"}) {
+      const std::string change = std::string(changes) + "TmpTableScadenze=" + name;
+      const auto outcome = CheckEntry(company, {test::EntryText("acquisto", change), "F", ""});
+      EXPECT_TRUE(outcome.result) << change << ToJson(outcome);
+      EXPECT_EQ(company.HasTable("Tmp"), false) << change;
+    }
+  }
+}
+
+struct ProgramRun {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+ProgramRun RunProgram(const std::string& arguments, const std::string& input) {
+  const std::string base = testing::TempDir() + "kal_host_" + std::to_string(getpid());
+  std::ofstream(base + ".in") << input;
+  const int status = std::system(("\"" KAL_HOST_PROGRAM "\" < " + base + ".in > " + base +
+                                  ".out 2> " + base + ".err " + arguments)
+                                     .c_str());
+  const auto content = [](const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    std::filesystem::remove(path);
+    return text.str();
+  };
+  (void)content(base + ".in");
+  return {WEXITSTATUS(status), content(base + ".out"), content(base + ".err")};
+}
+
+TEST(Program, AnswersByItsExitStatus) {
+  const TestCompany file;
+  const std::string company = file.Path().string();
+  const std::string check = "check --company " + company + " ";
+  const std::string yes = "{\"operation\":\"LeggiIdPrimaNota\",\"arguments\":[1,1]}\n";
+  const std::string no =
+      "{\"operation\":\"LibroGiornaleStampato\",\"arguments\":[\"2024-01-01\"]}\n";
+  const struct {
+    std::string arguments;
+    std::string input;
+    int status;
+    const char* out;
+    const char* err;
+  } rows[] = {
+      {check + "-", yes + yes, 0, "2 registrazioni: 2 s\xC3\xAC", ""},
+      {check + "--lang en -", yes + no, 1, "2 entries: 1 yes, 1 no", ""},
+      {check + "-", no + "{}\n" + yes, 2, "1 non controllata", ""},
+      {check + "-", "", 0, "0 registrazioni", ""},
+      {check + "--json -", no, 1, "\"result\":false", ""},
+      {check + "no-such-file - .", yes, 2, "no-such-file  non controllata", ""},
+      {check + "no-such-file - .", yes, 2, "3 registrazioni: 1 s\xC3\xAC, 2 non", ""},
+      {check + KAL_SOURCE_DIR "/CMakeLists.txt > /dev/full", "", 2, "", "can't be written"},
+      {check, yes, 2, "", "FILE"},
+      {check + "--lang fr -", yes, 2, "", "--lang"},
+      {check + "--bogus -", yes, 2, "", "--bogus"},
+      {"check -", yes, 2, "", "--company"},
+      {"check --company no-such.db -", yes, 2, "", "no-such.db"},
+      {"check --company " KAL_SOURCE_DIR "/CMakeLists.txt -", yes, 2, "", "CMakeLists.txt"},
+      {"init " + company, "", 2, "", "already"},
+      {"", "", 2, "", "subcommand"},
+      {"--help", "", 0, "check", ""},
+      {"--version", "", 0, "5.05.0017", ""},
+  };
+  for (const auto& row : rows) {
+    const ProgramRun run = RunProgram(row.arguments, row.input);
+    EXPECT_EQ(run.status, row.status) << row.arguments;
+    EXPECT_NE(run.out.find(row.out), std::string::npos) << row.arguments << "\n" << run.out;
+    EXPECT_NE(run.err.find(row.err), std::string::npos) << row.arguments << "\n" << run.err;
+    EXPECT_EQ(run.err.empty(), *row.err == '\0') << row.arguments << "\n" << run.err;
+    EXPECT_TRUE(*row.out != '\0' || run.out.empty()) << row.arguments << "\n" << run.out;
+    EXPECT_EQ(run.out.find('\x1b'), std::string::npos) << row.arguments;
+  }
+}
+
+TEST(Program, AnswersEveryEntryInItsPlace) {
+  const TestCompany file;
+  std::string input;
+  for (int i = 1; i <= 1000; ++i) {
+    const std::string id = "{\"id\":" + std::to_string(i);
+    input += i % 10 == 0 ? id + ",\n" : id + ",\"operation\":\"OkModifica\"}\n\n";
+  }
+  const ProgramRun run = RunProgram("check --json --company " + file.Path().string() + " -", input);
+  EXPECT_EQ(run.status, 2);
+  std::istringstream lines(run.out);
+  std::string line;
+  for (int i = 1; i <= 1000; ++i) {
+    ASSERT_TRUE(std::getline(lines, line)) << i;
+    const json result = json::parse(line);
+    EXPECT_EQ(result["id"], i);
+    EXPECT_EQ(result["error"].contains("input"), i % 10 == 0) << line;
+  }
+  EXPECT_FALSE(std::getline(lines, line));
+}
+
+// Output that ends early ends the run: the rest of the entries is not even read.
+TEST(Program, StopsWhenNobodyReads) {
+  struct Full : std::streambuf {};
+  Full full;
+  std::ostream out(&full);
+  std::istringstream in("{}\n{}\n{}\n");
+  std::ostringstream err;
+  const TestCompany file;
+  const std::string company = file.Path().string();
+  const char* const arguments[] = {"kalcogcheck", "check", "--company", company.c_str(), "-", "-"};
+  EXPECT_EQ(host::Run(6, arguments, in, out, err), kExitTrouble);
+  EXPECT_EQ(in.tellg(), 3);
+  EXPECT_NE(err.str().find("can't be written"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kal::host
