@@ -1,8 +1,8 @@
 // TestProtocollo: protocol numbers grow with the registration date within a register, section and
 // year, and none stands twice.
 //
-// TestProtocolloIntra: so does the number that the self-invoice of an intra-community or
-// reverse-charge purchase has, or will get.
+// TestProtocolloIntra: the self-invoice of an intra-community or reverse-charge purchase keeps that
+// order too, with the number that it has or will get.
 //
 // Provisional entries and the entry itself (or its self-invoice) do not count; on the same day
 // any order will do. One conflict is reported, whichever the database gives first.

@@ -126,6 +126,10 @@ SiblingFactory& Company::Siblings() { return *siblings_; }
 
 bool Company::HasTable(std::string_view name) { return database_->HasTable(name); }
 
+const Company::Counters& Company::Counted() const { return database_->Counted(); }
+
+void Company::Record(std::vector<std::string>* target) { database_->Record(target); }
+
 Company::Reading::Reading(Company& company) : company_(company) {
   company_.database_->BeginReading();
 }

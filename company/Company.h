@@ -5,9 +5,11 @@
 
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/MemoryRecordset.h"
 #include "siblings/Siblings.h"
@@ -46,6 +48,18 @@ class Company {
   };
 
   [[nodiscard]] bool HasTable(std::string_view name);
+
+  // What this connection has done so far.
+  struct Counters {
+    std::uint64_t queries = 0;       // selections and procedures that the database ran
+    std::uint64_t prepared = 0;      // statements prepared
+    std::uint64_t transactions = 0;  // Readings
+  };
+  [[nodiscard]] const Counters& Counted() const;
+
+  // For measuring: every selection that the database runs from now on is added to the target as
+  // SQL with its values, until it is nullptr.
+  void Record(std::vector<std::string>* target);
 
   // A table of this connection alone, with the columns and rows given, gone when the object is.
   // The file is not touched. The name may be any text.

@@ -12,8 +12,8 @@ namespace {
 // would make it prepare every statement of the connection anew.
 constexpr std::string_view kTemporary = "temporary";
 
-// Rows beyond this number are not worth their memory between two questions.
-constexpr std::size_t kKeptRows = 10000;
+// All kept answers are forgotten when they come to more rows than these.
+constexpr std::size_t kKeptRows = 20000;
 
 std::string ExistingFile(const std::string& path) {
   std::error_code ignored;
@@ -44,18 +44,13 @@ void BindValues(StatementUse& use, const QueryBuilder& query) {
   });
 }
 
-bool HasValues(const QueryBuilder& query) {
-  bool found = false;
-  ForEachComparison(query, [&](std::string_view, CompareWith, const Variant&) { found = true; });
-  return found;
-}
-
 }  // namespace
 
 Database::Selection::Selection(const Sqlite& connection, RenderedQuery rendered)
     : statement(connection, rendered.sql),
       columns(std::move(rendered.columns)),
-      none(std::make_shared<RowTable>(ColumnsOfRows(columns))) {}
+      layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
+      none(std::make_shared<RowTable>(layout)) {}
 
 Database::Database(const std::string& path, int busyMilliseconds)
     : connection_(ExistingFile(path), Sqlite::Access::Read, busyMilliseconds) {
@@ -88,7 +83,10 @@ SqliteStatement& Database::Prepared(std::string_view constantSql) {
 }
 
 std::int64_t Database::FileVersion() {
-  StatementUse version(Prepared("PRAGMA data_version"));
+  if (versionOfReading_) {
+    return *versionOfReading_;
+  }
+  StatementUse version(Prepared("PRAGMA data_version"), StatementUse::Counts::NotAtAll);
   version->Step();
   return version->Number(0);
 }
@@ -121,74 +119,115 @@ Database::Selection& Database::Select(const QueryBuilder& query) {
     return found->second;
   }
   bool ofTheFile = true;
+  bool keepsAnswers = true;
   Selection selection(connection_, RenderQuery(query, [&](std::string_view table) {
-                        ofTheFile = ofTheFile && FindTable(table) != nullptr;
+                        const SchemaTable* known = FindTable(table);
+                        ofTheFile = ofTheFile && known != nullptr;
+                        keepsAnswers = keepsAnswers && known != nullptr && !known->growsWithEntries;
                         return ColumnsOf(table);
                       }));
   selection.ofTheFile = ofTheFile;
-  selection.keepsRows = ofTheFile && !HasValues(query);
+  selection.keepsAnswers = keepsAnswers;
   return selections_.emplace(key_, std::move(selection)).first->second;
 }
 
-std::shared_ptr<const RowTable> Database::Read(Selection& selection) {
+std::shared_ptr<const RowTable> Database::Run(Selection& selection, const QueryBuilder& query) {
+  StatementUse use(selection.statement);
+  BindValues(use, query);
   std::shared_ptr<RowTable> rows;
-  while (selection.statement.Step()) {
+  while (use->Step()) {
     if (!rows) {
-      rows = std::make_shared<RowTable>(ColumnsOfRows(selection.columns));
+      rows = std::allocate_shared<RowTable>(PoolAllocator<RowTable>(pool_), selection.layout,
+                                            pool_.get());
     }
-    std::vector<Variant> values;
-    values.reserve(selection.columns.size());
     int place = 0;
-    for (const ResultColumn& column : selection.columns) {
-      values.push_back(selection.statement.Value(place++, column.type, column.source));
+    for (Variant& cell : rows->AddRow()) {
+      const ResultColumn& column = selection.columns[static_cast<std::size_t>(place)];
+      cell = use->Value(place++, column.type, column.source);
     }
-    rows->AddRow(std::move(values));
   }
   return rows ? std::move(rows) : selection.none;
 }
 
-std::shared_ptr<MemoryRecordset> Database::Open(const QueryBuilder& query) {
+std::shared_ptr<const RowTable> Database::Answer(const QueryBuilder& query) {
   Selection& selection = Select(query);
-  if (!selection.keepsRows) {
-    StatementUse use(selection.statement);
-    BindValues(use, query);
-    return std::make_shared<MemoryRecordset>(Read(selection));
+  if (!selection.keepsAnswers) {
+    return Run(selection, query);
   }
+  ForgetAnswersOfOlderFile();
+  key_.clear();
+  ForEachComparison(query, [this](std::string_view, CompareWith, const Variant& value) {
+    AppendValue(key_, value);
+  });
+  if (const auto kept = selection.answers.find(key_); kept != selection.answers.end()) {
+    return kept->second;
+  }
+  std::shared_ptr<const RowTable> rows = Run(selection, query);
+  keptRows_ += rows->RowCount() + 1;
+  selection.answers.emplace(key_, rows);
+  return rows;
+}
+
+// The version is asked for first: a change that comes after it is then seen the next time.
+void Database::ForgetAnswersOfOlderFile() {
   const std::int64_t version = FileVersion();
-  if (!selection.kept || selection.kept->version != version) {
-    const StatementUse use(selection.statement);
-    selection.kept = Rows{Read(selection), version};
+  if (version == versionOfAnswers_ && keptRows_ <= kKeptRows) {
+    return;
   }
-  auto set = std::make_shared<MemoryRecordset>(selection.kept->table);
-  if (selection.kept->table->RowCount() > kKeptRows) {
-    selection.kept.reset();
+  for (auto& [shape, selection] : selections_) {
+    selection.answers.clear();
   }
-  return set;
+  keptRows_ = 0;
+  versionOfAnswers_ = version;
+}
+
+std::shared_ptr<MemoryRecordset> Database::Open(const QueryBuilder& query) {
+  return std::allocate_shared<MemoryRecordset>(PoolAllocator<MemoryRecordset>(pool_), Answer(query),
+                                               EditMode::None, pool_.get());
 }
 
 Variant Database::FirstValue(const QueryBuilder& query) {
-  Selection& selection = Select(query);
-  StatementUse use(selection.statement);
-  BindValues(use, query);
-  const ResultColumn& column = selection.columns.front();
-  return use->Step() ? use->Value(0, column.type, column.source) : Variant(Null);
+  const std::shared_ptr<const RowTable> rows = Answer(query);
+  return rows->RowCount() == 0 ? Variant(Null) : rows->Cell(0, 0);
+}
+
+void Database::Record(std::vector<std::string>* target) {
+  const auto add = [](unsigned /*event*/, void* context, void* statement, void* /*text*/) {
+    char* sql = sqlite3_expanded_sql(static_cast<sqlite3_stmt*>(statement));
+    if (sql != nullptr && std::string_view(sql).starts_with("SELECT")) {
+      static_cast<std::vector<std::string>*>(context)->emplace_back(sql);
+    }
+    sqlite3_free(sql);
+    return 0;
+  };
+  sqlite3_trace_v2(connection_.Handle(), target == nullptr ? 0U : unsigned{SQLITE_TRACE_STMT}, add,
+                   target);
 }
 
 void Database::BeginReading() {
-  connection_.Execute("BEGIN");
+  RunOnce("BEGIN");
   try {
-    (void)FileVersion();  // BEGIN alone waits for the first question before it fixes the state
+    // BEGIN alone waits for the first question before it fixes the state.
+    versionOfReading_ = FileVersion();
   } catch (...) {
     EndReading();
     throw;
   }
+  ++connection_.Counted().transactions;
 }
 
 void Database::EndReading() noexcept {
-  sqlite3_exec(connection_.Handle(), "COMMIT", nullptr, nullptr, nullptr);
-  if (!connection_.InAutocommit()) {
+  versionOfReading_.reset();
+  try {
+    RunOnce("COMMIT");
+  } catch (...) {
     sqlite3_exec(connection_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
   }
+}
+
+// A statement without values that answers nothing.
+void Database::RunOnce(std::string_view constantSql) {
+  StatementUse(Prepared(constantSql), StatementUse::Counts::NotAtAll)->Step();
 }
 
 bool Database::HasTable(std::string_view name) {

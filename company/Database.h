@@ -1,8 +1,10 @@
 // Database: the connection of one company, and how selections are run on it.
 //
-// Statements are prepared once for each shape of selection and kept. What a selection without any
-// condition answered is kept as well, decoded, until the file changes: the table of VAT codes is
-// read whole for every entry, and would cost more than all the other questions together.
+// Statements are prepared once for each shape of selection and kept. So are the answers, decoded,
+// of the selections from tables that change rarely (settings, templates, accounts, VAT codes), for
+// as long as the file does not change: every entry asks them the same questions, and the table of
+// VAT codes, which is read whole, costs more than all other questions together. What the books
+// answer is never kept.
 
 #pragma once
 
@@ -16,6 +18,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "company/Pool.h"
 #include "company/QuerySql.h"
 #include "company/Sqlite.h"
 #include "platform/MemoryRecordset.h"
@@ -37,31 +40,20 @@ class Database {
   // a constant.
   [[nodiscard]] SqliteStatement& Prepared(std::string_view constantSql);
 
+  [[nodiscard]] const Company::Counters& Counted() const { return connection_.Counted(); }
+  void Record(std::vector<std::string>* target);
+
   void BeginReading();
   void EndReading() noexcept;
+
+  // For the sibling components over this database.
+  [[nodiscard]] Pool& Memory() { return *pool_; }
 
   [[nodiscard]] bool HasTable(std::string_view name);
   void CreateTemporaryTable(const std::string& name, const RowTable& rows);
   void DropTemporaryTable(const std::string& name) noexcept;
 
  private:
-  struct Rows {
-    std::shared_ptr<const RowTable> table;
-    std::int64_t version;  // of the file, when they were read
-  };
-
-  // A selection, ready to run.
-  struct Selection {
-    Selection(const Sqlite& connection, RenderedQuery rendered);
-
-    SqliteStatement statement;
-    std::vector<ResultColumn> columns;
-    std::shared_ptr<const RowTable> none;  // what a selection without rows answers
-    std::optional<Rows> kept;
-    bool keepsRows = false;
-    bool ofTheFile = true;  // reads tables of the company alone
-  };
-
   struct Hash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const {
@@ -69,18 +61,42 @@ class Database {
     }
   };
 
+  template <class Value>
+  using ByText = std::unordered_map<std::string, Value, Hash, std::equal_to<>>;
+
+  // A selection, ready to run.
+  struct Selection {
+    Selection(const Sqlite& connection, RenderedQuery rendered);
+
+    SqliteStatement statement;
+    std::vector<ResultColumn> columns;
+    std::shared_ptr<const RowLayout> layout;
+    std::shared_ptr<const RowTable> none;  // what a selection without rows answers
+    bool keepsAnswers = false;
+    bool ofTheFile = true;                            // reads tables of the company alone
+    ByText<std::shared_ptr<const RowTable>> answers;  // kept, by the values asked with
+  };
+
   void RequireCompany();
   [[nodiscard]] std::int64_t FileVersion();
+  void RunOnce(std::string_view constantSql);
   [[nodiscard]] Selection& Select(const QueryBuilder& query);
   [[nodiscard]] std::vector<TableColumn> ColumnsOf(std::string_view table);
-  [[nodiscard]] static std::shared_ptr<const RowTable> Read(Selection& selection);
+  [[nodiscard]] std::shared_ptr<const RowTable> Answer(const QueryBuilder& query);
+  [[nodiscard]] std::shared_ptr<const RowTable> Run(Selection& selection,
+                                                    const QueryBuilder& query);
+  void ForgetAnswersOfOlderFile();
   void FillTemporaryTable(const std::string& name, const RowTable& rows);
   void ForgetTemporarySelections();
 
+  std::shared_ptr<Pool> pool_ = std::make_shared<Pool>();
   Sqlite connection_;  // before all statements
-  std::unordered_map<std::string, Selection, Hash, std::equal_to<>> selections_;
-  std::unordered_map<std::string, SqliteStatement, Hash, std::equal_to<>> prepared_;
-  std::string key_;  // of the selection that is being looked up; kept for its memory
+  ByText<Selection> selections_;
+  ByText<SqliteStatement> prepared_;
+  std::optional<std::int64_t> versionOfReading_;
+  std::int64_t versionOfAnswers_ = 0;
+  std::size_t keptRows_ = 0;
+  std::string key_;  // of what is being looked up; kept for its memory
 };
 
 }  // namespace kal::company

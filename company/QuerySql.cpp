@@ -523,6 +523,32 @@ RenderedQuery RenderQuery(const QueryBuilder& query, const ColumnsOfTable& table
   return Renderer(query, tables).Render();
 }
 
+void AppendValue(std::string& key, const Variant& value) {
+  const auto appendBytes = [&key](const auto& number) {
+    key.append(reinterpret_cast<const char*>(&number), sizeof number);
+  };
+  AppendByte(key, value.VarType());
+  switch (value.VarType()) {
+    case Variant::Type::Boolean:
+      appendBytes(*value.As<bool>());
+      break;
+    case Variant::Type::SmallInt:
+      appendBytes(*value.As<std::int16_t>());
+      break;
+    case Variant::Type::Integer:
+      appendBytes(*value.As<std::int32_t>());
+      break;
+    case Variant::Type::Date:
+      appendBytes(value.As<Date>()->Serial());
+      break;
+    case Variant::Type::Empty:
+    case Variant::Type::NullValue:
+      break;
+    default:  // rarely asked for
+      AppendText(key, CStr(value));
+  }
+}
+
 void AppendShape(std::string& key, const QueryBuilder& query) {
   AppendByte(key, query.Columns().size());
   for (const std::string_view columns : query.Columns()) {

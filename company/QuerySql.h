@@ -47,6 +47,9 @@ struct RenderedQuery {
 // their values.
 void AppendShape(std::string& key, const QueryBuilder& query);
 
+// Writes a key that two values share exactly when they are identical.
+void AppendValue(std::string& key, const Variant& value);
+
 // Every comparison with a value, in the order of the SQL's parameters.
 template <class Visit>
 void ForEachComparison(const QueryBuilder& query, Visit&& visit) {

@@ -129,17 +129,17 @@ constexpr SchemaColumn kMessaggi[] = {{"Codice", kLong}, {"Lingua", kText}, {"Te
 constexpr SchemaColumn kDizionario[] = {{"Testo", kText}, {"Lingua", kText}, {"Traduzione", kText}};
 
 constexpr SchemaTable kTables[] = {
-    {"COGPrimeNoteTeste", kPrimeNoteTeste},
-    {"COGPrimeNoteRiferimenti", kPrimeNoteRiferimenti},
-    {"COGPrimeNoteRCont", kPrimeNoteRCont},
+    {"COGPrimeNoteTeste", kPrimeNoteTeste, true},
+    {"COGPrimeNoteRiferimenti", kPrimeNoteRiferimenti, true},
+    {"COGPrimeNoteRCont", kPrimeNoteRCont, true},
     {"COGPrimeNoteProprieta", kPrimeNoteProprieta},
     {"COGCausaliContabili", kCausaliContabili},
     {"COGNumerazioniIva", kNumerazioniIva},
     {"COGNumerazioniContabili", kNumerazioniContabili},
     {"COGNumerazioniExtra", kNumerazioniContabili},
-    {"COGScadenze", kScadenze},
-    {"COGRateiRisconti", kRateiRisconti},
-    {"COGRateiRiscontiContabilizzati", kRateiContabilizzati},
+    {"COGScadenze", kScadenze, true},
+    {"COGRateiRisconti", kRateiRisconti, true},
+    {"COGRateiRiscontiContabilizzati", kRateiContabilizzati, true},
     {"COGBollati", kBollati},
     {"COGBollatiIva", kBollatiIva},
     {"COGParametriIva", kParametriIva},

@@ -22,6 +22,7 @@ struct SchemaColumn {
 struct SchemaTable {
   std::string_view name;
   std::span<const SchemaColumn> columns;
+  bool growsWithEntries = false;  // every entry adds rows to it; the others change rarely
 };
 
 [[nodiscard]] std::span<const SchemaTable> Tables();

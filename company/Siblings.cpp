@@ -40,7 +40,7 @@ std::optional<std::string> StoredDay(const Variant& date) {
   return CDate(date).ToIso().substr(0, kIsoSize);
 }
 
-class Status final : public KalStatus {
+class Status final : public KalStatus, public Pooled {
  public:
   Status(Database& database, std::string_view language)
       : database_(database), language_(language) {}
@@ -112,7 +112,7 @@ Variant SettingOfText(DataType type, const std::string& text) {
   return *date;
 }
 
-class Settings final : public CompanySettings {
+class Settings final : public CompanySettings, public Pooled {
  public:
   explicit Settings(Database& database) : database_(database) {}
 
@@ -173,7 +173,7 @@ class Settings final : public CompanySettings {
   RecordsetRef year_;  // on the selected year
 };
 
-class Anagrafiche final : public KalAnagrafiche {
+class Anagrafiche final : public KalAnagrafiche, public Pooled {
  public:
   explicit Anagrafiche(Database& database) : database_(database) {}
 
@@ -204,7 +204,7 @@ class Anagrafiche final : public KalAnagrafiche {
   std::string_view table_;
 };
 
-class Codes final : public VatCodes {
+class Codes final : public VatCodes, public Pooled {
  public:
   explicit Codes(Database& database) : database_(database) {}
 
@@ -238,7 +238,7 @@ class Codes final : public VatCodes {
   Database& database_;
 };
 
-class Locks final : public PeriodLock {
+class Locks final : public PeriodLock, public Pooled {
  public:
   explicit Locks(Database& database) : database_(database) {}
 
@@ -258,7 +258,7 @@ class Locks final : public PeriodLock {
   Database& database_;
 };
 
-class Activities final : public VatActivities {
+class Activities final : public VatActivities, public Pooled {
  public:
   explicit Activities(Database& database) : database_(database) {}
 
@@ -274,7 +274,7 @@ class Activities final : public VatActivities {
   Database& database_;
 };
 
-class Numbering final : public ProtocolNumbering {
+class Numbering final : public ProtocolNumbering, public Pooled {
  public:
   explicit Numbering(Database& database) : database_(database) {}
 
@@ -308,7 +308,7 @@ class Numbering final : public ProtocolNumbering {
   Database& database_;
 };
 
-class Fees final : public FeeNotes {
+class Fees final : public FeeNotes, public Pooled {
  public:
   explicit Fees(Database& database) : database_(database) {}
 
@@ -327,7 +327,7 @@ class Fees final : public FeeNotes {
   Database& database_;
 };
 
-class Functions final : public SqlFunctions {
+class Functions final : public SqlFunctions, public Pooled {
  public:
   std::string Expression(std::int32_t functionCode, std::string_view column) override {
     constexpr std::int32_t kYear = 4;
@@ -339,7 +339,7 @@ class Functions final : public SqlFunctions {
   }
 };
 
-class Sums final : public Totals {
+class Sums final : public Totals, public Pooled {
  public:
   void Attach(const RecordsetRef& set) override { set_ = set; }
 
@@ -390,7 +390,7 @@ class Sums final : public Totals {
   std::vector<Sum> sums_;
 };
 
-class Access final : public DataAccess {
+class Access final : public DataAccess, public Pooled {
  public:
   explicit Access(Database& database) : database_(database) {}
 
@@ -428,35 +428,37 @@ class Access final : public DataAccess {
 }  // namespace
 
 std::unique_ptr<KalStatus> CompanySiblings::CreateKalStatus() {
-  return std::make_unique<Status>(database_, language_);
+  return std::unique_ptr<KalStatus>(new (database_.Memory()) Status(database_, language_));
 }
 std::unique_ptr<CompanySettings> CompanySiblings::CreateCompanySettings() {
-  return std::make_unique<Settings>(database_);
+  return std::unique_ptr<CompanySettings>(new (database_.Memory()) Settings(database_));
 }
 std::unique_ptr<KalAnagrafiche> CompanySiblings::CreateKalAnagrafiche() {
-  return std::make_unique<Anagrafiche>(database_);
+  return std::unique_ptr<KalAnagrafiche>(new (database_.Memory()) Anagrafiche(database_));
 }
 std::unique_ptr<VatCodes> CompanySiblings::CreateVatCodes() {
-  return std::make_unique<Codes>(database_);
+  return std::unique_ptr<VatCodes>(new (database_.Memory()) Codes(database_));
 }
 std::unique_ptr<PeriodLock> CompanySiblings::CreatePeriodLock() {
-  return std::make_unique<Locks>(database_);
+  return std::unique_ptr<PeriodLock>(new (database_.Memory()) Locks(database_));
 }
 std::unique_ptr<VatActivities> CompanySiblings::CreateVatActivities() {
-  return std::make_unique<Activities>(database_);
+  return std::unique_ptr<VatActivities>(new (database_.Memory()) Activities(database_));
 }
 std::unique_ptr<ProtocolNumbering> CompanySiblings::CreateProtocolNumbering() {
-  return std::make_unique<Numbering>(database_);
+  return std::unique_ptr<ProtocolNumbering>(new (database_.Memory()) Numbering(database_));
 }
 std::unique_ptr<FeeNotes> CompanySiblings::CreateFeeNotes() {
-  return std::make_unique<Fees>(database_);
+  return std::unique_ptr<FeeNotes>(new (database_.Memory()) Fees(database_));
 }
 std::unique_ptr<SqlFunctions> CompanySiblings::CreateSqlFunctions() {
-  return std::make_unique<Functions>();
+  return std::unique_ptr<SqlFunctions>(new (database_.Memory()) Functions());
 }
-std::unique_ptr<Totals> CompanySiblings::CreateTotals() { return std::make_unique<Sums>(); }
+std::unique_ptr<Totals> CompanySiblings::CreateTotals() {
+  return std::unique_ptr<Totals>(new (database_.Memory()) Sums());
+}
 std::unique_ptr<DataAccess> CompanySiblings::CreateDataAccess() {
-  return std::make_unique<Access>(database_);
+  return std::unique_ptr<DataAccess>(new (database_.Memory()) Access(database_));
 }
 
 }  // namespace kal::company

@@ -166,6 +166,7 @@ SqliteStatement::SqliteStatement(const Sqlite& connection, std::string_view sql)
     connection.Fail();
   }
   handle_.reset(handle);
+  ++connection.Counted().prepared;
 }
 
 void SqliteStatement::BindText(int parameter, std::string_view text, bool copied) {

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "company/Company.h"
 #include "platform/Recordset.h"
 #include "platform/RunTimeError.h"
 #include "platform/Variant.h"
@@ -38,6 +39,8 @@ class Sqlite {
 
   // Runs any number of statements that answer nothing.
   void Execute(const std::string& sql);
+  // What was run and prepared on this connection; statements count themselves.
+  [[nodiscard]] Company::Counters& Counted() const { return counted_; }
   // Raises the connection's latest failure.
   [[noreturn]] void Fail() const;
 
@@ -48,6 +51,7 @@ class Sqlite {
 
   std::string path_;
   std::unique_ptr<sqlite3, Close> handle_;
+  mutable Company::Counters counted_;
 };
 
 // A prepared statement; it must not outlive its connection.
@@ -69,6 +73,7 @@ class SqliteStatement {
   // The value in the current row as that type, in whatever way it is stored. Raises 13 when it is
   // of another kind and 6 when it is out of the type's range; the source says whose value it is.
   [[nodiscard]] Variant Value(int column, DataType type, std::string_view source) const;
+  void CountRun() const { ++connection_->Counted().queries; }
   [[nodiscard]] std::int64_t Number(int column) const {
     return sqlite3_column_int64(handle_.get(), column);
   }
@@ -87,7 +92,14 @@ class SqliteStatement {
 // One use of a statement, which is ready for the next one afterwards.
 class StatementUse {
  public:
-  explicit StatementUse(SqliteStatement& statement) : statement_(statement) {}
+  enum class Counts : std::uint8_t { AsQuery, NotAtAll };
+
+  explicit StatementUse(SqliteStatement& statement, Counts counts = Counts::AsQuery)
+      : statement_(statement) {
+    if (counts == Counts::AsQuery) {
+      statement_.CountRun();
+    }
+  }
   StatementUse(const StatementUse&) = delete;
   StatementUse& operator=(const StatementUse&) = delete;
   ~StatementUse() { statement_.Reset(); }

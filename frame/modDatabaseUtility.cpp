@@ -79,6 +79,9 @@ bool RecordsetIsEmpty(const RecordsetRef& rs) noexcept {
     return true;
   }
   try {
+    if (rs->Eof()) {  // the usual answer, found without an error
+      return true;
+    }
     (void)rs->Fields(std::size_t{0}).Value();
     return false;
   } catch (...) {

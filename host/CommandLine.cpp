@@ -9,21 +9,28 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <optional>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "company/Company.h"
 #include "company/Schema.h"
 #include "host/EntryFile.h"
+#include "host/Interrupt.h"
 #include "host/Progress.h"
 #include "host/Report.h"
 #include "host/Runner.h"
+#include "host/Workers.h"
 
 namespace kal::host {
 namespace {
 
 constexpr const char* kVersion = "kalcogcheck 5.05.0017";
 constexpr std::string_view kStandardInput = "-";
+constexpr unsigned kMostJobs = 256;
 
 struct Options {
   std::string newCompany;
@@ -31,6 +38,7 @@ struct Options {
   std::string company;
   bool json = false;
   std::string language = "it";
+  unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
   std::vector<std::string> files;
 };
 
@@ -60,13 +68,17 @@ std::uintmax_t SizeOf(const std::vector<std::string>& files) {
   return total;
 }
 
+// So many entries are checked one by one, each answered before the next is read, before more
+// workers than one are worth their start.
+constexpr std::size_t kEntriesBeforeWorkers = 64;
+
 // One run of check: the entries of all files, in order.
 class CheckRun {
  public:
   CheckRun(const Options& options, const Streams& streams)
       : options_(options),
         streams_(streams),
-        company_(options.company, options.language),
+        company_(std::make_unique<company::Company>(options.company, options.language)),
         style_{options.language == "en" ? Language::English : Language::Italian,
                streams.terminals.out && streams.terminals.colours},
         progress_(streams.err, streams.terminals.err, SizeOf(options.files)) {}
@@ -76,6 +88,9 @@ class CheckRun {
       if (!CheckFile(file)) {
         break;
       }
+    }
+    if (workers_) {
+      workers_->Finish();
     }
     if (!options_.json) {
       (void)Write(ToSummary(tally_, style_.language));
@@ -108,8 +123,8 @@ class CheckRun {
 
   bool CheckStream(std::istream& stream, const std::string& name) {
     EntryFile entries(stream, name);
-    while (const std::optional<EntryText> text = entries.Next()) {
-      if (!Check(*text, entries.BytesRead())) {
+    while (std::optional<EntryText> text = entries.Next()) {
+      if (!Check(*std::move(text), entries.BytesRead())) {
         return false;
       }
     }
@@ -117,11 +132,39 @@ class CheckRun {
     return true;
   }
 
-  bool Check(const EntryText& text, std::uintmax_t bytesRead) {
-    const Outcome outcome = CheckEntry(company_, text);
-    ++tally_[VerdictOf(outcome)];
-    const bool written = Write(options_.json ? ToJson(outcome) + '\n' : ToBlock(outcome, style_));
-    progress_.Step(bytesBefore_ + bytesRead);
+  bool Check(EntryText text, std::uintmax_t bytesRead) {
+    if (!workers_ && options_.jobs > 1 && ++entries_ > kEntriesBeforeWorkers) {
+      StartWorkers();
+    }
+    if (workers_) {
+      return workers_->Add(std::move(text), bytesBefore_ + bytesRead);
+    }
+    Answered answer = Answer(*company_, text);
+    answer.bytesRead = bytesBefore_ + bytesRead;
+    return Deliver(answer);
+  }
+
+  void StartWorkers() {
+    std::vector<std::unique_ptr<company::Company>> companies;
+    companies.push_back(std::move(company_));
+    while (companies.size() < options_.jobs) {
+      companies.push_back(std::make_unique<company::Company>(options_.company, options_.language));
+    }
+    workers_.emplace(
+        std::move(companies),
+        [this](company::Company& company, const EntryText& text) { return Answer(company, text); },
+        [this](const Answered& answer) { return Deliver(answer); });
+  }
+
+  [[nodiscard]] Answered Answer(company::Company& company, const EntryText& text) const {
+    const Outcome outcome = CheckEntry(company, text);
+    return {VerdictOf(outcome), options_.json ? ToJson(outcome) + '\n' : ToBlock(outcome, style_)};
+  }
+
+  bool Deliver(const Answered& answer) {
+    ++tally_[answer.verdict];
+    const bool written = Write(answer.text);
+    progress_.Step(answer.bytesRead);
     return written;
   }
 
@@ -130,16 +173,19 @@ class CheckRun {
     if (streams_.terminals.out) {
       progress_.Hide();
     }
+    const Writing answer;
     return static_cast<bool>(streams_.out << text << std::flush);
   }
 
   const Options& options_;
   const Streams& streams_;
-  company::Company company_;
+  std::unique_ptr<company::Company> company_;  // the workers', once there are some
   ReportStyle style_;
   Progress progress_;
   Tally tally_;
   std::uintmax_t bytesBefore_ = 0;
+  std::size_t entries_ = 0;
+  std::optional<Workers> workers_;
 };
 
 int Init(const Options& options, const Streams& streams) {
@@ -188,6 +234,10 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   check->add_flag("--json", options.json, "One JSON object an entry instead of text");
   check->add_option("--lang", options.language, "Language of messages and text, it or en")
       ->check(CLI::IsMember({"it", "en"}));
+  check
+      ->add_option("--jobs", options.jobs,
+                   "Entries checked at the same time; all cores if left out")
+      ->check(CLI::Range(1U, kMostJobs));
   check->add_option("FILE", options.files, "JSON or JSON Lines; - is standard input")->required();
 
   try {

@@ -8,10 +8,12 @@
 #include <iostream>
 
 #include "host/CommandLine.h"
+#include "host/Interrupt.h"
 
 int main(int argc, char** argv) {
   // A reader that goes away shows as a failed write, and so as an exit status.
   (void)std::signal(SIGPIPE, SIG_IGN);
+  kal::host::StopBetweenAnswers();
   std::ios::sync_with_stdio(false);
   const char* const noColor = std::getenv("NO_COLOR");
   const kal::host::Terminals terminals{.out = isatty(STDOUT_FILENO) != 0,

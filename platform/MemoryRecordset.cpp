@@ -50,11 +50,6 @@ std::size_t HashName(std::string_view name) {
 
 }  // namespace
 
-// The columns by name: slots hold a column's place plus 1, 0 where they are free.
-struct RowTable::Names {
-  std::vector<std::uint32_t> slots;
-};
-
 // The rows of a column grouped by equal cells. The rows of a group stand together, in order.
 struct RowTable::Index {
   Index(const RowTable& table, std::size_t column);
@@ -83,7 +78,7 @@ RowTable::Index::Index(const RowTable& table, std::size_t column)
   for (std::uint32_t row = 0; row < table.rowCount_; ++row) {
     // The constant that a filter would look for; cells that equal none, such as NaN, are left out.
     const Variant& cell = table.Cell(row, column);
-    const std::optional<Variant> value = FilterConstant(table.columns_[column].type, cell);
+    const std::optional<Variant> value = FilterConstant(table.Columns()[column].type, cell);
     if (!value || CompareInFilter(cell, *value) != 0) {
       continue;
     }
@@ -107,41 +102,22 @@ RowTable::Index::Index(const RowTable& table, std::size_t column)
   }
 }
 
-RowTable::RowTable(std::vector<Column> columns)
-    : columns_(std::move(columns)), names_(std::make_unique<Names>()), indexes_(columns_.size()) {
-  std::vector<std::uint32_t>& slots = names_->slots;
-  slots.resize(SlotsFor(columns_.size()));
+RowLayout::RowLayout(std::vector<Column> columns)
+    : columns_(std::move(columns)), slots_(SlotsFor(columns_.size())) {
   for (std::size_t column = 0; column < columns_.size(); ++column) {
     // Of columns with one name the first is the one found.
-    std::size_t slot = HashName(columns_[column].name) & (slots.size() - 1);
-    while (slots[slot] != 0) {
-      slot = (slot + 1) & (slots.size() - 1);
+    std::size_t slot = HashName(columns_[column].name) & (slots_.size() - 1);
+    while (slots_[slot] != 0) {
+      slot = (slot + 1) & (slots_.size() - 1);
     }
-    slots[slot] = static_cast<std::uint32_t>(column + 1);
+    slots_[slot] = static_cast<std::uint32_t>(column + 1);
   }
 }
 
-RowTable::~RowTable() = default;
-
-void RowTable::AddRow(std::vector<Variant> values) {
-  if (values.size() != columns_.size()) {
-    Raise(RunTime::InternalError, "Internal error: a row of " + std::to_string(values.size()) +
-                                      " values for " + std::to_string(columns_.size()) +
-                                      " columns");
-  }
-  cells_.insert(cells_.end(), std::make_move_iterator(values.begin()),
-                std::make_move_iterator(values.end()));
-  ++rowCount_;
-  for (auto& index : indexes_) {
-    index.reset();
-  }
-}
-
-std::ptrdiff_t RowTable::FindColumn(std::string_view name) const {
-  const std::vector<std::uint32_t>& slots = names_->slots;
-  std::size_t slot = HashName(name) & (slots.size() - 1);
-  for (; slots[slot] != 0; slot = (slot + 1) & (slots.size() - 1)) {
-    const std::size_t column = slots[slot] - 1;
+std::ptrdiff_t RowLayout::Find(std::string_view name) const {
+  std::size_t slot = HashName(name) & (slots_.size() - 1);
+  for (; slots_[slot] != 0; slot = (slot + 1) & (slots_.size() - 1)) {
+    const std::size_t column = slots_[slot] - 1;
     if (columns_[column].name == name || EqualNames(columns_[column].name, name)) {
       return static_cast<std::ptrdiff_t>(column);
     }
@@ -149,13 +125,38 @@ std::ptrdiff_t RowTable::FindColumn(std::string_view name) const {
   return -1;
 }
 
+RowTable::RowTable(std::vector<Column> columns)
+    : RowTable(std::make_shared<RowLayout>(std::move(columns))) {}
+
+RowTable::RowTable(std::shared_ptr<const RowLayout> layout, std::pmr::memory_resource* memory)
+    : layout_(std::move(layout)), cells_(memory) {}
+
+RowTable::~RowTable() = default;
+
+void RowTable::AddRow(std::vector<Variant> values) {
+  if (values.size() != Columns().size()) {
+    Raise(RunTime::InternalError, "Internal error: a row of " + std::to_string(values.size()) +
+                                      " values for " + std::to_string(Columns().size()) +
+                                      " columns");
+  }
+  std::ranges::move(values, AddRow().begin());
+}
+
+std::span<Variant> RowTable::AddRow() {
+  indexes_.clear();
+  cells_.resize(cells_.size() + Columns().size());
+  ++rowCount_;
+  return std::span(cells_).last(Columns().size());
+}
+
 std::span<const std::uint32_t> RowTable::RowsWhereEqual(std::size_t column,
                                                         const Variant& key) const {
-  const std::optional<Variant> constant = FilterConstant(columns_[column].type, key);
+  const std::optional<Variant> constant = FilterConstant(Columns()[column].type, key);
   if (!constant) {
     return {};
   }
-  std::unique_ptr<Index>& index = indexes_[column];
+  indexes_.resize(Columns().size());
+  std::unique_ptr<Index>& index = indexes_[column].index;
   if (index == nullptr) {
     index = std::make_unique<Index>(*this, column);
   }
@@ -167,6 +168,11 @@ std::span<const std::uint32_t> RowTable::RowsWhereEqual(std::size_t column,
       .subspan(index->start[group - 1], index->start[group] - index->start[group - 1]);
 }
 
+bool RowTable::WantsIndex(std::size_t column) const {
+  indexes_.resize(Columns().size());
+  return std::exchange(indexes_[column].asked, true);
+}
+
 class MemoryRecordset::CellField final : public Field {
  public:
   CellField(const MemoryRecordset& set, std::size_t column) : set_(&set), column_(column) {}
@@ -176,39 +182,41 @@ class MemoryRecordset::CellField final : public Field {
   }
   [[nodiscard]] DataType Type() const override { return set_->table_->Columns()[column_].type; }
 
-  // Whether an index over the column is worth its making: from the second equality on.
-  bool AskIndex() { return std::exchange(asked_, true); }
-
  private:
   const MemoryRecordset* set_;
   std::size_t column_;
-  bool asked_ = false;
 };
 
-MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::EditMode editMode)
-    : table_(std::move(table)), editMode_(editMode) {
-  fields_.reserve(table_->Columns().size());
-  for (std::size_t column = 0; column < table_->Columns().size(); ++column) {
-    fields_.emplace_back(*this, column);
-  }
-}
+MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::EditMode editMode,
+                                 std::pmr::memory_resource* memory)
+    : table_(std::move(table)), editMode_(editMode), fields_(memory) {}
 
 MemoryRecordset::~MemoryRecordset() = default;
+
+MemoryRecordset::CellField& MemoryRecordset::FieldAt(std::size_t column) {
+  if (fields_.empty()) {
+    fields_.reserve(table_->Columns().size());
+    for (std::size_t place = 0; place < table_->Columns().size(); ++place) {
+      fields_.emplace_back(*this, place);
+    }
+  }
+  return fields_[column];
+}
 
 const Field& MemoryRecordset::Fields(std::string_view name) {
   const std::ptrdiff_t column = table_->FindColumn(name);
   if (column < 0) {
     Raise(RunTime::NoSuchField, "There is no field " + Quoted(name), kRecordsetSource);
   }
-  return fields_[static_cast<std::size_t>(column)];
+  return FieldAt(static_cast<std::size_t>(column));
 }
 
 const Field& MemoryRecordset::Fields(std::size_t index) {
-  if (index >= fields_.size()) {
+  if (index >= table_->Columns().size()) {
     Raise(RunTime::NoSuchField, "There is no field at place " + std::to_string(index),
           kRecordsetSource);
   }
-  return fields_[index];
+  return FieldAt(index);
 }
 
 std::int32_t MemoryRecordset::RecordCount() { return static_cast<std::int32_t>(VisibleCount()); }
@@ -237,7 +245,7 @@ void MemoryRecordset::Gather(const FilterExpression& condition) {
   std::optional<std::span<const std::uint32_t>> candidates;
   if (table_->RowCount() > kSmallSet) {
     condition.ForEachRequiredEquality([&](const FilterExpression::Node& equality) {
-      if (fields_[equality.column].AskIndex()) {
+      if (table_->WantsIndex(equality.column)) {
         const auto rows = table_->RowsWhereEqual(equality.column, equality.constant);
         if (!candidates || rows.size() < candidates->size()) {
           candidates = rows;

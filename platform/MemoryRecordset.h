@@ -22,6 +22,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,22 +37,43 @@ struct Column {
   DataType type;
 };
 
+// The columns of a table and how to find them by name; any number of tables may share one.
+class RowLayout {
+ public:
+  explicit RowLayout(std::vector<Column> columns);
+
+  [[nodiscard]] const std::vector<Column>& Columns() const { return columns_; }
+  // The place of the column, without regard to letter case; -1 when there is none.
+  [[nodiscard]] std::ptrdiff_t Find(std::string_view name) const;
+
+ private:
+  std::vector<Column> columns_;
+  std::vector<std::uint32_t> slots_;  // by hashed name: a column's place plus 1, 0 where free
+};
+
 class RowTable {
  public:
   explicit RowTable(std::vector<Column> columns);
+  // The cells are taken from the memory given, which must outlive the table.
+  explicit RowTable(std::shared_ptr<const RowLayout> layout,
+                    std::pmr::memory_resource* memory = std::pmr::get_default_resource());
   RowTable(const RowTable&) = delete;
   RowTable& operator=(const RowTable&) = delete;
   ~RowTable();
 
   // One value for each column, in their order. Raises 51 when there are more or fewer.
   void AddRow(std::vector<Variant> values);
+  // A row of Empty cells to be filled in; valid until the next row is added.
+  [[nodiscard]] std::span<Variant> AddRow();
 
-  [[nodiscard]] const std::vector<Column>& Columns() const { return columns_; }
+  [[nodiscard]] const std::vector<Column>& Columns() const { return layout_->Columns(); }
   [[nodiscard]] std::size_t RowCount() const { return rowCount_; }
   // The place of the column, without regard to letter case; -1 when there is none.
-  [[nodiscard]] std::ptrdiff_t FindColumn(std::string_view name) const;
+  [[nodiscard]] std::ptrdiff_t FindColumn(std::string_view name) const {
+    return layout_->Find(name);
+  }
   [[nodiscard]] const Variant& Cell(std::size_t row, std::size_t column) const {
-    return cells_[row * columns_.size() + column];
+    return cells_[row * Columns().size() + column];
   }
 
   // The rows, in order, whose cell in that column equals the value as filters compare: none for
@@ -59,23 +81,30 @@ class RowTable {
   // row is added.
   [[nodiscard]] std::span<const std::uint32_t> RowsWhereEqual(std::size_t column,
                                                               const Variant& key) const;
+  // Whether an index over the column is there or worth its making: from the second question on.
+  [[nodiscard]] bool WantsIndex(std::size_t column) const;
 
  private:
-  struct Names;
   struct Index;
 
-  std::vector<Column> columns_;
-  std::vector<Variant> cells_;  // row by row
+  std::shared_ptr<const RowLayout> layout_;
+  std::pmr::vector<Variant> cells_;  // row by row
   std::size_t rowCount_ = 0;
-  std::unique_ptr<Names> names_;
-  mutable std::vector<std::unique_ptr<Index>> indexes_;  // by column, null until needed
+  // By column; no entries until an equality is asked for, and no index before the second one.
+  struct Slot {
+    bool asked = false;
+    std::unique_ptr<Index> index;
+  };
+  mutable std::vector<Slot> indexes_;
 };
 
 class MemoryRecordset final : public Recordset {
  public:
-  // The set starts on the first row of the table, unfiltered.
+  // The set starts on the first row of the table, unfiltered. Its fields are taken from the memory
+  // given, which must outlive it.
   explicit MemoryRecordset(std::shared_ptr<const RowTable> table,
-                           kal::EditMode editMode = kal::EditMode::None);
+                           kal::EditMode editMode = kal::EditMode::None,
+                           std::pmr::memory_resource* memory = std::pmr::get_default_resource());
   ~MemoryRecordset() override;
 
   [[nodiscard]] const Field& Fields(std::string_view name) override;
@@ -97,6 +126,7 @@ class MemoryRecordset final : public Recordset {
  private:
   class CellField;
 
+  [[nodiscard]] CellField& FieldAt(std::size_t column);
   [[nodiscard]] std::size_t VisibleCount() const;
   [[nodiscard]] std::size_t CurrentRow() const;  // raises 3021
   // Puts the rows that meet the condition into gathered_.
@@ -104,7 +134,7 @@ class MemoryRecordset final : public Recordset {
 
   std::shared_ptr<const RowTable> table_;
   kal::EditMode editMode_;
-  std::vector<CellField> fields_;
+  std::pmr::vector<CellField> fields_;  // empty until one is asked for
   std::string filterText_;
   bool filtered_ = false;
   std::vector<std::uint32_t> visible_;   // the rows shown, when filtered

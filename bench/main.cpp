@@ -1,0 +1,291 @@
+// kal_bench: what a check costs, held against the floor of its own questions.
+//
+// First the usual benchmarks, then one table of ratios. The two sides of a ratio run in turns in
+// this one process, on one thread, and each is the median of its runs: trust the ratios, not the
+// times.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bench/Allocations.h"
+#include "bench/Batch.h"
+#include "bench/Entries.h"
+#include "bench/Floor.h"
+#include "bench/LargeCompany.h"
+#include "company/Company.h"
+
+namespace kal::bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using company::Company;
+
+constexpr int kNextProtocol = kSavedEntries + 1;
+constexpr const char* kLastDay = "2024-12-31";
+
+LargeCompany& Books() {
+  static LargeCompany books;
+  return books;
+}
+
+double Median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+double Microseconds(const std::function<void()>& run) {
+  const auto start = Clock::now();
+  run();
+  return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
+}
+
+// One checked entry as the host runs it, without reading its text.
+double CheckMicroseconds(Company& company, const Purchase& purchase) {
+  const Purchase::Sets sets = purchase.Fresh();
+  return Microseconds([&] {
+    const Company::Reading books(company);
+    Check(company.Siblings(), sets);
+  });
+}
+
+struct Pair {
+  double ours = 0;
+  double floor = 0;
+};
+
+// Both sides in turns.
+Pair Interleaved(int rounds, const std::function<double()>& ours,
+                 const std::function<double()>& floor) {
+  std::vector<double> ourTimes;
+  std::vector<double> floorTimes;
+  for (int round = 0; round < rounds; ++round) {
+    ourTimes.push_back(ours());
+    floorTimes.push_back(floor());
+  }
+  return {Median(ourTimes), Median(floorTimes)};
+}
+
+void CheckOnce(Company& company, const Purchase& purchase) {
+  const Company::Reading books(company);
+  Check(company.Siblings(), purchase.Fresh());
+}
+
+// The statements that one check of the purchase runs, with their values.
+std::vector<std::string> Recorded(Company& company, const Purchase& purchase) {
+  std::vector<std::string> statements;
+  company.Record(&statements);
+  CheckOnce(company, purchase);
+  company.Record(nullptr);
+  return statements;
+}
+
+// What was kept of the file has to be read again.
+void ChangeFile() {
+  Books().Execute("UPDATE STDParametriAzienda SET Valore = random() WHERE Nome = 'CodIvaBolli'");
+}
+
+struct Row {
+  std::string name;
+  double ours = 0;
+  std::optional<double> floor;
+  std::string remark;
+};
+
+void Print(const Row& row) {
+  char line[200];
+  std::snprintf(line, sizeof line, "%-52s %10.1f %10s %8s  %s\n", row.name.c_str(), row.ours,
+                row.floor ? std::to_string(*row.floor).substr(0, 8).c_str() : "-",
+                row.floor ? std::to_string(row.ours / *row.floor).substr(0, 5).c_str() : "-",
+                row.remark.c_str());
+  std::cout << line << std::flush;
+}
+
+// The counts of one check after warm-up.
+std::string Counts(Company& company, const Purchase& purchase) {
+  CheckOnce(company, purchase);
+  const Purchase::Sets sets = purchase.Fresh();
+  const Company::Counters before = company.Counted();
+  const std::uint64_t allocations = Allocations();
+  {
+    const Company::Reading books(company);
+    Check(company.Siblings(), sets);
+  }
+  const std::uint64_t allocated = Allocations() - allocations;
+  const Company::Counters after = company.Counted();
+  return std::to_string(after.queries - before.queries) + " queries, " +
+         std::to_string(after.prepared - before.prepared) + " prepared, " +
+         std::to_string(after.transactions - before.transactions) + " transaction, " +
+         std::to_string(allocated) + " allocations";
+}
+
+void SmallPurchase() {
+  constexpr int kRounds = 2001;
+  const Purchase purchase{4, kNextProtocol, kLastDay};
+  Company company(Books().Path());
+  CheckOnce(company, purchase);
+  const std::vector<std::string> own = Recorded(company, purchase);
+  ChangeFile();
+  const std::vector<std::string> withVat = Recorded(company, purchase);
+
+  Floor ownFloor(Books().Path(), own);
+  const auto ours = [&] { return CheckMicroseconds(company, purchase); };
+  const Pair unchanged =
+      Interleaved(kRounds, ours, [&] { return Microseconds([&] { ownFloor.Run(); }); });
+  Print({"4-line purchase, VAT table unchanged: own queries", unchanged.ours, unchanged.floor,
+         Counts(company, purchase)});
+
+  Floor fullFloor(Books().Path(), withVat);
+  const Pair full =
+      Interleaved(kRounds, ours, [&] { return Microseconds([&] { fullFloor.Run(); }); });
+  Print({"  the same: floor that reads the VAT table", full.ours, full.floor, "goal 0.30"});
+
+  constexpr int kFewRounds = 301;
+  const auto afterChange = [&] {
+    ChangeFile();
+    return CheckMicroseconds(company, purchase);
+  };
+  const Pair changed = Interleaved(kFewRounds, afterChange, [&] {
+    ChangeFile();
+    return Microseconds([&] { fullFloor.Run(); });
+  });
+  Print({"4-line purchase, file changed before each check", changed.ours, changed.floor,
+         "goal 1.15"});
+}
+
+void LargePurchase() {
+  constexpr int kLines = 10000;
+  constexpr int kRounds = 31;
+  const Purchase purchase{kLines, kNextProtocol, kLastDay};
+  Company company(Books().Path());
+  CheckOnce(company, purchase);
+  std::vector<std::string> lookups;
+  for (int i = 0; i < kLines; ++i) {
+    lookups.push_back("SELECT CodConto FROM STDPianoDeiConti WHERE CodConto = '" +
+                      std::string(6 - std::to_string(i % 300 + 1).size(), '0') +
+                      std::to_string(i % 300 + 1) + "' AND TipoConto = 0");
+  }
+  Floor floor(Books().Path(), lookups);
+  const Pair pair = Interleaved(
+      kRounds, [&] { return CheckMicroseconds(company, purchase); },
+      [&] { return Microseconds([&] { floor.Run(); }); });
+  Print(
+      {"10,000 lines and installments: as many chart lookups", pair.ours, pair.floor, "goal 0.5"});
+}
+
+void Growth() {
+  Company company(Books().Path());
+  double smallest = 0;
+  for (const int lines : {100, 1000, 10000, 100000}) {
+    const Purchase purchase{lines, kNextProtocol, kLastDay};
+    CheckOnce(company, purchase);
+    std::vector<double> times;
+    for (int round = 0; round < (lines > 10000 ? 5 : 15); ++round) {
+      times.push_back(CheckMicroseconds(company, purchase));
+    }
+    const double time = Median(times);
+    if (lines == 1000) {
+      smallest = time;
+    }
+    std::string remark;
+    if (lines > 1000) {
+      remark = "exponent from 1,000: " +
+               std::to_string(std::log(time / smallest) / std::log(lines / 1000.0)).substr(0, 4) +
+               ", goal 1.1";
+    }
+    Print({std::to_string(lines) + " lines and installments", time, std::nullopt, remark});
+  }
+}
+
+// The protocol-order question alone, as the check asks it.
+void ProtocolOrder(const std::string& name, int protocol, const std::string& date,
+                   const std::string& remark) {
+  constexpr int kRounds = 501;
+  Company company(Books().Path());
+  const auto access = company.Siblings().CreateDataAccess();
+  const Company::Reading books(company);
+  const auto ask = [&] {
+    QueryBuilder query;
+    const Variant day = *Date::FromIso(date);
+    query.Select("Protocollo, DataRegistrazione")
+        .From("COGPrimeNoteTeste")
+        .Where("IdPrimaNota", CompareWith::NotEqual, protocol)
+        .WhereEqual("Year(DataRegistrazione)", "2024")
+        .WhereEqual("TipoRegIva", 1)
+        .WhereEqual("SezionaleIva", 1)
+        .WhereEqual("IsNull(Provvisoria,0)", 0)
+        .WhereAnyOf({{{"Protocollo", CompareWith::Greater, protocol},
+                      {"DataRegistrazione", CompareWith::Less, day}},
+                     {{"Protocollo", CompareWith::Less, protocol},
+                      {"DataRegistrazione", CompareWith::Greater, day}},
+                     {{"Protocollo", CompareWith::Equal, protocol}}});
+    const RecordsetRef conflict = access->Open(query);
+    benchmark::DoNotOptimize(conflict->Eof());
+  };
+  Floor point(Books().Path(), {"SELECT CodConto FROM STDPianoDeiConti WHERE CodConto = '000001'"});
+  ask();
+  const Pair pair = Interleaved(
+      kRounds, [&] { return Microseconds(ask); },
+      [&] { return Microseconds([&] { point.Run(); }); });
+  Print({name, pair.ours, pair.floor, remark});
+}
+
+void Table() {
+  std::printf("\n%-52s %10s %10s %8s\n", "case", "ours (us)", "floor", "ratio");
+  SmallPurchase();
+  LargePurchase();
+  Growth();
+  ProtocolOrder("protocol order, appending: one point query", kNextProtocol, kLastDay,
+                "goals 5 us, 4 times");
+  ProtocolOrder("protocol order, middle of the year: one point query", kSavedEntries / 2,
+                "2024-07-01", "goal 1,000 us");
+  Batch(Books().Path());
+}
+
+void SaveCheck(benchmark::State& state) {
+  const Purchase purchase{static_cast<int>(state.range(0)), kNextProtocol, kLastDay};
+  Company company(Books().Path());
+  for (auto _ : state) {
+    state.PauseTiming();
+    const Purchase::Sets sets = purchase.Fresh();
+    state.ResumeTiming();
+    const Company::Reading books(company);
+    benchmark::DoNotOptimize(Check(company.Siblings(), sets));
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(SaveCheck)->Arg(4)->Arg(100)->Arg(1000)->Arg(10000);
+
+// The same record sets again and again: for a profiler, which sees nothing but the check.
+void SaveCheckAgain(benchmark::State& state) {
+  const Purchase purchase{static_cast<int>(state.range(0)), kNextProtocol, kLastDay};
+  const Purchase::Sets sets = purchase.Fresh();
+  Company company(Books().Path());
+  for (auto _ : state) {
+    const Company::Reading books(company);
+    benchmark::DoNotOptimize(Check(company.Siblings(), sets));
+  }
+}
+BENCHMARK(SaveCheckAgain)->Arg(4)->Arg(10000);
+
+}  // namespace
+}  // namespace kal::bench
+
+// With arguments only the benchmarks run, as the arguments choose.
+int main(int argc, char** argv) {
+  const bool withTable = argc == 1;
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  if (withTable) {
+    kal::bench::Table();
+  }
+}

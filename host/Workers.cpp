@@ -1,0 +1,95 @@
+#include "host/Workers.h"
+
+#include <utility>
+
+namespace kal::host {
+namespace {
+
+// Entries under way for each worker: enough to bridge a slow one.
+constexpr std::size_t kUnderWay = 32;
+
+}  // namespace
+
+Workers::Workers(std::vector<std::unique_ptr<company::Company>> companies, Check check,
+                 Deliver deliver)
+    : companies_(std::move(companies)), check_(std::move(check)), deliver_(std::move(deliver)) {
+  for (const auto& company : companies_) {
+    threads_.emplace_back([this, &company] { Run(*company); });
+  }
+}
+
+Workers::~Workers() { Join(); }
+
+void Workers::Finish() {
+  Join();
+  if (failure_) {
+    std::rethrow_exception(failure_);
+  }
+}
+
+void Workers::Join() {
+  {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+  }
+  changed_.notify_all();
+  for (std::thread& thread : threads_) {
+    thread.join();
+  }
+  threads_.clear();
+}
+
+bool Workers::Add(EntryText entry, std::uintmax_t bytesRead) {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock,
+                [this] { return stopped_ || added_ - delivered_ < kUnderWay * companies_.size(); });
+  if (stopped_) {
+    return false;
+  }
+  queue_.push_back({added_++, std::move(entry), bytesRead});
+  lock.unlock();
+  changed_.notify_all();
+  return true;
+}
+
+// What is wrong with an entry is in its answer; anything else ends the work of all.
+void Workers::Run(company::Company& company) {
+  try {
+    Work(company);
+  } catch (...) {
+    const std::lock_guard lock(mutex_);
+    failure_ = std::current_exception();
+    stopped_ = true;
+    changed_.notify_all();
+  }
+}
+
+void Workers::Work(company::Company& company) {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    changed_.wait(lock, [this] { return stopped_ || ended_ || !queue_.empty(); });
+    if (stopped_ || queue_.empty()) {
+      return;
+    }
+    const Waiting waiting = std::move(queue_.front());
+    queue_.pop_front();
+    lock.unlock();
+    Answered answer = check_(company, waiting.entry);
+    answer.bytesRead = waiting.bytesRead;
+    lock.lock();
+    early_.emplace(waiting.number, std::move(answer));
+    DeliverInTurn();
+    changed_.notify_all();
+  }
+}
+
+// With the mutex held, which also keeps the deliveries apart.
+void Workers::DeliverInTurn() {
+  while (!stopped_ && !early_.empty() && early_.begin()->first == delivered_) {
+    stopped_ = !deliver_(early_.begin()->second);
+    early_.erase(early_.begin());
+    ++delivered_;
+  }
+}
+
+}  // namespace kal::host
