@@ -32,7 +32,7 @@ void Workers::Join() {
     const std::lock_guard lock(mutex_);
     ended_ = true;
   }
-  changed_.notify_all();
+  work_.notify_all();
   for (std::thread& thread : threads_) {
     thread.join();
   }
@@ -41,14 +41,14 @@ void Workers::Join() {
 
 bool Workers::Add(EntryText entry, std::uintmax_t bytesRead) {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock,
-                [this] { return stopped_ || added_ - delivered_ < kUnderWay * companies_.size(); });
+  room_.wait(lock,
+             [this] { return stopped_ || added_ - delivered_ < kUnderWay * companies_.size(); });
   if (stopped_) {
     return false;
   }
   queue_.push_back({added_++, std::move(entry), bytesRead});
   lock.unlock();
-  changed_.notify_all();
+  work_.notify_one();
   return true;
 }
 
@@ -60,14 +60,15 @@ void Workers::Run(company::Company& company) {
     const std::lock_guard lock(mutex_);
     failure_ = std::current_exception();
     stopped_ = true;
-    changed_.notify_all();
+    work_.notify_all();
+    room_.notify_one();
   }
 }
 
 void Workers::Work(company::Company& company) {
   std::unique_lock lock(mutex_);
   for (;;) {
-    changed_.wait(lock, [this] { return stopped_ || ended_ || !queue_.empty(); });
+    work_.wait(lock, [this] { return stopped_ || ended_ || !queue_.empty(); });
     if (stopped_ || queue_.empty()) {
       return;
     }
@@ -79,7 +80,10 @@ void Workers::Work(company::Company& company) {
     lock.lock();
     early_.emplace(waiting.number, std::move(answer));
     DeliverInTurn();
-    changed_.notify_all();
+    if (stopped_) {
+      work_.notify_all();
+    }
+    room_.notify_one();
   }
 }
 

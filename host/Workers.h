@@ -67,8 +67,9 @@ class Workers {
   Check check_;
   Deliver deliver_;
 
-  std::mutex mutex_;  // guards what follows
-  std::condition_variable changed_;
+  std::mutex mutex_;              // guards what follows
+  std::condition_variable work_;  // for the workers: an entry waits, or there is no more work
+  std::condition_variable room_;  // for whoever adds: fewer entries are under way
   std::deque<Waiting> queue_;
   std::map<std::size_t, Answered> early_;  // answers whose turn has not come
   std::size_t added_ = 0;

@@ -320,31 +320,103 @@ void RunCases(const std::vector<Case>& cases) {
   }
 }
 
-std::string Lose(const std::string& table) { return "ALTER TABLE " + table + " RENAME TO Perduta;"; }
-
-std::string Lost(const std::string& trail) { return "Error -2147217865 in " + trail; }
-
-std::string Set(const std::string& setting, const std::string& value) {
-  return "DELETE FROM STDParametriAzienda WHERE Nome='" + setting +
-         "';INSERT INTO STDParametriAzienda VALUES ('" + setting + "','" + value + "');";
+std::vector<std::vector<std::string>> TableRows(std::string_view table) {
+  static const std::regex kRowEnd(R"(\n(?! ))");
+  static const std::regex kFieldEnd(R"(\s*\|\s*)");
+  static const std::regex kLineEnd(R"(\n\s+)");
+  const std::string text(table);
+  std::vector<std::vector<std::string>> rows;
+  for (std::sregex_token_iterator row(text.begin(), text.end(), kRowEnd, -1), end; row != end;
+       ++row) {
+    const std::string line = std::regex_replace(row->str(), kLineEnd, " ");
+    if (!line.empty()) {
+      rows.emplace_back(std::sregex_token_iterator(line.begin(), line.end(), kFieldEnd, -1), end);
+    }
+  }
+  return rows;
 }
 
-void RunGroup(std::string_view kind, std::string_view changes, std::string_view sql,
-              const std::vector<GroupCase>& cases) {
-  for (const GroupCase& row : cases) {
-    SCOPED_TRACE(row.name);
-    const TestCompany file(std::string(sql) + row.sql);
-    company::Company company(file.Path().string());
-    CodedSiblings siblings(company.Siblings());
-    Checked checked(siblings, EntryText(kind, std::string(changes) + ";" + row.changes));
-    EXPECT_EQ(checked.Run(), row.expected);
-    std::string states;
-    for (std::size_t at = 0; at < row.left.size();) {
-      states += (at == 0 ? "" : ", ") + row.left.substr(at, 2) + checked.State(SetName(row.left[at]));
-      const std::size_t next = row.left.find(", ", at);
-      at = next == std::string::npos ? row.left.size() : next + 2;
+std::string Written(std::string text) {
+  static constexpr std::pair<const char*, const char*> kMessages[] = {
+      {"<effetti>",
+       "Il documento in Split Payment ha delle rate di tipo Effetto. Per poterle gestire nelle "
+       "distinte effetti occorre utilizzare una forma di pagamento con la prima rata di sola iva"},
+      {"<sezionale>",
+       "Il Sezionale Vendita indicato non è idoneo alla fatturazione per il cliente split payment"
+       " / "},
+      {"<cliente>",
+       "Il Sezionale Vendita indicato è un sezionale Split Payment, ma il cliente non ha la "
+       "gestione abilitata / "},
+      {"<plafond>",
+       "L'importo plafond residuo per la dichiarazione d'intenti selezionata è stato superato"},
+      {"<vuota>", "La data del documento è vuota ma esiste una dichiarazione d'intento inserita"},
+      {"<validità>",
+       "La validità della dichiarazione d'intento selezionata differisce dalla data del documento"},
+      {"<aliquote>",
+       "Alcune aliquote sono diverse rispetto all'aliquota indicata in dichiarazione d'intenti"},
+      {"<generata>",
+       "Impossibile modificare il documento in quanto è stato generato a seguito di uno una prima "
+       "nota in split payment"},
+      {"<sdi>", "Attenzione! Si sta tentando di modificare un documento già trasmesso allo SDI"},
+      {"<xml>",
+       "Attenzione! Per il documento è già stato generato un file XML. Per evitare incongruenze si "
+       "consiglia, una volta effettuata la modifica, di rigenerare il file"},
+  };
+  for (const auto& [name, full] : kMessages) {
+    text = Joined(std::move(text), name, full);
+  }
+  return text;
+}
+
+namespace {
+
+struct TableCase {
+  std::string name;
+  std::string kind;
+  std::string changes;
+  std::string sql;
+  std::string expected;
+};
+
+void RunTableCase(const TableCase& row) {
+  SCOPED_TRACE(row.name);
+  const TestCompany file(row.sql);
+  company::Company company(file.Path().string());
+  CodedSiblings siblings(company.Siblings());
+  Checked checked(siblings, EntryText(row.kind, row.changes));
+  std::string shown = checked.Run();
+  for (std::size_t at = row.expected.find(" @ "); at != std::string::npos;
+       at = row.expected.find(", ", at + 3)) {
+    const std::size_t set = row.expected.find_first_not_of(" @,", at);
+    shown += row.expected.substr(at, set - at + 2) + checked.State(SetName(row.expected[set]));
+  }
+  EXPECT_EQ(shown, row.expected);
+}
+
+}  // namespace
+
+void RunTable(std::string_view table) {
+  TableCase heading;
+  std::vector<std::pair<std::string, std::string>> names = {
+      {"<set>", "INSERT INTO STDParametriAzienda VALUES"},
+      {"<gone>", "RENAME TO Perduta"},
+      {"<missed>", "Error -2147217865 in"}};
+  for (std::vector<std::string>& row : TableRows(table)) {
+    for (std::string& field : row) {
+      for (const auto& [name, full] : names) {
+        field = Joined(std::move(field), name, full);
+      }
     }
-    EXPECT_EQ(states, row.left);
+    const std::size_t fields = row.size();
+    if (row[0].starts_with('[')) {
+      heading = {"", row[0].substr(1, row[0].size() - 2), fields > 1 ? row[1] + ";" : "",
+                 fields > 2 ? row[2] + ";" : "", ""};
+    } else if (const std::size_t sign = row[0].find("> = "); sign != std::string::npos) {
+      names.emplace_back(row[0].substr(0, sign + 1), row[0].substr(sign + 4));
+    } else {
+      RunTableCase({row[0], heading.kind, heading.changes + row.at(1),
+                    heading.sql + (fields == 4 ? row[2] : ""), Written(row.back())});
+    }
   }
 }
 

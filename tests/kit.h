@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "company/Company.h"
@@ -108,23 +109,15 @@ struct Case {
 // Runs each case against a company of its own and compares.
 void RunCases(const std::vector<Case>& cases);
 
-// SQL that takes a table away from the company; and what Run shows once it is missed.
-[[nodiscard]] std::string Lose(const std::string& table);
-[[nodiscard]] std::string Lost(const std::string& trail);
-// SQL that gives a company setting its value.
-[[nodiscard]] std::string Set(const std::string& setting, const std::string& value = "1");
-
-// A case of a group: its changes and SQL come behind those of the group.
-struct GroupCase {
-  std::string name;
-  std::string changes;
-  std::string sql;
-  std::string expected;   // what Run shows
-  std::string left = "";  // the state that sets are left in: "C 1, S 2 where TipoRata = 0"
-};
-
-// Runs each case of a group, as RunCases does.
-void RunGroup(std::string_view kind, std::string_view changes, std::string_view sql,
-              const std::vector<GroupCase>& cases);
+// Cases as a text, one a row: "name | changes | expected", or "name | changes | sql | expected". An
+// indented row goes on with the one above. What is expected may end with the state that sets are
+// left in: "True @ C 1, S 2 where TipoRata = 0". A row in brackets names the kind of entry of those
+// below it, and may give them changes and SQL: "[acquisto] | changes | sql". A row such as
+// "<locked> = text" gives a text a name; those of the literal messages are known, and so are <set>
+// for a company setting, <gone> behind ALTER TABLE and <missed> before the trail of its error.
+void RunTable(std::string_view table);
+[[nodiscard]] std::vector<std::vector<std::string>> TableRows(std::string_view table);
+// The text with the names of literal messages replaced.
+[[nodiscard]] std::string Written(std::string text);
 
 }  // namespace kal::test
