@@ -216,7 +216,8 @@ void ProtocolOrder(const std::string& name, int protocol, const std::string& dat
   const auto ask = [&] {
     QueryBuilder query;
     const Variant day = *Date::FromIso(date);
-    query.Select("Protocollo, DataRegistrazione")
+    query.OnlyFirst()
+        .Select("Protocollo, DataRegistrazione")
         .From("COGPrimeNoteTeste")
         .Where("IdPrimaNota", CompareWith::NotEqual, protocol)
         .WhereEqual("Year(DataRegistrazione)", "2024")

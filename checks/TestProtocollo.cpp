@@ -31,7 +31,8 @@ void CercaConflitto(QueryBuilder& query, SiblingFactory& siblings, const Protoco
       siblings.CreateSqlFunctions()->Expression(kFunzioneAnno, "DataRegistrazione");
   const Variant& data = aProtocollo.Data;
   const std::int32_t numero = aProtocollo.Numero;
-  query.Select("Protocollo, DataRegistrazione")
+  query.OnlyFirst()
+      .Select("Protocollo, DataRegistrazione")
       .From("COGPrimeNoteTeste")
       .Where("IdPrimaNota", CompareWith::NotEqual, aProtocollo.IdEscluso)
       .WhereEqual(anno, CStr(Year(data)))

@@ -325,21 +325,25 @@ class Renderer {
   RenderedQuery Render() {
     RenderedQuery rendered;
     rendered.columns = SelectColumns();
-    std::string sql = "SELECT " + company::Join(selected_, ", ", "");
-    sql += " FROM " + TableSql(0);
-    for (std::size_t i = 0; i < query_.Joins().size(); ++i) {
-      const QueryBuilder::Join& join = query_.Joins()[i];
-      sql += join.kind == JoinKind::Inner ? " JOIN " : " LEFT JOIN ";
-      sql += TableSql(i + 1) + " ON " + AllOf(join.on);
+    const std::string select = "SELECT " + company::Join(selected_, ", ", "") + " FROM ";
+    if (HasBranches()) {
+      rendered.sql = select + FromBranches(select);
+    } else {
+      rendered.sql = select + TableSql(0);
+      for (std::size_t i = 0; i < query_.Joins().size(); ++i) {
+        const QueryBuilder::Join& join = query_.Joins()[i];
+        rendered.sql += join.kind == JoinKind::Inner ? " JOIN " : " LEFT JOIN ";
+        rendered.sql += TableSql(i + 1) + " ON " + AllOf(join.on);
+      }
+      rendered.sql += " WHERE " + AllOf(query_.Conditions());
     }
-    rendered.sql = sql + " WHERE " + Where();
+    if (query_.IsOnlyFirst()) {
+      rendered.sql += " LIMIT 1";
+    }
     return rendered;
   }
 
  private:
-  // How an alternative is written: a branch of its own steers its index.
-  enum class Steering : std::uint8_t { None, NewestFirst };
-
   std::vector<ResultColumn> SelectColumns() {
     std::vector<ResultColumn> columns;
     const auto add = [&](const Scope::Table& table, const TableColumn& column) {
@@ -375,28 +379,102 @@ class Renderer {
 
   // A group of alternatives over one table is run as branches, each with the other conditions and
   // with an index of its own; left as one OR, it would walk all rows that meet the others.
-  std::string Where() {
-    const auto& conditions = query_.Conditions();
-    const auto isGroup = [](const Condition& c) { return c.kind == Condition::Kind::AnyOf; };
-    const auto group = std::ranges::find_if(conditions, isGroup);
-    if (group == conditions.end() || !query_.Joins().empty() ||
-        FindTable(scope_.Tables()[0].name) == nullptr) {
-      return AllOf(conditions);
-    }
-    const auto after = std::next(group);
-    std::vector<std::string> common;
-    std::transform(conditions.begin(), group, std::back_inserter(common),
-                   [this](const Condition& c) { return One(c); });
-    std::vector<std::string> alternatives = Alternatives(*group, Steering::NewestFirst);
-    std::transform(after, conditions.end(), std::back_inserter(common),
-                   [this](const Condition& c) { return One(c); });
+  [[nodiscard]] bool HasBranches() const {
+    return query_.Joins().empty() && FindTable(scope_.Tables()[0].name) != nullptr &&
+           FindGroup() != query_.Conditions().end();
+  }
 
-    const std::string rowid = QuoteName(scope_.Tables()[0].alias) + ".rowid";
-    for (std::string& alternative : alternatives) {
-      alternative = "SELECT " + rowid + " FROM " + TableSql(0) + " WHERE " +
-                    company::Join(common, " AND ", "1") + " AND " + alternative;
+  [[nodiscard]] std::pmr::vector<Condition>::const_iterator FindGroup() const {
+    return std::ranges::find(query_.Conditions(), Condition::Kind::AnyOf, &Condition::kind);
+  }
+
+  // What follows the first FROM. A row may stand in several branches: that does not matter to who
+  // reads the first row alone, and everyone else is given each row once.
+  std::string FromBranches(const std::string& select) {
+    const auto group = FindGroup();
+    Common common;
+    for (auto condition = query_.Conditions().begin(); condition != group; ++condition) {
+      AddCommon(common, *condition);
     }
-    return rowid + " IN (" + company::Join(alternatives, " UNION ALL ", "") + ")";
+    std::vector<std::string> branches;
+    const int before = parameters_;
+    for (const auto& alternative : group->alternatives) {
+      parameters_ += static_cast<int>(alternative.size());
+    }
+    for (auto condition = std::next(group); condition != query_.Conditions().end(); ++condition) {
+      AddCommon(common, *condition);
+    }
+    const int after = std::exchange(parameters_, before);
+    for (const auto& alternative : group->alternatives) {
+      branches.push_back(Branch(alternative, common));
+    }
+    parameters_ = after;
+    if (query_.IsOnlyFirst()) {
+      return company::Join(branches, " UNION ALL " + select, "");
+    }
+    const std::string rowid = QuoteName(scope_.Tables()[0].alias) + ".rowid";
+    const std::string each = "SELECT " + rowid + " FROM ";
+    return TableSql(0) + " WHERE " + rowid + " IN (" + each +
+           company::Join(branches, " UNION ALL " + each, "") + ")";
+  }
+
+  // The conditions that all branches share.
+  struct Common {
+    std::vector<std::string> all;
+    std::vector<std::string> equal;  // those that an index may begin with
+  };
+
+  void AddCommon(Common& common, const Condition& condition) {
+    common.all.push_back(One(condition));
+    const bool isEqual =
+        condition.kind == Condition::Kind::Value && condition.operation == CompareWith::Equal;
+    if (isEqual && !common.all.back().starts_with("ifnull")) {
+      common.equal.push_back(common.all.back());
+    }
+  }
+
+  // One alternative, behind its FROM.
+  std::string Branch(const std::pmr::vector<Comparison>& alternative, const Common& common) {
+    std::vector<std::string> parts;
+    for (const Comparison& comparison : alternative) {
+      parts.push_back(Compare(comparison.left, comparison.operation, comparison.value));
+    }
+    std::string tables = TableSql(0);
+    if (alternative.size() == 2) {
+      const bool firstIsDay = Expression(alternative[0].left).type == DataType::Date;
+      const std::size_t day = firstIsDay ? 0 : 1;
+      if (IsRange(alternative[0]) && IsRange(alternative[1]) &&
+          Expression(alternative[day].left).type == DataType::Date) {
+        tables = WalkOverDays(alternative[day], parts[day], parts[1 - day], common) +
+                 " CROSS JOIN " + tables;
+        parts[day] = Expression(alternative[day].left).sql + " = days.day";
+      }
+    }
+    return tables + " WHERE " + company::Join(common.all, " AND ", "1") + " AND " +
+           company::Join(parts, " AND ", "1");
+  }
+
+  static bool IsRange(const Comparison& comparison) {
+    return comparison.operation != CompareWith::Equal &&
+           comparison.operation != CompareWith::NotEqual;
+  }
+
+  // With two ranges an index serves only one, and half a year may lie in it. But a year has few
+  // days: each is found with one step in the index, and in each the other range with another. There
+  // is no day to look at where the other range is empty, as it is for a new entry at the end.
+  std::string WalkOverDays(const Comparison& day, const std::string& inDays,
+                           const std::string& otherRange, const Common& common) {
+    const bool back =
+        day.operation == CompareWith::Less || day.operation == CompareWith::LessOrEqual;
+    const std::string column = Expression(day.left).sql;
+    const std::string rows =
+        " FROM " + TableSql(0) + " WHERE " + company::Join(common.equal, " AND ", "1") + " AND ";
+    const std::string next =
+        std::string("SELECT ") + (back ? "max(" : "min(") + column + ")" + rows;
+    return "(WITH RECURSIVE days(day) AS (SELECT CASE WHEN EXISTS (SELECT 1" + rows + otherRange +
+           ") THEN (" + next + inDays + ") END UNION ALL SELECT (" + next + column +
+           (back ? " < " : " > ") + "days.day) FROM days WHERE day IS NOT NULL) " +
+           "SELECT day FROM days WHERE day IS NOT NULL) AS days";
   }
 
   std::string AllOf(const std::pmr::vector<Condition>& conditions) {
@@ -410,7 +488,7 @@ class Renderer {
   std::string One(const Condition& condition) {
     switch (condition.kind) {
       case Condition::Kind::Value:
-        return Compare(condition.left, condition.operation, condition.value, false);
+        return Compare(condition.left, condition.operation, condition.value);
       case Condition::Kind::Columns:
         return Expression(condition.left).sql + " = " + Expression(condition.right).sql;
       case Condition::Kind::Literal:
@@ -418,33 +496,22 @@ class Renderer {
       case Condition::Kind::AnyOf:
         break;
     }
-    return "(" + company::Join(Alternatives(condition, Steering::None), " OR ", "0") + ")";
+    return "(" + company::Join(Alternatives(condition), " OR ", "0") + ")";
   }
 
-  // With two ranges an index serves only one. The upper one is chosen: books grow at their end,
-  // so fewer rows lie above a new entry than below it.
-  std::vector<std::string> Alternatives(const Condition& group, Steering steering) {
+  std::vector<std::string> Alternatives(const Condition& group) {
     std::vector<std::string> alternatives;
     for (const auto& alternative : group.alternatives) {
-      const bool steered = steering == Steering::NewestFirst &&
-                           std::ranges::any_of(alternative, [](const Comparison& comparison) {
-                             return comparison.operation == CompareWith::Greater ||
-                                    comparison.operation == CompareWith::GreaterOrEqual;
-                           });
       std::vector<std::string> parts;
       for (const Comparison& comparison : alternative) {
-        const bool lower = comparison.operation == CompareWith::Less ||
-                           comparison.operation == CompareWith::LessOrEqual;
-        parts.push_back(
-            Compare(comparison.left, comparison.operation, comparison.value, steered && lower));
+        parts.push_back(Compare(comparison.left, comparison.operation, comparison.value));
       }
       alternatives.push_back("(" + company::Join(parts, " AND ", "1") + ")");
     }
     return alternatives;
   }
 
-  std::string Compare(std::string_view left, CompareWith operation, const Variant& value,
-                      bool hideFromIndexes) {
+  std::string Compare(std::string_view left, CompareWith operation, const Variant& value) {
     Operand operand = Expression(left);
     if (operand.type == DataType::Currency) {
       // They are stored as texts, whose order is not that of the amounts.
@@ -454,8 +521,7 @@ class Renderer {
     if (operand.type == DataType::Boolean && value.VarType() == Variant::Type::Boolean) {
       operand.sql = "(" + operand.sql + " <> 0)";  // True may be stored as 1 or as -1
     }
-    return (hideFromIndexes ? "+" : "") + operand.sql + std::string(Symbol(operation)) + "?" +
-           std::to_string(++parameters_);
+    return operand.sql + std::string(Symbol(operation)) + "?" + std::to_string(++parameters_);
   }
 
   [[nodiscard]] Operand Expression(std::string_view text) const {
@@ -562,6 +628,7 @@ void AppendShape(std::string& key, const QueryBuilder& query) {
     AppendConditions(key, join.on);
   }
   AppendConditions(key, query.Conditions());
+  AppendByte(key, query.IsOnlyFirst());
 }
 
 }  // namespace kal::company

@@ -80,6 +80,11 @@ QueryBuilder& QueryBuilder::WhereAnyOf(std::initializer_list<All> alternatives) 
   return *this;
 }
 
+QueryBuilder& QueryBuilder::OnlyFirst() {
+  onlyFirst_ = true;
+  return *this;
+}
+
 QueryBuilder& QueryBuilder::ClearConditions() {
   conditions_.clear();
   return *this;

@@ -86,6 +86,9 @@ class QueryBuilder {
   QueryBuilder& WhereEqual(std::string_view left, Variant value);
   QueryBuilder& WhereLiteral(std::string_view condition);
   QueryBuilder& WhereAnyOf(std::initializer_list<All> alternatives);
+  // Says that the first row is all that will be read: whoever runs the selection may leave out the
+  // others.
+  QueryBuilder& OnlyFirst();
   // Forgets the conditions of the selection, not those of its joins, so that it can be run again
   // with others.
   QueryBuilder& ClearConditions();
@@ -95,6 +98,7 @@ class QueryBuilder {
   [[nodiscard]] std::string_view Table() const { return table_; }
   [[nodiscard]] const std::pmr::vector<Join>& Joins() const { return joins_; }
   [[nodiscard]] const std::pmr::vector<Condition>& Conditions() const { return conditions_; }
+  [[nodiscard]] bool IsOnlyFirst() const { return onlyFirst_; }
 
  private:
   [[nodiscard]] std::string_view Keep(std::string_view text);
@@ -107,6 +111,7 @@ class QueryBuilder {
   std::string_view table_;
   std::pmr::vector<Join> joins_{&memory_};
   std::pmr::vector<Condition> conditions_{&memory_};
+  bool onlyFirst_ = false;
 };
 
 }  // namespace kal
