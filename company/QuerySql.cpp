@@ -381,7 +381,7 @@ class Renderer {
   // with an index of its own; left as one OR, it would walk all rows that meet the others.
   [[nodiscard]] bool HasBranches() const {
     return query_.Joins().empty() && FindTable(scope_.Tables()[0].name) != nullptr &&
-           FindGroup() != query_.Conditions().end();
+           FindGroup() != query_.Conditions().end() && !FindGroup()->alternatives.empty();
   }
 
   [[nodiscard]] std::pmr::vector<Condition>::const_iterator FindGroup() const {

@@ -244,7 +244,7 @@ Truth operator==(const Variant& left, const Variant& right) {
   return TruthOf(order, order == 0);
 }
 
-Truth operator!=(const Variant& left, const Variant& right) { return !(left == right); }
+Truth operator!=(const Variant& left, const Variant& right) { return Not(left == right); }
 
 Truth operator<(const Variant& left, const Variant& right) {
   const auto order = CompareValues(left, right);

@@ -1,11 +1,11 @@
 // Variant: one automation value of any of the types that record sets and settings carry.
 //
 // Comparisons are three-valued: a comparison with Null is Null, and a Null condition does not
-// hold. They return Truth, which is tested like a bool (it holds only when True) and whose "!"
-// is automation's Not (Not Null is Null). So
+// hold. They return Truth, which is tested like a bool: it holds only when True. So
 //
-//     if (dare != 0 || dareVB != 0)     is never entered because of a Null alone, and
-//     if (!setting)                     is entered neither for True nor for Null.
+//     if (dare != 0 || dareVB != 0)     is never entered because of a Null alone,
+//     if (!(codice == ""))              is entered for a Null too: the condition did not hold, and
+//     if (Not(codice == ""))            is not: automation's Not of Null is Null.
 //
 // How two values compare:
 //   - numbers, booleans (True is -1) and dates by their numeric value, exactly unless one of
@@ -45,7 +45,9 @@ class Truth {
   // Holds: True, and neither False nor Null.
   constexpr explicit operator bool() const { return value_ == 1; }
   [[nodiscard]] constexpr bool IsNull() const { return value_ == 2; }
-  constexpr Truth operator!() const { return Truth(Raw{}, value_ == 2 ? 2 : 1 - value_); }
+  friend constexpr Truth Not(Truth truth) {
+    return Truth(Raw{}, truth.value_ == 2 ? 2 : 1 - truth.value_);
+  }
 
  private:
   struct Raw {};
