@@ -251,11 +251,11 @@ Truth operator<(const Variant& left, const Variant& right) {
   return TruthOf(order, order < 0);
 }
 
-Truth operator<=(const Variant& left, const Variant& right) { return !(right < left); }
+Truth operator<=(const Variant& left, const Variant& right) { return Not(right < left); }
 
 Truth operator>(const Variant& left, const Variant& right) { return right < left; }
 
-Truth operator>=(const Variant& left, const Variant& right) { return !(left < right); }
+Truth operator>=(const Variant& left, const Variant& right) { return Not(left < right); }
 
 bool Identical(const Variant& left, const Variant& right) {
   return left.VarType() == right.VarType() &&
