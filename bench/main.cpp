@@ -249,7 +249,6 @@ void Table() {
                 "goals 5 us, 4 times");
   ProtocolOrder("protocol order, middle of the year: one point query", kSavedEntries / 2,
                 "2024-07-01", "goal 1,000 us");
-  Batch(Books().Path());
 }
 
 void SaveCheck(benchmark::State& state) {
@@ -279,12 +278,19 @@ void SaveCheckAgain(benchmark::State& state) {
 BENCHMARK(SaveCheckAgain)->Arg(4)->Arg(10000);
 
 }  // namespace
+
+void BatchFirst() { Batch(Books().Path()); }
+
 }  // namespace kal::bench
 
 // With arguments only the benchmarks run, as the arguments choose.
 int main(int argc, char** argv) {
   const bool withTable = argc == 1;
   benchmark::Initialize(&argc, argv);
+  if (withTable) {
+    // First: a program that this one starts is charged with the memory that this one holds.
+    kal::bench::BatchFirst();
+  }
   benchmark::RunSpecifiedBenchmarks();
   if (withTable) {
     kal::bench::Table();

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::int16_t kPrimoAnno = 2015;
 
+bool IsTrue(const Variant& value) { return !value.IsNull() && CBool(value); }
 bool IsFalse(const Variant& value) { return !value.IsNull() && !CBool(value); }
 
 bool PrimaDelRegime(const Variant& data) { return !data.IsNull() && Year(data) < kPrimoAnno; }
@@ -121,7 +122,7 @@ std::size_t KalCOGCheck::PrimaRataConEffetto() {
     query.ClearConditions().WhereEqual("IdTipologiaPagamento",
                                        GetField(rsScadenze_, "IdTipologiaPagamento"));
     const RecordsetRef tipologia = Open(query);
-    if (!RecordsetIsEmpty(tipologia) && tipologia->Fields("Effetto").Value() == true) {
+    if (!RecordsetIsEmpty(tipologia) && IsTrue(tipologia->Fields("Effetto").Value())) {
       return rata;
     }
   }

@@ -36,6 +36,7 @@ one debit Null | C1.ImportoDare=null | Error 94 in OkQuadratura < OkAggiorna
 credit Null | C2.ImportoAvere=null | Error 94 in OkQuadratura < OkAggiorna
 overflow | C1.ImportoDareVB="922337203685477.5807";C2.ImportoDareVB="0.0001";C2.ImportoDare=0
     | Error 6 in OkQuadratura < OkAggiorna
+other amounts are not summed | C1.ImportoDare="922337203685477.5807";C2.ImportoAvere=-1 | True
 the extremes | C1.ImportoDareVB="922337203685477.5807";C2.ImportoAvereVB="922337203685477.5807"
     | True
 [acquisto]
@@ -137,6 +138,8 @@ variation notes compare too | T.CodCausale="NCA";T.IdDichiarazione=2;I1.CodIva="
 no operation: intra codes
     | T.CodCausale="ACQ";T.IdDichiarazione=1;I1.CodIva="IC";I+{"CodIva":"22"};I+{"CodIva":"IC"}
     | False Warn: 10695 / 10695
+declarations are read all the same | T.CodCausale="ACQ" | ALTER TABLE STDDichiarazioniIntento <gone>
+    | <missed> LeggiDichiarazioneIntento < CheckCongruenzaAliquote < OkAggiorna
 intra entry | T.CodCausale="ACQ";T.Intra=true;I1.CodIva="IC" | True
 intra entry of other codes | T.CodCausale="ACQ";T.Intra=true | True
 intra entry, mixed

@@ -266,7 +266,8 @@ TEST(CheckIncassiInSospensione, ClosesOrReopens) {
   const std::string saved =
       R"(INSERT INTO COGPrimeNoteTeste (IdPrimaNota,InSospensione) VALUES (5,1);
       INSERT INTO COGPrimeNoteRCont VALUES (5,5); INSERT INTO COGScadenze (IdScadenza,NrRata,
-      TipoRata,ImportoDare,ImportoDareVB,ImportoAvere,ImportoAvereVB) VALUES (5,1,0,'10','10','0','0');)";
+      TipoRata,ImportoDare,ImportoDareVB,ImportoAvere,ImportoAvereVB)
+      VALUES (5,1,0,'10','10','0','0');)";
   const std::string paid = R"(;S+{"TipoRata":1,"DataScadenza":"2024-03-15","LinkApertura":5,)"
                            R"("RataApertura":1,"ImportoAvere":10,"ImportoAvereVB":10};)";
   const auto rows = TableRows(R"(

@@ -280,7 +280,7 @@ COGParametriIva | RiepilogoStampato < RegistriIvaStampati < OkAggiorna
 COGBlocchiPeriodo | OkAggiorna
 COGNumerazioniIva | SezionaleIvaAutofattura < OkAggiorna
 )");
-  RunQueries("vendita", "T.TipoDocumento=4;T.IdDichiarazione=1;C1.TipoCliFor=2", R"(
+  RunQueries("vendita", "T.TipoDocumento=4;C1.TipoCliFor=2", R"(
 STDAnagraficaFornitori | ContoInfragruppo < CheckInfragruppo < OkAggiorna
 STDTipologiePagamento | CheckBanca < OkAggiorna
 COGNumerazioniIva | IsClienteSplitPayment < CheckEffettiSplitPayment < OkAggiorna
@@ -376,6 +376,10 @@ not asked for
     | <printed> | True
 section of another activity | T.Intra=true;T.CodAttivita="A1" | <activities> | False Err: 10753
 of the same activity | T.Intra=true;T.CodAttivita="A9" | <activities> | True
+section of its own | T.Intra=true;T.SezionaleIva=2;T.CodAttivita="A9" | <activities>
+    | False Err: 10753
+by the header's register type | T.Intra=true;T.SezionaleIva=2;T.TipoRegIva=2;T.CodAttivita="A9"
+    | <activities> | True
 activities not separate | T.Intra=true;T.CodAttivita="A1" | True
 no section | T.Intra=true
     | INSERT INTO STDParametriAzienda VALUES ('AttivitaSeparateIva','1');
@@ -494,10 +498,11 @@ TEST(OkAggiorna, UsesOneObjectAgain) {
 TEST(OkAggiorna, HandsRecordSetsBack) {
   RunTable(R"(
 [acquisto]
-walked to the end and back | F+{};F+{};T.ReverseCharge=true
-    | False Err: 10731 Warn: 10727 @ T 1, I 1, C 1, S 1, F 1
+walked to the end and back | T.FiscalitaBL=true;F+{};F+{} | False Warn: 10727 @ T 1, I 1, C 1, S 1, F 1
 a plafond leaves the VAT lines | T.IdDichiarazione=2;T.ReverseCharge=true
     | False Err: 10731 @ T 1, I end, C 1, S 1, F Nothing
+an error behind leaves none | T.InSospensione=true;TmpTableScadenze="Tmp"
+    | <missed> CheckChiusuraContenstualeSospensione < OkAggiorna @ C 1, S 1
 an error leaves the filters | S2.ImportoAvere=null
     | Error 94 in QuadraScadenzeRiga < QuadraScadenze < OkAggiorna @ I end,
     C 1 where IdCliFor <> 0 and IdCliFor <> Null and TipoCliFor <> 3 and TipoCliFor <> 0,
