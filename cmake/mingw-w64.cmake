@@ -1,0 +1,12 @@
+# What both widths share. Everything is linked statically: no run-time library goes along.
+set(CMAKE_CXX_COMPILER ${KAL_TRIPLET}-g++-posix)
+set(CMAKE_C_COMPILER ${KAL_TRIPLET}-gcc-posix)
+set(CMAKE_RC_COMPILER ${KAL_TRIPLET}-windres)
+set(KAL_WIDL ${KAL_TRIPLET}-widl)
+foreach(kind EXE SHARED)
+  string(APPEND CMAKE_${kind}_LINKER_FLAGS_INIT " -static -static-libgcc -static-libstdc++")
+endforeach()
+set(CMAKE_FIND_ROOT_PATH /usr/${KAL_TRIPLET})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -1,0 +1,210 @@
+// Checker: the automation object around one KalCOGCheck.
+//
+// A thin table of members, one line each: convert, call, convert. Calls by name go through the
+// type library, which calls the members of the table.
+
+#pragma once
+
+#include <atomic>
+
+#include "frame/KalCOGCheck.h"
+#include "server/Boundary.h"
+#include "server/Conversion.h"
+#include "server/DispatchSiblings.h"
+#include "server/IKalCOGCheck.h"
+#include "server/Module.h"
+
+namespace kal {
+
+class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
+ public:
+  Checker() = default;
+  Checker(const Checker&) = delete;
+  Checker& operator=(const Checker&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override;
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* argument) override;
+
+  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
+
+  HRESULT STDMETHODCALLTYPE put_TmpTableScadenze(BSTR name) override {
+    return Run([&] { core_.TmpTableScadenze(FromBstr(name)); });
+  }
+  HRESULT STDMETHODCALLTYPE get_TmpTableScadenze(BSTR* name) override {
+    return Answer(name, [&] { return core_.TmpTableScadenze(); });
+  }
+  HRESULT STDMETHODCALLTYPE put_IsFromCard(VARIANT_BOOL value) override {
+    return Run([&] { core_.IsFromCard(value != VARIANT_FALSE); });
+  }
+  HRESULT STDMETHODCALLTYPE put_IsParcella(VARIANT_BOOL value) override {
+    return Run([&] { core_.IsParcella(value != VARIANT_FALSE); });
+  }
+  HRESULT STDMETHODCALLTYPE get_IsInfragruppo(BSTR* text) override {
+    return Answer(text, [&] { return core_.IsInfragruppo(); });
+  }
+  HRESULT STDMETHODCALLTYPE get_WarnStringModifica(BSTR* text) override {
+    return Answer(text, [&] { return core_.WarnStringModifica(); });
+  }
+  HRESULT STDMETHODCALLTYPE get_WarnString(BSTR* text) override {
+    return Answer(text, [&] { return core_.WarnString(); });
+  }
+  HRESULT STDMETHODCALLTYPE get_WarnDuplicatoDocString(BSTR* text) override {
+    return Answer(text, [&] { return core_.WarnDuplicatoDocString(); });
+  }
+  HRESULT STDMETHODCALLTYPE get_WarnProtocolloString(BSTR* text) override {
+    return Answer(text, [&] { return core_.WarnProtocolloString(); });
+  }
+  HRESULT STDMETHODCALLTYPE get_WarnInfragruppoString(BSTR* text) override {
+    return Answer(text, [&] { return core_.WarnInfragruppoString(); });
+  }
+  HRESULT STDMETHODCALLTYPE OkCancellaDoc(SHORT aTipologiaDoc, LONG aIdDoc,
+                                          VARIANT_BOOL* ok) override {
+    return Answer(ok, [&] { return core_.OkCancellaDoc(aTipologiaDoc, aIdDoc); });
+  }
+  HRESULT STDMETHODCALLTYPE OkModificaDoc(SHORT aTipologiaDoc, LONG aIdDoc,
+                                          VARIANT_BOOL* ok) override {
+    return Answer(ok, [&] { return core_.OkModificaDoc(aTipologiaDoc, aIdDoc); });
+  }
+  HRESULT STDMETHODCALLTYPE get_ImportoPlafond(CY* amount) override {
+    return Answer(amount, [&] { return core_.ImportoPlafond(); });
+  }
+  HRESULT STDMETHODCALLTYPE get_ChiusuraRateInSospensione(VARIANT_BOOL* value) override {
+    return Answer(value, [&] { return core_.ChiusuraRateInSospensione(); });
+  }
+  HRESULT STDMETHODCALLTYPE get_RiaperturaRateInSospensione(VARIANT_BOOL* value) override {
+    return Answer(value, [&] { return core_.RiaperturaRateInSospensione(); });
+  }
+  HRESULT STDMETHODCALLTYPE OkModifica(VARIANT_BOOL* ok) override {
+    return Answer(ok, [&] { return core_.OkModifica(); });
+  }
+  HRESULT STDMETHODCALLTYPE ScadenzeInDistinta(VARIANT_BOOL* found) override {
+    return Answer(found, [&] { return core_.ScadenzeInDistinta(); });
+  }
+  HRESULT STDMETHODCALLTYPE ScadenzeInDistintaIncPag(VARIANT_BOOL* found) override {
+    return Answer(found, [&] { return core_.ScadenzeInDistintaIncPag(); });
+  }
+  HRESULT STDMETHODCALLTYPE OkCancella(VARIANT_BOOL* ok) override {
+    return Answer(ok, [&] { return core_.OkCancella(); });
+  }
+  HRESULT STDMETHODCALLTYPE CheckDuplicatoNrDocRicevuto(BSTR aNumeroDoc, VARIANT aDataDoc,
+                                                        LONG aIdAnagrafica, LONG aIdPrimaNota,
+                                                        VARIANT_BOOL* found) override {
+    return Answer(found, [&] {
+      return core_.CheckDuplicatoNrDocRicevuto(FromBstr(aNumeroDoc), FromVariant(aDataDoc),
+                                               aIdAnagrafica, aIdPrimaNota);
+    });
+  }
+  HRESULT STDMETHODCALLTYPE ContabilitaChiusa(VARIANT_BOOL* closed) override {
+    return Answer(closed, [&] { return core_.ContabilitaChiusa(); });
+  }
+  HRESULT STDMETHODCALLTYPE putref_RsCausale(IDispatch* set) override {
+    return Assign(set, &KalCOGCheck::RsCausale);
+  }
+  HRESULT STDMETHODCALLTYPE putref_RsScadenze(IDispatch* set) override {
+    return Assign(set, &KalCOGCheck::RsScadenze);
+  }
+  HRESULT STDMETHODCALLTYPE get_ErrString(BSTR* text) override {
+    return Answer(text, [&] { return core_.ErrString(); });
+  }
+  HRESULT STDMETHODCALLTYPE putref_RsTesta(IDispatch* set) override {
+    return Assign(set, &KalCOGCheck::RsTesta);
+  }
+  HRESULT STDMETHODCALLTYPE putref_RsRIva(IDispatch* set) override {
+    return Assign(set, &KalCOGCheck::RsRIva);
+  }
+  HRESULT STDMETHODCALLTYPE putref_RsRCont(IDispatch* set) override {
+    return Assign(set, &KalCOGCheck::RsRCont);
+  }
+  HRESULT STDMETHODCALLTYPE OkAggiorna(VARIANT_BOOL aCheckRegIva, VARIANT_BOOL aCheckDuplicatoDoc,
+                                       VARIANT_BOOL* ok) override {
+    return Answer(ok, [&] {
+      return core_.OkAggiorna(aCheckRegIva != VARIANT_FALSE, aCheckDuplicatoDoc != VARIANT_FALSE);
+    });
+  }
+  HRESULT STDMETHODCALLTYPE LibroGiornaleStampato(VARIANT aDataReg,
+                                                  VARIANT_BOOL* printed) override {
+    return Answer(printed, [&] { return core_.LibroGiornaleStampato(FromVariant(aDataReg)); });
+  }
+  HRESULT STDMETHODCALLTYPE RegistriIvaStampati(VARIANT aDataReg, SHORT aTipoRegIva,
+                                                SHORT aSezionale, VARIANT_BOOL* printed) override {
+    return Answer(printed, [&] {
+      return core_.RegistriIvaStampati(FromVariant(aDataReg), aTipoRegIva, aSezionale);
+    });
+  }
+  HRESULT STDMETHODCALLTYPE LeggiIdPrimaNota(LONG aIdDoc, SHORT aTipoDoc,
+                                             LONG* idPrimaNota) override {
+    return Answer(idPrimaNota, [&] { return core_.LeggiIdPrimaNota(aIdDoc, aTipoDoc); });
+  }
+  HRESULT STDMETHODCALLTYPE putref_RsRisconti(IDispatch* set) override {
+    return Assign(set, &KalCOGCheck::RsRisconti);
+  }
+  HRESULT STDMETHODCALLTYPE putref_RsFiscalitaBL(IDispatch* set) override {
+    return Assign(set, &KalCOGCheck::RsFiscalitaBL);
+  }
+  HRESULT STDMETHODCALLTYPE CheckDuplicatoNrDocEmesso(SHORT aTipoRegIva, SHORT aSezionaleIva,
+                                                      BSTR aNumeroDoc, VARIANT aDataDoc,
+                                                      LONG aIdPrimaNota,
+                                                      VARIANT_BOOL* found) override {
+    return Answer(found, [&] {
+      return core_.CheckDuplicatoNrDocEmesso(aTipoRegIva, aSezionaleIva, FromBstr(aNumeroDoc),
+                                             FromVariant(aDataDoc), aIdPrimaNota);
+    });
+  }
+  HRESULT STDMETHODCALLTYPE GenericFx(BSTR v1, IDispatch* /*v2*/, LONG* nothing) override {
+    return Answer(nothing, [&] { return core_.GenericFx(FromBstr(v1), nullptr); });
+  }
+
+ private:
+  ~Checker() = default;  // by its last Release
+
+  // One member without an answer; afterwards nothing of the host's is held but record sets.
+  template <class Body>
+  HRESULT Run(Body&& body) {
+    return Guarded([&] {
+      const FieldsHeld untilHere(sets_);
+      body();
+    });
+  }
+  // One member with an answer, which stays empty where an error is raised.
+  template <class Out, class Body>
+  HRESULT Answer(Out* answer, Body&& body) {
+    if (answer == nullptr) {
+      return E_POINTER;
+    }
+    *answer = {};
+    return Run([&] { *answer = ToAutomation(body()); });
+  }
+  HRESULT Assign(IDispatch* set, void (KalCOGCheck::*member)(RecordsetRef));
+
+  // While an operation runs, record sets may hold the objects of their fields.
+  class FieldsHeld {
+   public:
+    explicit FieldsHeld(BorrowedSets& sets) : sets_(sets) {}
+    FieldsHeld(const FieldsHeld&) = delete;
+    FieldsHeld& operator=(const FieldsHeld&) = delete;
+    ~FieldsHeld() { sets_.LetFieldsGo(); }
+
+   private:
+    BorrowedSets& sets_;
+  };
+  // The type description that calls by name go through, loaded when it is first needed.
+  HRESULT TypeInfo(ComPtr<ITypeInfo>& info);
+
+  ModuleUse use_;
+  std::atomic<ULONG> references_{1};
+  ComPtr<ITypeInfo> typeInfo_;
+  BorrowedSets sets_;  // before the siblings and the core, which use what stands above them
+  DispatchSiblings siblings_{sets_};
+  KalCOGCheck core_{siblings_};
+};
+
+}  // namespace kal

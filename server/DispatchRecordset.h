@@ -1,0 +1,85 @@
+// DispatchRecordset: a host's record set behind the core's interface, called by member names.
+//
+// The set itself is held as long as this object lives; the objects of its fields only until
+// LetFieldsGo, which the component calls when an operation ends: a host may close and reopen its
+// set between two operations, and what the component holds then is the set alone. A field that
+// was handed out stays usable, and asks the set for its object again.
+//
+// BorrowedSets makes the record sets of one checker, those of its host and those of its siblings,
+// and lets the fields of all of them go.
+
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Recordset.h"
+#include "platform/RunTimeError.h"
+#include "server/LateBound.h"
+
+namespace kal {
+
+class DispatchRecordset final : public Recordset {
+ public:
+  explicit DispatchRecordset(ComPtr<IDispatch> set) : set_(std::move(set), kRecordsetSource) {}
+
+  [[nodiscard]] const Field& Fields(std::string_view name) override;
+  [[nodiscard]] const Field& Fields(std::size_t index) override;
+  [[nodiscard]] std::int32_t RecordCount() override { return CLng(set_.Get(L"RecordCount")); }
+  [[nodiscard]] kal::EditMode EditMode() override {
+    return static_cast<kal::EditMode>(CLng(set_.Get(L"EditMode")));
+  }
+  void Filter(std::string_view condition) override { set_.Put(L"Filter", condition); }
+  void Filter(FilterGroup group) override { set_.Put(L"Filter", static_cast<std::int32_t>(group)); }
+  void MoveFirst() override { set_.Do(L"MoveFirst"); }
+  void MoveNext() override { set_.Do(L"MoveNext"); }
+  void MoveLast() override { set_.Do(L"MoveLast"); }
+  [[nodiscard]] bool Eof() override { return CBool(set_.Get(L"EOF")); }
+
+  [[nodiscard]] const ComPtr<IDispatch>& Object() const { return set_.Object(); }
+  void LetFieldsGo();
+
+ private:
+  class DispatchField final : public Field {
+   public:
+    DispatchField(DispatchRecordset& set, Variant key) : set_(set), key_(std::move(key)) {}
+
+    [[nodiscard]] Variant Value() const override { return Object().Get(L"Value"); }
+    [[nodiscard]] DataType Type() const override;
+    // The field's object, fetched where it is not held. Raises 3265.
+    LateBound& Object() const;
+    void LetGo() const;
+
+   private:
+    DispatchRecordset& set_;
+    Variant key_;  // name or place
+    mutable std::optional<LateBound> object_;
+    mutable std::optional<DataType> type_;
+  };
+
+  template <class Map, class Key>
+  const Field& Find(Map& fields, const Key& key, const Variant& name);
+  [[nodiscard]] ComPtr<IDispatch> FieldObject(const Variant& key);
+
+  LateBound set_;
+  std::optional<LateBound> collection_;
+  std::map<std::string, DispatchField, std::less<>> named_;
+  std::map<std::size_t, DispatchField> placed_;
+};
+
+class BorrowedSets {
+ public:
+  // Nothing for Nothing.
+  [[nodiscard]] RecordsetRef Borrow(const ComPtr<IDispatch>& set);
+  void LetFieldsGo();
+
+ private:
+  std::vector<std::weak_ptr<DispatchRecordset>> sets_;  // owned by whoever was given them
+};
+
+}  // namespace kal

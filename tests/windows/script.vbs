@@ -1,0 +1,80 @@
+' A script host uses the component by name. Ends with "N passed, N failed" and the number of
+' failures as its code: whoever runs it looks for both, because a script that breaks off is silent.
+Option Explicit
+
+Dim passed, failed
+passed = 0
+failed = 0
+
+Sub Expect(what, found, wanted)
+  If found = wanted Then
+    passed = passed + 1
+  Else
+    failed = failed + 1
+    WScript.Echo what & ": found '" & found & "', wanted '" & wanted & "'"
+  End If
+End Sub
+
+Sub Assign(checker, entry)
+  Set checker.RsTesta = entry.RecordSet("RsTesta")
+  Set checker.RsRIva = entry.RecordSet("RsRIva")
+  Set checker.RsRCont = entry.RecordSet("RsRCont")
+  Set checker.RsScadenze = entry.RecordSet("RsScadenze")
+End Sub
+
+Dim checker, entry, answer, crlf, printed
+crlf = Chr(13) & Chr(10)
+Set entry = CreateObject("KalDoubles.Entry")
+Set checker = CreateObject("Kal_COGCheck.KalCOGCheck")
+
+Expect "new object", checker.ErrString & checker.WarnString & checker.WarnStringModifica, ""
+Expect "new object, in a group", checker.IsInfragruppo, "False"
+checker.TmpTableScadenze = "Tmp" & Chr(128)
+Expect "text property", checker.TmpTableScadenze, "Tmp" & Chr(128)
+checker.IsParcella = False
+checker.IsFromCard = True
+Expect "type of an amount", TypeName(checker.ImportoPlafond), "Currency"
+Expect "amount", checker.ImportoPlafond, 0
+Expect "reserved entry point", checker.GenericFx("x", entry), 0
+
+Assign checker, entry
+Expect "save", checker.OkAggiorna(True, True), True
+entry.Change "C2.ImportoDare=99.9999;C2.ImportoDareVB=99.9999"
+Assign checker, entry
+answer = checker.OkAggiorna(True, True)
+Expect "type of the answer", TypeName(answer), "Boolean"
+Expect "refused", answer, False
+Expect "two messages", checker.ErrString, Chr(232) & "10492" & crlf & Chr(232) & "10494"
+
+printed = DateSerial(2024, 1, 15)
+Expect "date in a variable", checker.LibroGiornaleStampato(printed), True
+Expect "date as a text", checker.LibroGiornaleStampato("15/06/2024"), False
+Expect "date as a field", checker.LibroGiornaleStampato( _
+    entry.RecordSet("RsTesta").Fields("DataRegistrazione")), False
+Expect "number", checker.LeggiIdPrimaNota(31, 13), 7
+
+On Error Resume Next
+entry.FailAt 1
+answer = checker.OkAggiorna(True, True)
+Expect "number of an error", Err.Number, -2147467259
+Expect "source of an error", Err.Source, "Errore ( -2147467259 ) - Componente ( Societ" & _
+    Chr(224) & " )" & crlf & "Kal_COGCheck.KalCOGCheck.OkAggiorna"
+Expect "description of an error", Left(Err.Description, 10), "guasto n. "
+Err.Clear
+Set checker.RsTesta = Nothing
+answer = checker.OkAggiorna(True, True)
+Expect "number of the language", Err.Number, 91
+Err.Clear
+answer = checker.LibroGiornaleStampato(Null)
+Expect "Null", Err.Number, 94
+Err.Clear
+answer = checker.Altro
+Expect "no such member", Err.Number, 438
+Err.Clear
+On Error GoTo 0
+
+Set checker = Nothing
+Expect "nothing held", entry.Live, 1
+
+WScript.Echo passed & " passed, " & failed & " failed"
+WScript.Quit failed
