@@ -1,16 +1,23 @@
 # make run    installs what is missing, builds, makes the sample company, checks the sample entries
 # make test   installs what is missing, builds, runs all tests, also under the sanitizers
+# make test-windows   the same for the Windows automation server, under Wine
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
+# make fuzz   ten minutes of fuzzing a target
+# make million   a million checks in one process
 # make clean  removes what was built
 
 PACKAGES := g++ cmake ninja-build libsqlite3-dev nlohmann-json3-dev libcli11-dev libgtest-dev
 LINT_PACKAGES := clang-format clang-tidy
+FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev
 SOURCES = $(shell git ls-files '*.h' '*.cpp')
+# The Windows sources need Windows headers; their compiler warns about them.
+ANALYSED = $(filter-out server/% tests/windows/% fuzz/%,$(filter %.cpp,$(SOURCES)))
 COMPANY := build/sample.db
 
-.PHONY: run test lint bench build deps clean
+.PHONY: run test test-windows lint bench fuzz million build deps deps-lint \
+  deps-bench deps-fuzz clean
 
 run: build
 	rm -f $(COMPANY)
@@ -36,10 +43,21 @@ test: deps
 	ctest --preset debug
 	ctest --preset release
 
+test-windows:
+	tools/test-windows
+
 lint: deps-lint
 	clang-format --dry-run --Werror $(SOURCES)
 	cmake --preset release -DBUILD_TESTING=ON
-	printf '%s\n' $(filter %.cpp,$(SOURCES)) | xargs -P 2 -n 4 clang-tidy --quiet -p build/release
+	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 4 clang-tidy --quiet -p build/release
+
+fuzz: deps-fuzz
+	tools/fuzz
+
+million: deps
+	cmake --preset release -DKAL_LOAD=ON
+	cmake --build --preset release --target kal_million
+	build/release/tests/load/kal_million host/samples/*.json
 
 bench: deps-bench
 	cmake --preset release -DKAL_BENCH=ON
@@ -54,6 +72,9 @@ deps-lint:
 
 deps-bench:
 	@tools/install-missing $(PACKAGES) $(BENCH_PACKAGES)
+
+deps-fuzz:
+	@tools/install-missing $(PACKAGES) $(FUZZ_PACKAGES)
 
 clean:
 	rm -rf build

@@ -14,7 +14,7 @@
 namespace kal {
 
 void KalCOGCheck::CheckDateScadenza(bool& aOk) {
-  Trap("KalCOGCheck.CheckDateScadenza", [&] {
+  Trap("KalCOGCheck.CheckDateScadenza", aOk, [&] {
     aOk = true;
     if (rsScadenze_.IsNothing()) {
       return;
@@ -36,7 +36,7 @@ void KalCOGCheck::CheckDateScadenza(bool& aOk) {
 }
 
 void KalCOGCheck::CheckBanca(bool& aOk) {
-  Trap("KalCOGCheck.CheckBanca", [&] {
+  Trap("KalCOGCheck.CheckBanca", aOk, [&] {
     aOk = true;
     if (rsScadenze_.IsNothing()) {
       return;

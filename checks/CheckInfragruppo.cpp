@@ -41,7 +41,7 @@ void KalCOGCheck::CheckInfragruppo() {
 
 void KalCOGCheck::ContoInfragruppo(std::int16_t aTipoCliFor, const std::string& aCodConto,
                                    std::int32_t aIdCliFor, bool& aInfragruppo) {
-  Trap("KalCOGCheck.ContoInfragruppo", [&] {
+  Trap("KalCOGCheck.ContoInfragruppo", aInfragruppo, [&] {
     aInfragruppo = false;
     QueryBuilder query;
     query.Select("Infragruppo");

@@ -55,7 +55,7 @@ Currency Somma(Totals& totali, std::span<const std::string_view> colonne) {
 }  // namespace
 
 void KalCOGCheck::CheckQuadraturaDatiFiscalitaBL(bool& aOk) {
-  Trap("KalCOGCheck.CheckQuadraturaDatiFiscalitaBL", [&] {
+  Trap("KalCOGCheck.CheckQuadraturaDatiFiscalitaBL", aOk, [&] {
     aOk = true;
     if (rsFiscalitaBL_.IsNothing()) {
       return;

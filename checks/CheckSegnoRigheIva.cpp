@@ -13,8 +13,9 @@ namespace kal {
 void KalCOGCheck::CheckSegnoRigheIva() {
   Trap("KalCOGCheck.CheckSegnoRigheIva", [&] {
     CreaRecordCausale(CStr(GetField(rsTesta_, "CodCausale")));
-    if (!(GetField(rsCausale_, "TipoRegIva") != kNessunRegistro ||
-          GetFlag(rsCausale_, "RegistrazioneLibera"))) {
+    const bool conRegistroIva{GetField(rsCausale_, "TipoRegIva") != kNessunRegistro};
+    const bool libera = GetFlag(rsCausale_, "RegistrazioneLibera");
+    if (!conRegistroIva && !libera) {
       return;
     }
     const Variant operazione = GetField(rsCausale_, "Operazione");

@@ -124,7 +124,7 @@ void KalCOGCheck::TestAliquoteIntra(VatCodes& aCodiciIva) {
 // Declarations apply unless a purchase or sale has no operation, or receipts are ventilated or
 // from the till.
 void KalCOGCheck::EseguiControlliDichiarazioneIntento(bool& aEsegui) {
-  Trap("KalCOGCheck.EseguiControlliDichiarazioneIntento", [&] {
+  Trap("KalCOGCheck.EseguiControlliDichiarazioneIntento", aEsegui, [&] {
     switch (causaleCorrente_.TipoRegIva) {
       case kAcquisti:
       case kVendite:

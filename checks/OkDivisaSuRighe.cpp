@@ -31,7 +31,7 @@ void KalCOGCheck::OkDivisaSuRighe() {
 }
 
 void KalCOGCheck::DivisaSuRighe(Variant& aDivisaSuRighe) {
-  Trap("KalCOGCheck.DivisaSuRighe", [&] {
+  Trap("KalCOGCheck.DivisaSuRighe", aDivisaSuRighe, [&] {
     aDivisaSuRighe = false;
     if (rsTesta_.IsNothing() || rsTesta_->RecordCount() == 0) {
       return;

@@ -45,8 +45,9 @@ constexpr Currency kZero;
 void KalCOGCheck::OkQuadratura() {
   Trap("KalCOGCheck.OkQuadratura", [&] {
     CreaRecordCausale(CStr(GetField(rsTesta_, "CodCausale")));
-    const bool ivaOLibera = GetField(rsCausale_, "TipoRegIva") != kNessunRegistro ||
-                            GetFlag(rsCausale_, "RegistrazioneLibera");
+    const bool conRegistroIva{GetField(rsCausale_, "TipoRegIva") != kNessunRegistro};
+    const bool libera = GetFlag(rsCausale_, "RegistrazioneLibera");
+    const bool ivaOLibera = conRegistroIva || libera;
     if (rsRCont_.IsNothing() || rsRCont_->RecordCount() == 0) {
       return;
     }
@@ -103,7 +104,7 @@ void KalCOGCheck::OkQuadratura() {
 
 // TipoConto 0 marks posting accounts: a code that only exists as a heading is absent too.
 void KalCOGCheck::SottoContoAssente(const std::string& aCodConto, bool& aAssente) {
-  Trap("KalCOGCheck.SottoContoAssente", [&] {
+  Trap("KalCOGCheck.SottoContoAssente", aAssente, [&] {
     QueryBuilder query;
     query.Select("CodConto")
         .From("STDPianoDeiConti")

@@ -11,7 +11,7 @@
 namespace kal {
 
 void KalCOGCheck::ParametriIvaOk(const Variant& aData, bool& aOk) {
-  Trap("KalCOGCheck.ParametriIvaOk", [&] {
+  Trap("KalCOGCheck.ParametriIvaOk", aOk, [&] {
     aOk = true;
     if (aData == "") {
       return;

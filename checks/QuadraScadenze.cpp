@@ -43,7 +43,7 @@ void KalCOGCheck::QuadraScadenze() {
 
 void KalCOGCheck::QuadraScadenzeRiga(std::int32_t aIdScadenza, Currency aImporto,
                                      Currency aImportoVB, bool aInValuta, bool& aQuadra) {
-  Trap("KalCOGCheck.QuadraScadenzeRiga", [&] {
+  Trap("KalCOGCheck.QuadraScadenzeRiga", aQuadra, [&] {
     if (GetField(rsTesta_, "TotDocumentoVB") == 0) {
       aQuadra = true;
       return;

@@ -11,7 +11,7 @@ namespace kal {
 void KalCOGCheck::SezionaleIvaAutofattura(std::int16_t aTipoRegIva, std::int16_t aSezionaleIva,
                                           const Variant& aData,
                                           std::int16_t& aSezionaleAutofattura) {
-  Trap("KalCOGCheck.SezionaleIvaAutofattura", [&] {
+  Trap("KalCOGCheck.SezionaleIvaAutofattura", aSezionaleAutofattura, [&] {
     QueryBuilder query;
     query.Select("COGNumerazioniIva.UsaSezAutoftSpecifico,Autofattura.SezionaleIva")
         .From("COGNumerazioniIva")

@@ -20,10 +20,10 @@ namespace {
 // A protocol to be placed among the saved entries of its register.
 struct Protocollo {
   std::int32_t IdEscluso;
+  Variant Data;
   std::int16_t TipoRegIva;
   std::int16_t SezionaleIva;
   std::int32_t Numero;
-  Variant Data;
 };
 
 void CercaConflitto(QueryBuilder& query, SiblingFactory& siblings, const Protocollo& aProtocollo) {
@@ -51,10 +51,10 @@ void CercaConflitto(QueryBuilder& query, SiblingFactory& siblings, const Protoco
 void KalCOGCheck::TestProtocollo() {
   Trap("KalCOGCheck.TestProtocollo", [&] {
     const Protocollo protocollo{.IdEscluso = CLng(GetField(rsTesta_, "IdPrimaNota")),
+                                .Data = GetField(rsTesta_, "DataRegistrazione"),
                                 .TipoRegIva = causaleCorrente_.TipoRegIva,
                                 .SezionaleIva = CInt(GetField(rsTesta_, "SezionaleIva")),
-                                .Numero = CLng(GetField(rsTesta_, "Protocollo")),
-                                .Data = GetField(rsTesta_, "DataRegistrazione")};
+                                .Numero = CLng(GetField(rsTesta_, "Protocollo"))};
     QueryBuilder query;
     CercaConflitto(query, siblings_, protocollo);
     const RecordsetRef conflitto = Open(query);
@@ -69,10 +69,10 @@ void KalCOGCheck::TestProtocolloIntra(std::int32_t aIdLink, std::int32_t aProtoc
                                       std::int16_t aSezionaleIva) {
   Trap("KalCOGCheck.TestProtocolloIntra", [&] {
     Protocollo protocollo{.IdEscluso = aIdLink,
+                          .Data = GetField(rsTesta_, "DataRegistrazione"),
                           .TipoRegIva = kVendite,
                           .SezionaleIva = aSezionaleIva,
-                          .Numero = aProtocolloCollegato,
-                          .Data = GetField(rsTesta_, "DataRegistrazione")};
+                          .Numero = aProtocolloCollegato};
     if (aProtocolloCollegato == -1) {
       protocollo.Numero = siblings_.CreateProtocolNumbering()->NextProtocol(kVendite, aSezionaleIva,
                                                                             protocollo.Data);

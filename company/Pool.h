@@ -6,14 +6,78 @@
 
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <memory_resource>
+#include <new>
 #include <utility>
 
 namespace kal::company {
 
-using Pool = std::pmr::unsynchronized_pool_resource;
+// Blocks of 16, 32, 64 … 4096 bytes, kept for the next one of their size; what is larger comes from
+// the heap and goes back there. It needs no memory of its own, so running out of memory leaves it
+// as it was; the standard library's own pool may crash then.
+class Pool final : public std::pmr::memory_resource {
+ public:
+  Pool() = default;
+  Pool(const Pool&) = delete;
+  Pool& operator=(const Pool&) = delete;
+  // By then everything was given back.
+  ~Pool() override {
+    for (std::size_t size = 0; size < kSizes; ++size) {
+      while (free_[size] != nullptr) {
+        ::operator delete(Take(size));
+      }
+    }
+  }
+
+ private:
+  struct Free {
+    Free* next;
+  };
+
+  static constexpr std::size_t kSmallest = 16;
+  static constexpr std::size_t kSizes = 9;
+
+  // The place of the list for blocks of that many bytes; kSizes when they are not kept.
+  static std::size_t SizeOf(std::size_t bytes, std::size_t alignment) {
+    std::size_t size = 0;
+    while (size < kSizes && kSmallest << size < bytes) {
+      ++size;
+    }
+    return alignment > alignof(std::max_align_t) ? kSizes : size;
+  }
+
+  void* Take(std::size_t size) {
+    Free* const taken = free_[size];
+    free_[size] = taken->next;
+    return taken;
+  }
+
+  void* do_allocate(std::size_t bytes, std::size_t alignment) override {
+    const std::size_t size = SizeOf(bytes, alignment);
+    if (size == kSizes) {
+      return std::pmr::new_delete_resource()->allocate(bytes, alignment);
+    }
+    return free_[size] != nullptr ? Take(size) : ::operator new(kSmallest << size);
+  }
+
+  void do_deallocate(void* memory, std::size_t bytes, std::size_t alignment) override {
+    const std::size_t size = SizeOf(bytes, alignment);
+    if (size == kSizes) {
+      std::pmr::new_delete_resource()->deallocate(memory, bytes, alignment);
+    } else {
+      free_[size] = ::new (memory) Free{free_[size]};
+    }
+  }
+
+  [[nodiscard]] bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override {
+    return this == &other;
+  }
+
+  std::array<Free*, kSizes> free_{};
+};
 
 // For objects held by std::shared_ptr.
 template <class T>

@@ -2,6 +2,9 @@
 
 #include "frame/KalCOGCheck.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
 #include <utility>
 
 #include "frame/modCommonCostanti.h"
@@ -109,7 +112,28 @@ RecordsetRef KalCOGCheck::NumerazioneIva(const Variant& data, std::int16_t tipoR
 
 void KalCOGCheck::AddMessage(std::string& target, MessageCode code,
                              std::initializer_list<Variant> parameters) const {
-  kal::AddMessage(siblings_, target, code, parameters);
+  const std::string text = kal::AddMessage(siblings_, target, code, parameters);
+  if (observation_.observer != nullptr) {
+    const auto name = std::ranges::find(kMessageCodes, code, &MessageName::code);
+    observation_.observer->Added(
+        {ResultStringOf(target), code, name->name, parameters, text, *observation_.innermost});
+  }
+}
+
+void KalCOGCheck::AppendLiteral(std::string& target, std::string_view literal,
+                                std::string_view shown) const {
+  kal::AppendLiteral(target, shown);
+  if (observation_.observer != nullptr) {
+    const auto known = std::ranges::find(testi::kTutti, literal, &testi::Testo::testo);
+    observation_.observer->Added(
+        {ResultStringOf(target), std::nullopt, known->nome, {}, shown, *observation_.innermost});
+  }
+}
+
+ResultString KalCOGCheck::ResultStringOf(const std::string& target) const {
+  const std::array strings = {&errString_, &warnString_, &warnProtocolloString_,
+                              &warnDuplicatoDocString_, &warnInfragruppoString_};
+  return static_cast<ResultString>(std::ranges::find(strings, &target) - strings.begin());
 }
 
 }  // namespace kal

@@ -17,8 +17,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "frame/Observer.h"
 #include "frame/modKalCommonErrorCodes.h"
+#include "frame/modKalErrorHandling.h"
 #include "platform/Currency.h"
 #include "platform/Recordset.h"
 #include "platform/Variant.h"
@@ -76,6 +79,10 @@ class KalCOGCheck {
                                  std::int32_t aIdPrimaNota);
   // A reserved entry point: does nothing and returns 0.
   std::int32_t GenericFx(std::string_view v1, const std::shared_ptr<void>& v2);
+
+  // For native hosts alone, no member of the automation interface: who is told, from the next call
+  // on, what the checker does; nullptr for nobody. The observer must outlive its use.
+  void Observe(Observer* observer) { observation_ = {observer, nullptr}; }
 
  private:
   // What the save check knows of the entry's posting template.
@@ -218,10 +225,35 @@ class KalCOGCheck {
   // The rows of COGNumerazioniIva of one section: at most one in sound data.
   [[nodiscard]] RecordsetRef NumerazioneIva(const Variant& data, std::int16_t tipoRegIva,
                                             const Variant& sezionale) const;
+
+  // Every operation runs in Trap, and every message passes AddMessage or AppendLiteral: there the
+  // observer is told.
+  template <class Body>
+  decltype(auto) Trap(OperationTag tag, Body&& body) const {
+    return kal::Trap(tag, std::forward<Body>(body), &observation_);
+  }
+  // For an operation that answers by reference.
+  template <class Answer, class Body>
+  void Trap(OperationTag tag, const Answer& answer, Body&& body) const {
+    (void)kal::Trap(
+        tag,
+        [&]() -> const Answer& {
+          std::forward<Body>(body)();
+          return answer;
+        },
+        &observation_);
+  }
   void AddMessage(std::string& target, MessageCode code,
                   std::initializer_list<Variant> parameters = {}) const;
+  // A text of testi; what is appended may be its translation.
+  void AppendLiteral(std::string& target, std::string_view literal) const {
+    AppendLiteral(target, literal, literal);
+  }
+  void AppendLiteral(std::string& target, std::string_view literal, std::string_view shown) const;
+  [[nodiscard]] ResultString ResultStringOf(const std::string& target) const;
 
   SiblingFactory& siblings_;
+  mutable Observation observation_;
 
   RecordsetRef rsTesta_;
   RecordsetRef rsRIva_;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -35,7 +36,7 @@ inline constexpr std::int32_t kFunzioneAnno = 4;
 // Protocols have at most seven digits.
 inline constexpr std::int32_t kProtocolloMassimo = 9999999;
 
-// Messages that are texts of the component itself.
+// Messages that are texts of the component itself. They are known by the names of these constants.
 namespace testi {
 
 inline constexpr std::string_view kEffettiSplitPayment =
@@ -63,6 +64,24 @@ inline constexpr std::string_view kTrasmessoSdi =
 inline constexpr std::string_view kXmlGenerato =
     "Attenzione! Per il documento è già stato generato un file XML. Per evitare incongruenze si "
     "consiglia, una volta effettuata la modifica, di rigenerare il file";
+
+struct Testo {
+  std::string_view nome;
+  std::string_view testo;
+};
+
+inline constexpr std::array kTutti = {
+    Testo{"EffettiSplitPayment", kEffettiSplitPayment},
+    Testo{"SezionaleNonSplit", kSezionaleNonSplit},
+    Testo{"ClienteNonSplit", kClienteNonSplit},
+    Testo{"PlafondSuperato", kPlafondSuperato},
+    Testo{"DataDocumentoVuota", kDataDocumentoVuota},
+    Testo{"DichiarazioneNonValida", kDichiarazioneNonValida},
+    Testo{"AliquoteDiverse", kAliquoteDiverse},
+    Testo{"GenerataDaSplitPayment", kGenerataDaSplitPayment},
+    Testo{"TrasmessoSdi", kTrasmessoSdi},
+    Testo{"XmlGenerato", kXmlGenerato},
+};
 
 }  // namespace testi
 

@@ -65,7 +65,7 @@ Variant GetField(const RecordsetRef& rs, std::string_view name) {
     return ValueOrDefault(rs->Fields(name));
   } catch (...) {
     // The tag is put together here because every read passes this place and few ever fail.
-    RaiseCurrentError("modDataBaseUtility.GetField ( Field: " + std::string(name) + " ) ");
+    RaiseError(CurrentError(), "modDataBaseUtility.GetField ( Field: " + std::string(name) + " ) ");
   }
 }
 

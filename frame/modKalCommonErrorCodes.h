@@ -82,7 +82,7 @@ namespace kal {
 // clang-format on
 
 enum class MessageCode : std::int32_t {
-#define KAL_MESSAGE_ENUM(name, number) name = number,
+#define KAL_MESSAGE_ENUM(name, number) name = (number),
   KAL_MESSAGES(KAL_MESSAGE_ENUM)
 #undef KAL_MESSAGE_ENUM
 };

@@ -1,5 +1,6 @@
 #include "frame/modKalErrorHandling.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
 
@@ -22,8 +23,8 @@ std::size_t FindPlaceholder(std::string_view text) {
 
 }  // namespace
 
-void AddMessage(SiblingFactory& siblings, std::string& target, MessageCode code,
-                std::initializer_list<Variant> parameters) {
+std::string AddMessage(SiblingFactory& siblings, std::string& target, MessageCode code,
+                       std::initializer_list<Variant> parameters) {
   std::string text = siblings.CreateKalStatus()->GetMessage(static_cast<std::int32_t>(code));
   for (const Variant& parameter : parameters) {
     const std::string value = CStr(parameter);
@@ -33,6 +34,7 @@ void AddMessage(SiblingFactory& siblings, std::string& target, MessageCode code,
     }
   }
   AppendLiteral(target, text);
+  return text;
 }
 
 void AppendLiteral(std::string& target, std::string_view text) {
@@ -80,24 +82,36 @@ void RaiseError(const RunTimeError& current, std::string_view tag, std::int32_t 
                      description.empty() ? current.Description() : std::string(description));
 }
 
-void RaiseCurrentError(std::string_view tag) {
+RunTimeError CurrentError() {
+  const auto raisedHere = [](RunTime number, const std::string& description) {
+    return RunTimeError(static_cast<std::int32_t>(number), std::string(kComponentName),
+                        description);
+  };
   try {
     throw;
   } catch (const RunTimeError& error) {
-    RaiseError(error, tag);
+    return error;
   } catch (const std::bad_alloc&) {
-    RaiseError({static_cast<std::int32_t>(RunTime::OutOfMemory), std::string(kComponentName),
-                "Out of memory"},
-               tag);
+    return raisedHere(RunTime::OutOfMemory, "Out of memory");
   } catch (const std::exception& error) {
-    RaiseError({static_cast<std::int32_t>(RunTime::InternalError), std::string(kComponentName),
-                error.what()},
-               tag);
+    return raisedHere(RunTime::InternalError, error.what());
   } catch (...) {
-    RaiseError({static_cast<std::int32_t>(RunTime::InternalError), std::string(kComponentName),
-                "Internal error"},
-               tag);
+    return raisedHere(RunTime::InternalError, "Internal error");
   }
+}
+
+void ObservedOperation::Begin(std::string_view name) {
+  frame_ = {name, observation_->innermost};
+  observation_->innermost = &frame_;
+}
+
+std::vector<std::string_view> OperationFrame::Path() const {
+  std::vector<std::string_view> path;
+  for (const OperationFrame* frame = this; frame != nullptr; frame = frame->caller) {
+    path.push_back(frame->name);
+  }
+  std::ranges::reverse(path);
+  return path;
 }
 
 }  // namespace kal

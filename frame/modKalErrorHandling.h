@@ -10,8 +10,10 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
+#include "frame/Observer.h"
 #include "frame/modKalCommonErrorCodes.h"
 #include "platform/RunTimeError.h"
 #include "platform/Variant.h"
@@ -23,9 +25,10 @@ namespace kal {
 // parameter takes the place of the first "%s" left in the text at its turn, so a parameter that
 // itself contains "%s" is filled by the next one, and a surplus parameter changes nothing. A
 // capital "%S" is found but not replaced: it swallows its own parameter and all later ones.
-// A Null parameter raises 94. Errors of the status component pass unchanged.
-void AddMessage(SiblingFactory& siblings, std::string& target, MessageCode code,
-                std::initializer_list<Variant> parameters = {});
+// A Null parameter raises 94. Errors of the status component pass unchanged. Returns the text that
+// was appended.
+std::string AddMessage(SiblingFactory& siblings, std::string& target, MessageCode code,
+                       std::initializer_list<Variant> parameters = {});
 
 // Appends a text of the component's own, joined as AddMessage joins.
 void AppendLiteral(std::string& target, std::string_view text);
@@ -46,17 +49,88 @@ void AppendLiteral(std::string& target, std::string_view text);
 [[noreturn]] void RaiseError(const RunTimeError& current, std::string_view tag,
                              std::int32_t number = -1, std::string_view description = "");
 
-// For a catch-all handler: raises what is being handled again with the tag added to its trail.
-// A failure that is no RunTimeError becomes one (7 for memory, 51 otherwise).
-[[noreturn]] void RaiseCurrentError(std::string_view tag);
+// For a catch-all handler: what is being handled. A failure that is no RunTimeError becomes one (7
+// for memory, 51 otherwise).
+[[nodiscard]] RunTimeError CurrentError();
 
-// Runs one operation. The only place where errors are trapped and raised again with the trail.
+// What an operation is known by: its tag in trails, which is always written out where it is used,
+// and its own name. That is the tag's last word unless the tag names another operation.
+class OperationTag {
+ public:
+  // NOLINTNEXTLINE(google-explicit-constructor): a tag is written as its text.
+  consteval OperationTag(const char* tag) : text_(tag), name_(text_.substr(text_.rfind('.') + 1)) {}
+  consteval OperationTag(const char* tag, const char* name) : text_(tag), name_(name) {}
+
+  [[nodiscard]] constexpr std::string_view Text() const { return text_; }
+  [[nodiscard]] constexpr std::string_view Name() const { return name_; }
+
+ private:
+  std::string_view text_;
+  std::string_view name_;
+};
+
+// One operation as its observer sees it; nothing happens where there is no observer.
+class ObservedOperation {
+ public:
+  ObservedOperation(Observation* observation, std::string_view name)
+      : observation_(observation != nullptr && observation->observer != nullptr ? observation
+                                                                                : nullptr) {
+    if (observation_ != nullptr) {
+      Begin(name);
+    }
+  }
+  ObservedOperation(const ObservedOperation&) = delete;
+  ObservedOperation& operator=(const ObservedOperation&) = delete;
+  ~ObservedOperation() {
+    if (observation_ != nullptr) {
+      observation_->innermost = frame_.caller;
+    }
+  }
+
+  void Enter() const {
+    if (observation_ != nullptr) {
+      observation_->observer->Entered(frame_.name);
+    }
+  }
+  template <class Answer>
+  void Leave(const Answer& answer) const {
+    if (observation_ != nullptr) {
+      observation_->observer->Answered(frame_.name, answer);
+    }
+  }
+  void Fail(const RunTimeError& error) const {
+    if (observation_ != nullptr) {
+      observation_->observer->Failed(frame_.name, error);
+    }
+  }
+
+ private:
+  void Begin(std::string_view name);
+
+  Observation* observation_;
+  OperationFrame frame_;
+};
+
+// Runs one operation. The only place where errors are trapped and raised again with the trail, and
+// where an observer is told of operations.
 template <class Body>
-decltype(auto) Trap(std::string_view tag, Body&& body) {
+decltype(auto) Trap(OperationTag tag, Body&& body, Observation* observation = nullptr) {
+  using Result = std::invoke_result_t<Body>;
+  ObservedOperation operation(observation, tag.Name());
   try {
-    return std::forward<Body>(body)();
+    operation.Enter();
+    if constexpr (std::is_void_v<Result>) {
+      std::forward<Body>(body)();
+      operation.Leave(Variant());
+    } else {
+      Result result = std::forward<Body>(body)();
+      operation.Leave(result);
+      return result;
+    }
   } catch (...) {
-    RaiseCurrentError(tag);
+    const RunTimeError error = CurrentError();
+    operation.Fail(error);
+    RaiseError(error, tag.Text());
   }
 }
 

@@ -19,6 +19,7 @@
 #include "company/Company.h"
 #include "company/Schema.h"
 #include "host/EntryFile.h"
+#include "host/ExplainPages.h"
 #include "host/Interrupt.h"
 #include "host/Progress.h"
 #include "host/Report.h"
@@ -37,6 +38,9 @@ struct Options {
   bool withSample = false;
   std::string company;
   bool json = false;
+  bool explain = false;
+  std::string page;  // of explain: a code or a name
+  bool listPages = false;
   std::string language = "it";
   unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
   std::vector<std::string> files;
@@ -157,8 +161,16 @@ class CheckRun {
   }
 
   [[nodiscard]] Answered Answer(company::Company& company, const EntryText& text) const {
-    const Outcome outcome = CheckEntry(company, text);
-    return {VerdictOf(outcome), options_.json ? ToJson(outcome) + '\n' : ToBlock(outcome, style_)};
+    if (options_.json) {
+      const Outcome outcome = CheckEntry(company, text, Detail::Findings);
+      return {VerdictOf(outcome), ToJson(outcome) + '\n'};
+    }
+    if (options_.explain) {
+      const Outcome outcome = CheckEntry(company, text, Detail::FindingsAndSteps);
+      return {VerdictOf(outcome), ToExplanation(outcome, style_)};
+    }
+    const Outcome outcome = CheckEntry(company, text, Detail::None);
+    return {VerdictOf(outcome), ToBlock(outcome, style_)};
   }
 
   bool Deliver(const Answered& answer) {
@@ -212,6 +224,26 @@ int Check(const Options& options, const Streams& streams) {
   return run->Run();
 }
 
+void AddLanguage(CLI::App& command, Options& options) {
+  command.add_option("--lang", options.language, "Language of messages and text, it or en")
+      ->check(CLI::IsMember({"it", "en"}));
+}
+
+int Explain(const Options& options, const Streams& streams) {
+  std::string text = PageList();
+  if (!options.listPages) {
+    const MessagePage* const page = FindPage(options.page);
+    if (page == nullptr) {
+      return Complain(streams, (options.page.empty() ? "explain takes a code or a name"
+                                                     : "there is no message " + options.page) +
+                                   "; explain --list shows them all");
+    }
+    text = ToText(*page, options.language == "en" ? Language::English : Language::Italian);
+  }
+  streams.out << text << std::flush;
+  return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
+}
+
 }  // namespace
 
 int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
@@ -231,19 +263,30 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
 
   CLI::App* const check = app.add_subcommand("check", "Run entries against a company");
   check->add_option("--company", options.company, "The company's file")->required();
-  check->add_flag("--json", options.json, "One JSON object an entry instead of text");
-  check->add_option("--lang", options.language, "Language of messages and text, it or en")
-      ->check(CLI::IsMember({"it", "en"}));
+  CLI::Option* const json =
+      check->add_flag("--json", options.json, "One JSON object an entry instead of text");
+  check->add_flag("--explain", options.explain, "How each decision came about, check by check")
+      ->excludes(json);
+  AddLanguage(*check, options);
   check
       ->add_option("--jobs", options.jobs,
                    "Entries checked at the same time; all cores if left out")
       ->check(CLI::Range(1U, kMostJobs));
   check->add_option("FILE", options.files, "JSON or JSON Lines; - is standard input")->required();
 
+  CLI::App* const explain = app.add_subcommand("explain", "What a message means and what to do");
+  CLI::Option* const list =
+      explain->add_flag("--list", options.listPages, "Every message, its check and an example");
+  explain->add_option("CODE", options.page, "A code or name of the list")->excludes(list);
+  AddLanguage(*explain, options);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error, out, err) == 0 ? kExitAllTrue : kExitTrouble;
+  }
+  if (explain->parsed()) {
+    return Explain(options, streams);
   }
   return init->parsed() ? Init(options, streams) : Check(options, streams);
 }

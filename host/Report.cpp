@@ -8,27 +8,12 @@
 #include <variant>
 
 #include "frame/modCommonCostanti.h"
+#include "host/ExplainTree.h"
 
 namespace kal::host {
 namespace {
 
 using nlohmann::ordered_json;
-
-// A word or two in both languages.
-struct Wording {
-  std::string_view italian;
-  std::string_view english;
-
-  [[nodiscard]] std::string In(Language language) const {
-    return std::string(language == Language::Italian ? italian : english);
-  }
-};
-
-constexpr std::string_view kRed = "\x1b[31m";
-constexpr std::string_view kGreen = "\x1b[32m";
-constexpr std::string_view kYellow = "\x1b[33m";
-constexpr std::string_view kBold = "\x1b[1m";
-constexpr std::string_view kPlain = "\x1b[0m";
 
 struct VerdictWording {
   Wording one;
@@ -71,23 +56,6 @@ const VerdictWording& WordingOf(Verdict verdict) {
   return kVerdicts[static_cast<std::size_t>(verdict)];
 }
 
-// A text from outside must not steer the terminal.
-std::string Shown(std::string_view text) {
-  std::string shown(text);
-  for (char& c : shown) {
-    const auto byte = static_cast<unsigned char>(c);
-    c = byte < 0x20U || byte == 0x7FU ? '?' : c;
-  }
-  return shown;
-}
-
-std::string Painted(const std::string& text, std::string_view colour, const ReportStyle& style) {
-  if (!style.colours || colour.empty()) {
-    return text;
-  }
-  return std::string(colour) + text + std::string(kPlain);
-}
-
 // The messages of a result string, or the lines of an error's trail.
 std::vector<std::string_view> Pieces(std::string_view text) {
   std::vector<std::string_view> pieces;
@@ -127,6 +95,67 @@ std::string Findings(const Outcome& outcome, const ReportStyle& style) {
     }
   }
   return text;
+}
+
+// The line that names the entry and its verdict, and why it could not be checked.
+std::string Heading(const Outcome& outcome, const ReportStyle& style) {
+  const Verdict verdict = VerdictOf(outcome);
+  std::string name = outcome.place;
+  if (outcome.id.kind != JsonValue::Kind::Null) {
+    name = outcome.id.kind == JsonValue::Kind::Text ? outcome.id.text : ToText(outcome.id);
+  }
+  std::string answer = WordingOf(verdict).one.In(style.language);
+  if (outcome.result && std::holds_alternative<std::int32_t>(*outcome.result)) {
+    answer = std::to_string(std::get<std::int32_t>(*outcome.result));
+  }
+  return Painted(Shown(name), kBold, style) + "  " +
+         (outcome.operation ? Shown(*outcome.operation) + ": " : "") +
+         Painted(answer, WordingOf(verdict).colour, style) + '\n' +
+         (verdict == Verdict::Unchecked ? Why(outcome, style) : "");
+}
+
+// Whole numbers and booleans stay what they are, dates are ISO texts, all else is a text.
+ordered_json ParameterJson(const Variant& value) {
+  switch (value.VarType()) {
+    case Variant::Type::Boolean:
+      return CBool(value);
+    case Variant::Type::TinyInt:
+    case Variant::Type::SmallInt:
+    case Variant::Type::Integer:
+      return CLng(value);
+    case Variant::Type::Date:
+      return CDate(value).ToIso();
+    default:
+      return CStr(value);
+  }
+}
+
+ordered_json FindingJson(const Finding& finding) {
+  ordered_json parameters = ordered_json::array();
+  for (const Variant& parameter : finding.parameters) {
+    parameters.push_back(ParameterJson(parameter));
+  }
+  ordered_json at = ordered_json::object();
+  if (finding.row != 0) {
+    at[std::string(finding.set)] = finding.row;
+  }
+  return {{"kind", finding.string == ResultString::ErrString ? "error" : "warning"},
+          {"string", kResultStringNames[static_cast<std::size_t>(finding.string)]},
+          {"code", finding.code ? ordered_json(static_cast<std::int32_t>(*finding.code)) : nullptr},
+          {"name", finding.name},
+          {"check", finding.path.back()},
+          {"path", finding.path},
+          {"parameters", std::move(parameters)},
+          {"text", finding.text},
+          {"at", std::move(at)}};
+}
+
+ordered_json FindingsJson(const std::vector<Finding>& findings) {
+  ordered_json list = ordered_json::array();
+  for (const Finding& finding : findings) {
+    list.push_back(FindingJson(finding));
+  }
+  return list;
 }
 
 ordered_json ErrorJson(const Outcome& outcome) {
@@ -188,6 +217,7 @@ std::string ToJson(const Outcome& outcome) {
       {"ChiusuraRateInSospensione", outcome.chiusuraRateInSospensione},
       {"RiaperturaRateInSospensione", outcome.riaperturaRateInSospensione},
       {"IsInfragruppo", outcome.isInfragruppo},
+      {"findings", FindingsJson(outcome.findings)},
       {"recordSets", sets},
       {"error", ErrorJson(outcome)}};
   // The id goes out with its digits as they came in, which the library would not keep.
@@ -196,22 +226,11 @@ std::string ToJson(const Outcome& outcome) {
 }
 
 std::string ToBlock(const Outcome& outcome, const ReportStyle& style) {
-  const Verdict verdict = VerdictOf(outcome);
-  std::string name = outcome.place;
-  if (outcome.id.kind != JsonValue::Kind::Null) {
-    name = outcome.id.kind == JsonValue::Kind::Text ? outcome.id.text : ToText(outcome.id);
-  }
-  std::string answer = WordingOf(verdict).one.In(style.language);
-  if (outcome.result && std::holds_alternative<std::int32_t>(*outcome.result)) {
-    answer = std::to_string(std::get<std::int32_t>(*outcome.result));
-  }
-  std::string block = Painted(Shown(name), kBold, style) + "  " +
-                      (outcome.operation ? Shown(*outcome.operation) + ": " : "") +
-                      Painted(answer, WordingOf(verdict).colour, style) + '\n';
-  if (verdict == Verdict::Unchecked) {
-    block += Why(outcome, style);
-  }
-  return block + Findings(outcome, style);
+  return Heading(outcome, style) + Findings(outcome, style);
+}
+
+std::string ToExplanation(const Outcome& outcome, const ReportStyle& style) {
+  return Heading(outcome, style) + ExplainTree(outcome, style);
 }
 
 std::string ToSummary(const Tally& tally, Language language) {

@@ -7,10 +7,9 @@
 #include <string>
 
 #include "host/Runner.h"
+#include "host/Wording.h"
 
 namespace kal::host {
-
-enum class Language { Italian, English };
 
 // What an entry came to.
 enum class Verdict {
@@ -28,14 +27,12 @@ enum class Verdict {
 // One JSON object on one line, without the line end.
 [[nodiscard]] std::string ToJson(const Outcome& outcome);
 
-struct ReportStyle {
-  Language language = Language::Italian;
-  bool colours = false;
-};
-
 // A block for people: a line that names the entry, what was asked and the verdict, and a line for
 // each finding. Control characters of the texts are shown as "?".
 [[nodiscard]] std::string ToBlock(const Outcome& outcome, const ReportStyle& style);
+
+// A block with the decision as a tree in the place of its findings; for outcomes with steps.
+[[nodiscard]] std::string ToExplanation(const Outcome& outcome, const ReportStyle& style);
 
 // How often each verdict was given.
 using Tally = std::map<Verdict, std::size_t>;

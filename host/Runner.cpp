@@ -66,22 +66,54 @@ void ReadState(const KalCOGCheck& checker, Outcome& outcome) {
   outcome.isInfragruppo = checker.IsInfragruppo();
 }
 
-void RunEntry(company::Company& company, const Entry& entry, Outcome& outcome) {
-  std::vector<std::shared_ptr<MemoryRecordset>> sets;
+using Sets = std::vector<std::shared_ptr<MemoryRecordset>>;
+
+std::vector<ExplainRecorder::NamedSet> Named(const Entry& entry, const Sets& sets) {
+  std::vector<ExplainRecorder::NamedSet> named;
+  for (std::size_t i = 0; i < sets.size(); ++i) {
+    named.emplace_back(entry.sets[i].set->name, sets[i]);
+  }
+  return named;
+}
+
+// Runs the operation, watched as the detail asks.
+void RunOperation(KalCOGCheck& checker, const Entry& entry, ExplainRecorder* recorder,
+                  Outcome& outcome) {
+  checker.Observe(recorder);
+  Attempt(outcome, [&] { outcome.result = entry.operation->call(checker, entry.arguments); });
+  checker.Observe(nullptr);
+  if (recorder != nullptr) {
+    outcome.findings = recorder->TakeFindings();
+    outcome.steps = recorder->TakeSteps();
+  }
+}
+
+void RunEntry(company::Company& company, const Entry& entry, Detail detail, Outcome& outcome) {
+  Sets sets;
   for (const SuppliedSet& supplied : entry.sets) {
     sets.push_back(std::make_shared<MemoryRecordset>(supplied.rows, supplied.editMode));
   }
   Attempt(outcome, [&] {
     const company::Company::Reading books(company);
     const auto temporaryTable = MakeTemporaryTable(company, entry);
-    KalCOGCheck checker(company.Siblings());
+    const bool withSteps = detail == Detail::FindingsAndSteps;
+    std::optional<ExplainRecorder> recorder;
+    if (detail != Detail::None) {
+      recorder.emplace(Named(entry, sets), withSteps);
+    }
+    SiblingFactory* siblings = &company.Siblings();
+    std::optional<ObservedSiblings> observed;
+    if (withSteps) {
+      siblings = &observed.emplace(*siblings, *recorder);
+    }
+    KalCOGCheck checker(*siblings);
     for (std::size_t i = 0; i < sets.size(); ++i) {
       (checker.*entry.sets[i].set->assign)(sets[i]);
     }
     checker.IsParcella(entry.isParcella);
     checker.IsFromCard(entry.isFromCard);
     checker.TmpTableScadenze(entry.tmpTableScadenze);
-    Attempt(outcome, [&] { outcome.result = entry.operation->call(checker, entry.arguments); });
+    RunOperation(checker, entry, recorder ? &*recorder : nullptr, outcome);
     Attempt(outcome, [&] { ReadState(checker, outcome); });
   });
   for (std::size_t i = 0; i < sets.size(); ++i) {
@@ -91,7 +123,7 @@ void RunEntry(company::Company& company, const Entry& entry, Outcome& outcome) {
 
 }  // namespace
 
-Outcome CheckEntry(company::Company& company, const EntryText& text) {
+Outcome CheckEntry(company::Company& company, const EntryText& text, Detail detail) {
   Outcome outcome;
   outcome.place = text.place;
   if (!text.error.empty()) {
@@ -104,7 +136,7 @@ Outcome CheckEntry(company::Company& company, const EntryText& text) {
   outcome.inputError = std::move(reading.error);
   if (reading.entry) {
     outcome.isCheck = reading.entry->operation->isCheck;
-    RunEntry(company, *reading.entry, outcome);
+    RunEntry(company, *reading.entry, detail, outcome);
   }
   return outcome;
 }

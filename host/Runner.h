@@ -13,6 +13,7 @@
 
 #include "company/Company.h"
 #include "host/EntryFile.h"
+#include "host/ExplainRecorder.h"
 #include "host/JsonText.h"
 #include "host/Operations.h"
 #include "platform/Currency.h"
@@ -42,12 +43,18 @@ struct Outcome {
   bool chiusuraRateInSospensione = false;
   bool riaperturaRateInSospensione = false;
   std::string isInfragruppo = "False";
+  std::vector<Finding> findings;  // the messages of the result strings one by one, as told
+  std::vector<Step> steps;        // how the decision came about, where told
   std::vector<SetState> sets;
   std::string inputError;             // why the entry could not be read; "" when it could
   std::optional<RunTimeError> error;  // what the operation raised
 };
 
+// What an outcome tells besides the answer and the result strings.
+enum class Detail { None, Findings, FindingsAndSteps };
+
 // Never throws for what is wrong with the entry or the company: that is in the outcome.
-[[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text);
+[[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text,
+                                 Detail detail = Detail::Findings);
 
 }  // namespace kal::host

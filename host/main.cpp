@@ -15,6 +15,8 @@ int main(int argc, char** argv) {
   (void)std::signal(SIGPIPE, SIG_IGN);
   kal::host::StopBetweenAnswers();
   std::ios::sync_with_stdio(false);
+  // Reading must not flush standard output: workers write to it while entries are read.
+  (void)std::cin.tie(nullptr);
   const char* const noColor = std::getenv("NO_COLOR");
   const kal::host::Terminals terminals{.out = isatty(STDOUT_FILENO) != 0,
                                        .err = isatty(STDERR_FILENO) != 0,

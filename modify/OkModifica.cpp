@@ -13,7 +13,7 @@ namespace kal {
 
 bool KalCOGCheck::OkModifica() {
   // The tag has always been written in English.
-  return Trap("KalCOGCheck.OkModify", [&] {
+  return Trap({"KalCOGCheck.OkModify", "OkModifica"}, [&] {
     errString_.clear();
     warnString_.clear();
     if (GeneratoUnaltraRegistrazione()) {
@@ -35,7 +35,7 @@ bool KalCOGCheck::OkModifica() {
 }
 
 bool KalCOGCheck::OkCancella() {
-  return Trap("KalCOGCheck.OkDelete", [&] { return OkModifica(); });
+  return Trap({"KalCOGCheck.OkDelete", "OkCancella"}, [&] { return OkModifica(); });
 }
 
 // An integration of this entry points back to it and would be left behind.
@@ -69,14 +69,14 @@ void KalCOGCheck::TestFatturaElettronica() {
   if (trasmesso) {
     const std::string testo = TranslateText(siblings_, testi::kTrasmessoSdi);
     if (stato == 6 || stato == 7 || stato == 5) {
-      AppendLiteral(warnString_, testo);
+      AppendLiteral(warnString_, testi::kTrasmessoSdi, testo);
     } else if (Setting("BloccoInviatoSDI") == true) {
-      AppendLiteral(errString_, testo);
+      AppendLiteral(errString_, testi::kTrasmessoSdi, testo);
     } else {
-      AppendLiteral(warnString_, testo);
+      AppendLiteral(warnString_, testi::kTrasmessoSdi, testo);
     }
   } else if (stato == 1) {
-    AppendLiteral(warnString_, TranslateText(siblings_, testi::kXmlGenerato));
+    AppendLiteral(warnString_, testi::kXmlGenerato, TranslateText(siblings_, testi::kXmlGenerato));
   }
 }
 

@@ -14,7 +14,7 @@
 namespace kal {
 
 bool KalCOGCheck::ScadenzeInDistinta() {
-  return Trap("KalCOGCheck.OkModify", [&] {
+  return Trap({"KalCOGCheck.OkModify", "ScadenzeInDistinta"}, [&] {
     QueryBuilder query;
     query.Select("COGSCadenzeApertura.IdScadenza")
         .From("COGPrimeNoteRCont")

@@ -173,7 +173,8 @@ bool RowTable::WantsIndex(std::size_t column) const {
   return std::exchange(indexes_[column].asked, true);
 }
 
-class MemoryRecordset::CellField final : public Field {
+class MemoryRecordset::CellField final  // NOLINT(cppcoreguidelines-virtual-class-destructor)
+    : public Field {
  public:
   CellField(const MemoryRecordset& set, std::size_t column) : set_(&set), column_(column) {}
 
@@ -288,6 +289,10 @@ bool MemoryRecordset::Eof() { return position_ >= VisibleCount(); }
 
 std::size_t MemoryRecordset::Position() const {
   return position_ < VisibleCount() ? position_ + 1 : 0;
+}
+
+std::size_t MemoryRecordset::Row() const {
+  return position_ < VisibleCount() ? CurrentRow() + 1 : 0;
 }
 
 std::size_t MemoryRecordset::VisibleCount() const {

@@ -122,9 +122,12 @@ class MemoryRecordset final : public Recordset {
   // current row's place among the visible rows, counted from 1 (0 when no row is current).
   [[nodiscard]] const std::string& FilterText() const { return filterText_; }
   [[nodiscard]] std::size_t Position() const;
+  // The current row's place in the table, whatever the filter, counted from 1; 0 likewise.
+  [[nodiscard]] std::size_t Row() const;
 
  private:
-  class CellField;
+  class CellField;  // NOLINT(cppcoreguidelines-virtual-class-destructor): final, never owned as
+                    // Field
 
   [[nodiscard]] CellField& FieldAt(std::size_t column);
   [[nodiscard]] std::size_t VisibleCount() const;

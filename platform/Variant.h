@@ -98,6 +98,14 @@ class Variant {
   // NOLINTEND(google-explicit-constructor)
   Variant(const void*) = delete;  // no pointer is a boolean
 
+  // gcc 12 destroys a value that was never made when std::variant's own copy constructor runs out
+  // of memory; its assignment does not.
+  Variant(const Variant& other) : Variant() { value_ = other.value_; }
+  Variant(Variant&&) noexcept = default;
+  Variant& operator=(const Variant&) = default;
+  Variant& operator=(Variant&&) noexcept = default;
+  ~Variant() = default;
+
   [[nodiscard]] Type VarType() const { return static_cast<Type>(value_.index()); }
   [[nodiscard]] bool IsNull() const { return VarType() == Type::NullValue; }
   [[nodiscard]] bool IsEmpty() const { return VarType() == Type::Empty; }

@@ -248,9 +248,11 @@ void KalCOGCheck::TestSplitPayment() {
   if (clienteSplit == sezionaleSplit) {
     return;
   }
-  std::string testo(clienteSplit ? testi::kSezionaleNonSplit : testi::kClienteNonSplit);
+  const std::string_view letterale =
+      clienteSplit ? testi::kSezionaleNonSplit : testi::kClienteNonSplit;
+  std::string testo(letterale);
   testo += kCrLf;  // these two texts end their line themselves
-  AppendLiteral(warnString_, testo);
+  AppendLiteral(warnString_, letterale, testo);
 }
 
 // The VAT parameters of the year, and the period lock once they are there.

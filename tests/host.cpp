@@ -244,7 +244,7 @@ TEST(Report, WritesResultsForPrograms) {
       "\"WarnDuplicatoDocString\":\"\",\"WarnInfragruppoString\":\"\",\"ImportoPlafond\":\"0."
       "0000\","
       "\"ChiusuraRateInSospensione\":false,\"RiaperturaRateInSospensione\":false,"
-      "\"IsInfragruppo\":\"False\",";
+      "\"IsInfragruppo\":\"False\",\"findings\":[],";
   const struct {
     const char* entry;
     std::string result;

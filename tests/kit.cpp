@@ -312,17 +312,6 @@ std::string Checked::State(std::string_view set) const {
   return "Nothing";
 }
 
-void RunCases(const std::vector<Case>& cases) {
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.name);
-    const TestCompany file(row.sql);
-    company::Company company(file.Path().string());
-    CodedSiblings siblings(company.Siblings());
-    Checked checked(siblings, EntryText(row.kind, row.changes));
-    EXPECT_EQ(checked.Run(), row.expected);
-  }
-}
-
 std::vector<std::vector<std::string>> TableRows(std::string_view table) {
   static const std::regex kRowEnd(R"(\n(?! ))");
   static const std::regex kFieldEnd(R"(\s*\|\s*)");

@@ -98,17 +98,6 @@ struct Checked {
   std::vector<std::shared_ptr<MemoryRecordset>> sets;  // as entry.sets
 };
 
-struct Case {
-  const char* name;
-  const char* kind;
-  const char* changes;   // of the entry
-  const char* sql;       // run on the company
-  const char* expected;  // what Run shows
-};
-
-// Runs each case against a company of its own and compares.
-void RunCases(const std::vector<Case>& cases);
-
 // Cases as a text, one a row: "name | changes | expected", or "name | changes | sql | expected". An
 // indented row goes on with the one above. What is expected may end with the state that sets are
 // left in: "True @ C 1, S 2 where TipoRata = 0". A row in brackets names the kind of entry of those

@@ -1,0 +1,46 @@
+// Wording: words for people, in both languages, and how they stand on a terminal.
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kal::host {
+
+enum class Language { Italian, English };
+
+struct ReportStyle {
+  Language language = Language::Italian;
+  bool colours = false;
+};
+
+// The same words in both languages.
+struct Wording {
+  std::string_view italian;
+  std::string_view english;
+
+  [[nodiscard]] std::string In(Language language) const {
+    return std::string(language == Language::Italian ? italian : english);
+  }
+  [[nodiscard]] constexpr bool IsEmpty() const { return italian.empty(); }
+};
+
+inline constexpr std::string_view kRed = "\x1b[31m";
+inline constexpr std::string_view kGreen = "\x1b[32m";
+inline constexpr std::string_view kYellow = "\x1b[33m";
+inline constexpr std::string_view kBold = "\x1b[1m";
+
+// The text with its control characters as "?": one from outside must not steer the terminal.
+[[nodiscard]] std::string Shown(std::string_view text);
+
+// The text in that colour where the style has colours.
+[[nodiscard]] std::string Painted(const std::string& text, std::string_view colour,
+                                  const ReportStyle& style);
+
+// The text as lines of at most 100 characters, broken at blanks: the first indented by so many
+// blanks, those that go on by four more. Each ends with a line end. A word that is longer than a
+// line is cut.
+[[nodiscard]] std::string Wrapped(std::string_view text, std::size_t indent);
+
+}  // namespace kal::host
