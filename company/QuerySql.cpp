@@ -501,8 +501,10 @@ class Renderer {
 
   std::vector<std::string> Alternatives(const Condition& group) {
     std::vector<std::string> alternatives;
+    alternatives.reserve(group.alternatives.size());
     for (const auto& alternative : group.alternatives) {
       std::vector<std::string> parts;
+      parts.reserve(alternative.size());
       for (const Comparison& comparison : alternative) {
         parts.push_back(Compare(comparison.left, comparison.operation, comparison.value));
       }

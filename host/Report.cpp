@@ -142,7 +142,6 @@ ordered_json FindingJson(const Finding& finding) {
   return {{"kind", finding.string == ResultString::ErrString ? "error" : "warning"},
           {"string", kResultStringNames[static_cast<std::size_t>(finding.string)]},
           {"code", finding.code ? ordered_json(static_cast<std::int32_t>(*finding.code)) : nullptr},
-          {"name", finding.name},
           {"check", finding.path.back()},
           {"path", finding.path},
           {"parameters", std::move(parameters)},

@@ -128,6 +128,7 @@ double Currency::ToDouble() const {
   if (units_ >= -kExact && units_ <= kExact) {
     return static_cast<double>(units_) / kDivisor;
   }
+  // NOLINTNEXTLINE(bugprone-integer-division): the whole part, exactly
   return static_cast<double>(units_ / kUnit) + static_cast<double>(units_ % kUnit) / kDivisor;
 }
 

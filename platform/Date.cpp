@@ -21,7 +21,7 @@ constexpr int kSecondsOfDay = 86'400;
 // The day that a serial lies in. Truncation is right for negative serials too: their fraction
 // counts forward from midnight.
 year_month_day Calendar(double serial) {
-  return year_month_day(kDayZero + days(static_cast<int>(std::trunc(serial))));
+  return {kDayZero + days(static_cast<int>(std::trunc(serial)))};
 }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }

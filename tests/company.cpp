@@ -438,9 +438,8 @@ TEST_F(CompanyTest, LargeTablesAreSearchedByIndex) {
     };
     ASSERT_EQ(sqlite3_exec(writer_, sql.c_str(), collect, &plan, nullptr), SQLITE_OK) << sql;
     for (const SchemaTable& table : Tables()) {  // a walk over days scans those days alone
-      EXPECT_EQ(plan.find("SCAN " + std::string(table.name)), std::string::npos)
-          << row.name << "\n"
-          << plan;
+      EXPECT_EQ(plan.find("SCAN " + std::string(table.name)), std::string::npos) << row.name << "\n"
+                                                                                 << plan;
     }
     for (const char* part : row.plan) {
       EXPECT_NE(plan.find(part), std::string::npos) << row.name << ": " << part << "\n" << plan;

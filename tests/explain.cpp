@@ -286,7 +286,7 @@ TEST(Explain, FindingsSayWhereTheyWereMade) {
   } rows[] = {
       {"giroconto", "C2.CodConto=\"10\"",
        R"({"at":{"RsRCont":2},"check":"OkQuadratura","code":10520,"kind":"error",)"
-       R"("name":"ContoMancante","parameters":[2],"path":["OkAggiorna","OkQuadratura"],)"
+       R"("parameters":[2],"path":["OkAggiorna","OkQuadratura"],)"
        R"("string":"ErrString","text":"Riga 2: il conto manca o non è un conto di registrazione )"
        R"(del piano dei conti"})"},
       {"acquisto", "S2.ImportoAvereVB=\"60.9999\"", R"("at":{"RsRCont":1},"check":"QuadraScad)"},
@@ -296,10 +296,11 @@ TEST(Explain, FindingsSayWhereTheyWereMade) {
       {"acquisto", "T.TipoDocumento=4;S2.IdTipologiaPagamento=2;S1.TipoRata=1",
        R"("at":{"RsScadenze":2},"check":"OkAggiorna","code":10510)"},
       {"acquisto", "T.Protocollo=3", R"("parameters":["2024-01-14",12],"path":["OkAggiorna","Te)"},
-      {"vendita", "T.SezionaleIva=2", R"("code":null,"kind":"warning","name":"ClienteNonSplit")"},
+      {"vendita", "T.SezionaleIva=2",
+       R"("code":null,"kind":"warning","parameters":[],"path":["OkAggiorna"])"},
       {"vendita", "T.SezionaleIva=2", R"(la gestione abilitata\r\n"})"},
       {"acquisto", "operation=\"OkCancella\"",
-       R"("name":"ScadenzeInDistintaPresenti","parameters":[],"path":["OkCancella","OkModifica"])"},
+       R"("parameters":[],"path":["OkCancella","OkModifica"])"},
   };
   const TestCompany file(kBooks);
   company::Company company(file.Path().string());

@@ -294,7 +294,8 @@ TEST(Values, Comparisons) {
     EXPECT_EQ(operators(left, right), expected(order)) << "row " << i;
     EXPECT_EQ(operators(right, left), expected(reversed)) << "row " << i << " reversed";
   }
-  EXPECT_FALSE(Truth::Null || Not(Truth::Null)) << "a Null condition does not hold, nor its opposite";
+  EXPECT_FALSE(Truth::Null || Not(Truth::Null))
+      << "a Null condition does not hold, nor its opposite";
   EXPECT_TRUE(Identical(Null, Null) && Identical("a", "a") && Identical(Variant(), Variant()));
   EXPECT_FALSE(Identical(1, std::int16_t{1}) || Identical(Null, Variant()) || Identical("a", "A"));
 }
