@@ -29,7 +29,7 @@ struct Purchase {
   [[nodiscard]] std::string Json() const;
 };
 
-// Runs the save check; whether the answer was True.
-bool Check(SiblingFactory& siblings, const Purchase::Sets& sets);
+// Runs the save check, watched where an observer is given; whether the answer was True.
+bool Check(SiblingFactory& siblings, const Purchase::Sets& sets, Observer* observer = nullptr);
 
 }  // namespace kal::bench

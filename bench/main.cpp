@@ -22,6 +22,8 @@
 #include "bench/Floor.h"
 #include "bench/LargeCompany.h"
 #include "company/Company.h"
+#include "host/ExplainRecorder.h"
+#include "siblings/ObservedSiblings.h"
 
 namespace kal::bench {
 namespace {
@@ -162,6 +164,40 @@ void SmallPurchase() {
          "goal 1.15"});
 }
 
+// What being watched costs: for the findings alone, and for the whole decision.
+void ObservedPurchase() {
+  constexpr int kRounds = 2001;
+  const Purchase purchase{4, kNextProtocol, kLastDay};
+  Company company(Books().Path());
+  CheckOnce(company, purchase);
+  const auto plain = [&] { return CheckMicroseconds(company, purchase); };
+  const Pair findings = Interleaved(
+      kRounds,
+      [&] {
+        const Purchase::Sets sets = purchase.Fresh();
+        return Microseconds([&] {
+          const Company::Reading books(company);
+          host::ExplainRecorder recorder({}, false);
+          Check(company.Siblings(), sets, &recorder);
+        });
+      },
+      plain);
+  Print({"4-line purchase, findings observed: unobserved", findings.ours, findings.floor, ""});
+  const Pair steps = Interleaved(
+      kRounds,
+      [&] {
+        const Purchase::Sets sets = purchase.Fresh();
+        return Microseconds([&] {
+          const Company::Reading books(company);
+          host::ExplainRecorder recorder({}, true);
+          ObservedSiblings siblings(company.Siblings(), recorder);
+          Check(siblings, sets, &recorder);
+        });
+      },
+      plain);
+  Print({"4-line purchase, every step observed: unobserved", steps.ours, steps.floor, ""});
+}
+
 void LargePurchase() {
   constexpr int kLines = 10000;
   constexpr int kRounds = 31;
@@ -243,6 +279,7 @@ void ProtocolOrder(const std::string& name, int protocol, const std::string& dat
 void Table() {
   std::printf("\n%-52s %10s %10s %8s\n", "case", "ours (us)", "floor", "ratio");
   SmallPurchase();
+  ObservedPurchase();
   LargePurchase();
   Growth();
   ProtocolOrder("protocol order, appending: one point query", kNextProtocol, kLastDay,
