@@ -314,6 +314,21 @@ void SaveCheckAgain(benchmark::State& state) {
 }
 BENCHMARK(SaveCheckAgain)->Arg(4)->Arg(10000);
 
+// The same with the file changed in between: for a profiler that looks at the check alone.
+void SaveCheckAfterChange(benchmark::State& state) {
+  const Purchase purchase{static_cast<int>(state.range(0)), kNextProtocol, kLastDay};
+  const Purchase::Sets sets = purchase.Fresh();
+  Company company(Books().Path());
+  for (auto _ : state) {
+    state.PauseTiming();
+    ChangeFile();
+    state.ResumeTiming();
+    const Company::Reading books(company);
+    benchmark::DoNotOptimize(Check(company.Siblings(), sets));
+  }
+}
+BENCHMARK(SaveCheckAfterChange)->Arg(4);
+
 }  // namespace
 
 void BatchFirst() { Batch(Books().Path()); }

@@ -439,19 +439,15 @@ class Renderer {
     for (const Comparison& comparison : alternative) {
       parts.push_back(Compare(comparison.left, comparison.operation, comparison.value));
     }
-    std::string tables = TableSql(0);
-    if (alternative.size() == 2) {
-      const bool firstIsDay = Expression(alternative[0].left).type == DataType::Date;
-      const std::size_t day = firstIsDay ? 0 : 1;
-      if (IsRange(alternative[0]) && IsRange(alternative[1]) &&
-          Expression(alternative[day].left).type == DataType::Date) {
-        tables = WalkOverDays(alternative[day], parts[day], parts[1 - day], common) +
-                 " CROSS JOIN " + tables;
-        parts[day] = Expression(alternative[day].left).sql + " = days.day";
+    if (query_.IsOnlyFirst() && alternative.size() == 2 && IsRange(alternative[0]) &&
+        IsRange(alternative[1])) {
+      for (std::size_t day = 0; day < 2; ++day) {
+        if (Expression(alternative[day].left).type == DataType::Date) {
+          return DayByDay(alternative[day], parts[day], parts[1 - day], common);
+        }
       }
     }
-    return tables + " WHERE " + company::Join(common.all, " AND ", "1") + " AND " +
-           company::Join(parts, " AND ", "1");
+    return TableSql(0) + " WHERE " + AllOf(common.all) + " AND " + AllOf(parts);
   }
 
   static bool IsRange(const Comparison& comparison) {
@@ -459,22 +455,33 @@ class Renderer {
            comparison.operation != CompareWith::NotEqual;
   }
 
-  // With two ranges an index serves only one, and half a year may lie in it. But a year has few
-  // days: each is found with one step in the index, and in each the other range with another. There
-  // is no day to look at where the other range is empty, as it is for a new entry at the end.
-  std::string WalkOverDays(const Comparison& day, const std::string& inDays,
-                           const std::string& otherRange, const Common& common) {
+  // The first row in two ranges. An index serves only one of them, and half a year may lie in it.
+  // But a year has few days: each is found with one step in the index, and in each the other range
+  // with another. Where one of the ranges is empty, as for a new entry at the end, no day is looked
+  // at.
+  std::string DayByDay(const Comparison& day, const std::string& inDays,
+                       const std::string& otherRange, const Common& common) {
     const bool back =
         day.operation == CompareWith::Less || day.operation == CompareWith::LessOrEqual;
     const std::string column = Expression(day.left).sql;
-    const std::string rows =
-        " FROM " + TableSql(0) + " WHERE " + company::Join(common.equal, " AND ", "1") + " AND ";
+    const std::string rows = " FROM " + TableSql(0) + " WHERE " + AllOf(common.equal) + " AND ";
     const std::string next =
         std::string("SELECT ") + (back ? "max(" : "min(") + column + ")" + rows;
-    return "(WITH RECURSIVE days(day) AS (SELECT CASE WHEN EXISTS (SELECT 1" + rows + otherRange +
-           ") THEN (" + next + inDays + ") END UNION ALL SELECT (" + next + column +
-           (back ? " < " : " > ") + "days.day) FROM days WHERE day IS NOT NULL) " +
-           "SELECT day FROM days WHERE day IS NOT NULL) AS days";
+    const std::string days = "WITH RECURSIVE days(day) AS (" + next + inDays +
+                             " UNION ALL SELECT (" + next + column + (back ? " < " : " > ") +
+                             "days.day) FROM days WHERE day IS NOT NULL) ";
+    const std::string rowid = QuoteName(scope_.Tables()[0].alias) + ".rowid";
+    const std::string found = days + "SELECT " + rowid + " FROM days CROSS JOIN " + TableSql(0) +
+                              " WHERE " + AllOf(common.all) + " AND " + column +
+                              " = days.day AND " + otherRange;
+    // Neither AND nor a join keeps SQLite from starting on the days; CASE does.
+    return TableSql(0) + " WHERE " + rowid + " = CASE WHEN EXISTS (SELECT 1" + rows + otherRange +
+           ") THEN CASE WHEN EXISTS (SELECT 1" + rows + inDays + ") THEN (" + found +
+           " LIMIT 1) END END";
+  }
+
+  static std::string AllOf(const std::vector<std::string>& conditions) {
+    return company::Join(conditions, " AND ", "1");
   }
 
   std::string AllOf(const std::pmr::vector<Condition>& conditions) {
@@ -482,7 +489,7 @@ class Renderer {
     for (const Condition& condition : conditions) {
       parts.push_back(One(condition));
     }
-    return company::Join(parts, " AND ", "1");
+    return AllOf(parts);
   }
 
   std::string One(const Condition& condition) {
@@ -508,7 +515,7 @@ class Renderer {
       for (const Comparison& comparison : alternative) {
         parts.push_back(Compare(comparison.left, comparison.operation, comparison.value));
       }
-      alternatives.push_back("(" + company::Join(parts, " AND ", "1") + ")");
+      alternatives.push_back("(" + AllOf(parts) + ")");
     }
     return alternatives;
   }

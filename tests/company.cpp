@@ -167,8 +167,11 @@ const Build kSplitPayment = [](QueryBuilder& q) {
   q.On("Year(COGPrimeNoteTeste.DataRegistrazione)", "COGNumerazioniIva.Anno");
   q.WhereEqual("COGPrimeNoteTeste.IdPrimaNota", 1);
 };
-Build ProtocolOrder(std::int32_t protocol, Date day) {
+Build ProtocolOrder(std::int32_t protocol, Date day, bool onlyFirst) {
   return [=](QueryBuilder& q) {
+    if (onlyFirst) {
+      q.OnlyFirst();
+    }
     q.Select("Protocollo, DataRegistrazione, IdPrimaNota").From("COGPrimeNoteTeste");
     q.Where("IdPrimaNota", NotEqual, 5).WhereEqual("Year(DataRegistrazione)", "2024");
     q.WhereEqual("TipoRegIva", 1).WhereEqual("SezionaleIva", std::int16_t{1});
@@ -372,11 +375,15 @@ TEST_F(CompanyTest, AlternativesAgreeWithAPlainWalk) {
         }
       }
       std::multiset<std::int32_t> found;
-      const RecordsetRef set = Open(company, ProtocolOrder(protocol, day));
+      const RecordsetRef set = Open(company, ProtocolOrder(protocol, day, false));
       for (; !set->Eof(); set->MoveNext()) {
         found.insert(CLng(set->Fields("IdPrimaNota").Value()));
       }
       EXPECT_EQ(found, expected) << "protocol " << protocol << " on " << day.ToIso();
+      const RecordsetRef first = Open(company, ProtocolOrder(protocol, day, true));
+      EXPECT_EQ(first->RecordCount(), expected.empty() ? 0 : 1);
+      EXPECT_TRUE(first->Eof() || expected.contains(CLng(first->Fields("IdPrimaNota").Value())))
+          << "protocol " << protocol << " on " << day.ToIso();
     }
   }
 }
@@ -407,7 +414,7 @@ TEST_F(CompanyTest, LargeTablesAreSearchedByIndex) {
       {"received number", numberOf("IdAnagrafica"), {"(NumeroDocumento=? AND", "IdAnagrafica=?)"}},
       {"issued number", numberOf("SezionaleIva"), {"(NumeroDocumento=? AND", "SezionaleIva=?)"}},
       {"protocol order",
-       ProtocolOrder(7, Day("2024-03-15")),
+       ProtocolOrder(7, Day("2024-03-15"), true),
        {"<expr>=? AND TipoRegIva=? AND SezionaleIva=? AND Protocollo>?)",
         "<expr>=? AND TipoRegIva=? AND SezionaleIva=? AND DataRegistrazione>?)",
         "<expr>=? AND TipoRegIva=? AND SezionaleIva=? AND Protocollo=?)"}},
