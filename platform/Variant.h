@@ -19,11 +19,16 @@
 
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
-#include <variant>
 
 #include "platform/Currency.h"
 #include "platform/Date.h"
@@ -62,7 +67,6 @@ inline constexpr Truth Truth::Null{Truth::Raw{}, 2};
 
 class Variant {
  public:
-  // In the order of the alternatives of the value held.
   enum class Type : std::uint8_t {
     Empty,
     NullValue,
@@ -81,45 +85,113 @@ class Variant {
 
   Variant() = default;  // Empty
   // NOLINTBEGIN(google-explicit-constructor): a value stands for its variant, as in automation.
-  Variant(NullType) : value_(kal::Null) {}
-  Variant(bool value) : value_(value) {}
-  Variant(std::int8_t value) : value_(value) {}
-  Variant(std::int16_t value) : value_(value) {}
-  Variant(std::int32_t value) : value_(value) {}
-  Variant(std::int64_t value) : value_(value) {}
-  Variant(float value) : value_(value) {}
-  Variant(double value) : value_(value) {}
-  Variant(kal::Currency value) : value_(value) {}
-  Variant(kal::Decimal value) : value_(value) {}
-  Variant(kal::Date value) : value_(value) {}
-  Variant(std::string value) : value_(std::move(value)) {}
-  Variant(std::string_view value) : value_(std::string(value)) {}
-  Variant(const char* value) : value_(std::string(value)) {}
+  Variant(NullType /*null*/) : type_(Type::NullValue) {}
+  Variant(bool value) { Make(value); }
+  Variant(std::int8_t value) { Make(value); }
+  Variant(std::int16_t value) { Make(value); }
+  Variant(std::int32_t value) { Make(value); }
+  Variant(std::int64_t value) { Make(value); }
+  Variant(float value) { Make(value); }
+  Variant(double value) { Make(value); }
+  Variant(kal::Currency value) { Make(value); }
+  Variant(kal::Decimal value) { Make(value); }
+  Variant(kal::Date value) { Make(value); }
+  Variant(std::string value) { Make(std::move(value)); }
+  Variant(std::string_view value) : Variant(std::string(value)) {}
+  Variant(const char* value) : Variant(std::string(value)) {}
   // NOLINTEND(google-explicit-constructor)
   Variant(const void*) = delete;  // no pointer is a boolean
 
-  // gcc 12 destroys a value that was never made when std::variant's own copy constructor runs out
-  // of memory; its assignment does not.
-  Variant(const Variant& other) : Variant() { value_ = other.value_; }
-  Variant(Variant&&) noexcept = default;
-  Variant& operator=(const Variant&) = default;
-  Variant& operator=(Variant&&) noexcept = default;
-  ~Variant() = default;
+  Variant(const Variant& other) {
+    if (const auto* text = other.As<std::string>()) {
+      Make(*text);
+    } else {
+      CopyPlain(other);
+    }
+  }
+  Variant(Variant&& other) noexcept { MoveFrom(other); }
+  Variant& operator=(const Variant& other) { return *this = Variant(other); }
+  Variant& operator=(Variant&& other) noexcept {
+    if (this != &other) {
+      Clear();
+      MoveFrom(other);
+    }
+    return *this;
+  }
+  ~Variant() { Clear(); }
 
-  [[nodiscard]] Type VarType() const { return static_cast<Type>(value_.index()); }
-  [[nodiscard]] bool IsNull() const { return VarType() == Type::NullValue; }
-  [[nodiscard]] bool IsEmpty() const { return VarType() == Type::Empty; }
+  [[nodiscard]] Type VarType() const { return type_; }
+  [[nodiscard]] bool IsNull() const { return type_ == Type::NullValue; }
+  [[nodiscard]] bool IsEmpty() const { return type_ == Type::Empty; }
 
   // The value when it is held as exactly that C++ type, nullptr otherwise.
   template <class T>
   [[nodiscard]] const T* As() const {
-    return std::get_if<T>(&value_);
+    return type_ == TypeFor<T>() ? std::launder(reinterpret_cast<const T*>(bytes_)) : nullptr;
   }
 
  private:
-  std::variant<std::monostate, NullType, bool, std::int8_t, std::int16_t, std::int32_t,
-               std::int64_t, float, double, kal::Currency, kal::Decimal, kal::Date, std::string>
-      value_;
+  template <class T>
+  static consteval Type TypeFor() {
+    if constexpr (std::is_same_v<T, bool>) {
+      return Type::Boolean;
+    } else if constexpr (std::is_same_v<T, std::int8_t>) {
+      return Type::TinyInt;
+    } else if constexpr (std::is_same_v<T, std::int16_t>) {
+      return Type::SmallInt;
+    } else if constexpr (std::is_same_v<T, std::int32_t>) {
+      return Type::Integer;
+    } else if constexpr (std::is_same_v<T, std::int64_t>) {
+      return Type::BigInt;
+    } else if constexpr (std::is_same_v<T, float>) {
+      return Type::Single;
+    } else if constexpr (std::is_same_v<T, double>) {
+      return Type::Double;
+    } else if constexpr (std::is_same_v<T, kal::Currency>) {
+      return Type::Currency;
+    } else if constexpr (std::is_same_v<T, kal::Decimal>) {
+      return Type::Decimal;
+    } else if constexpr (std::is_same_v<T, kal::Date>) {
+      return Type::Date;
+    } else {
+      static_assert(std::is_same_v<T, std::string>, "a variant holds no such type");
+      return Type::Text;
+    }
+  }
+
+  // The variant must be Empty; it still is when there is no memory for a text.
+  template <class T>
+  void Make(T value) {
+    static_assert(std::is_same_v<T, std::string> ||
+                  (std::is_trivially_copyable_v<T> && sizeof(T) <= kPlainSize));
+    ::new (bytes_) T(std::move(value));
+    type_ = TypeFor<T>();
+  }
+  void CopyPlain(const Variant& other) {
+    std::memcpy(bytes_, other.bytes_, kPlainSize);
+    type_ = other.type_;
+  }
+  void MoveFrom(Variant& other) {
+    if (auto* text = const_cast<std::string*>(other.As<std::string>())) {
+      Make(std::move(*text));
+    } else {
+      CopyPlain(other);
+    }
+  }
+  void Clear() {
+    if (const auto* text = As<std::string>()) {
+      std::destroy_at(text);
+      type_ = Type::Empty;
+    }
+  }
+
+  // All values but texts are plain bytes: a cell of a record set is copied more often than
+  // anything else is done, and std::variant takes a jump by table for each copy.
+  static constexpr std::size_t kPlainSize = sizeof(kal::Decimal);
+
+  alignas(std::string) alignas(kal::Decimal) alignas(std::int64_t) alignas(
+      double) std::byte bytes_[std::max(kPlainSize, sizeof(std::string))] = {};
+  Type type_ = Type::Empty;
 };
 
 Truth operator==(const Variant& left, const Variant& right);
