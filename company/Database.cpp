@@ -139,6 +139,7 @@ std::shared_ptr<const RowTable> Database::Run(Selection& selection, const QueryB
     if (!rows) {
       rows = std::allocate_shared<RowTable>(PoolAllocator<RowTable>(pool_), selection.layout,
                                             pool_.get());
+      rows->Reserve(selection.rows);
     }
     int place = 0;
     for (Variant& cell : rows->AddRow()) {
@@ -146,6 +147,7 @@ std::shared_ptr<const RowTable> Database::Run(Selection& selection, const QueryB
       cell = use->Value(place++, column.type, column.source);
     }
   }
+  selection.rows = rows ? rows->RowCount() : 0;
   return rows ? std::move(rows) : selection.none;
 }
 

@@ -544,34 +544,43 @@ class Renderer {
 };
 
 template <class Number>
-void AppendByte(std::string& key, Number number) {
-  key += static_cast<char>(number);
+void AppendNumber(std::string& key, Number number) {
+  key.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-// With its length in front, so that no text can pass for two.
-void AppendText(std::string& key, std::string_view text) {
-  for (std::size_t size = text.size(), i = 0; i < sizeof(std::uint32_t); ++i, size >>= 8U) {
-    AppendByte(key, size & 0xFFU);
-  }
+// How much follows, and of which kind: no two texts can pass for one.
+void AppendHead(std::string& key, std::size_t size, std::uint8_t kind = 0) {
+  constexpr unsigned kKindBits = 8;
+  AppendNumber(key, static_cast<std::uint32_t>(size << kKindBits | kind));
+}
+
+void AppendText(std::string& key, std::string_view text, std::uint8_t kind = 0) {
+  AppendHead(key, text.size(), kind);
   key += text;
 }
 
+// What the SQL shows of a comparison, besides its left side.
+std::uint8_t KindOf(CompareWith operation, const Variant& value) {
+  constexpr unsigned kOperations = 8;
+  return static_cast<std::uint8_t>(static_cast<unsigned>(operation) +
+                                   (value.VarType() == Variant::Type::Boolean ? kOperations : 0));
+}
+
 void AppendConditions(std::string& key, const std::pmr::vector<Condition>& conditions) {
-  AppendByte(key, conditions.size());
-  const auto compare = [&key](std::string_view left, CompareWith operation, const Variant& value) {
-    AppendText(key, left);
-    AppendByte(key, operation);
-    AppendByte(key, value.VarType() == Variant::Type::Boolean);
-  };
+  AppendHead(key, conditions.size());
   for (const Condition& condition : conditions) {
-    AppendByte(key, condition.kind);
-    compare(condition.left, condition.operation, condition.value);
-    AppendText(key, condition.right);
-    AppendByte(key, condition.alternatives.size());
+    AppendNumber(key, condition.kind);
+    AppendText(key, condition.left, KindOf(condition.operation, condition.value));
+    if (condition.kind == Condition::Kind::Columns) {
+      AppendText(key, condition.right);
+    }
+    if (condition.kind == Condition::Kind::AnyOf) {
+      AppendHead(key, condition.alternatives.size());
+    }
     for (const auto& alternative : condition.alternatives) {
-      AppendByte(key, alternative.size());
+      AppendHead(key, alternative.size());
       for (const Comparison& comparison : alternative) {
-        compare(comparison.left, comparison.operation, comparison.value);
+        AppendText(key, comparison.left, KindOf(comparison.operation, comparison.value));
       }
     }
   }
@@ -599,45 +608,43 @@ RenderedQuery RenderQuery(const QueryBuilder& query, const ColumnsOfTable& table
 }
 
 void AppendValue(std::string& key, const Variant& value) {
-  const auto appendBytes = [&key](const auto& number) {
-    key.append(reinterpret_cast<const char*>(&number), sizeof number);
-  };
-  AppendByte(key, value.VarType());
+  AppendNumber(key, value.VarType());
   switch (value.VarType()) {
     case Variant::Type::Boolean:
-      appendBytes(*value.As<bool>());
-      break;
+      return AppendNumber(key, *value.As<bool>());
     case Variant::Type::SmallInt:
-      appendBytes(*value.As<std::int16_t>());
-      break;
+      return AppendNumber(key, *value.As<std::int16_t>());
     case Variant::Type::Integer:
-      appendBytes(*value.As<std::int32_t>());
-      break;
+      return AppendNumber(key, *value.As<std::int32_t>());
+    case Variant::Type::Single:
+      return AppendNumber(key, *value.As<float>());
+    case Variant::Type::Double:
+      return AppendNumber(key, *value.As<double>());
     case Variant::Type::Date:
-      appendBytes(value.As<Date>()->Serial());
-      break;
+      return AppendNumber(key, value.As<Date>()->Serial());
+    case Variant::Type::Text:
+      return AppendText(key, *value.As<std::string>());
     case Variant::Type::Empty:
     case Variant::Type::NullValue:
-      break;
-    default:  // rarely asked for
+      return;
+    default:  // rarely asked for, and exact as a text
       AppendText(key, CStr(value));
   }
 }
 
 void AppendShape(std::string& key, const QueryBuilder& query) {
-  AppendByte(key, query.Columns().size());
+  AppendHead(key, query.Columns().size(), query.IsOnlyFirst() ? 1 : 0);
   for (const std::string_view columns : query.Columns()) {
     AppendText(key, columns);
   }
   AppendText(key, query.Table());
-  AppendByte(key, query.Joins().size());
+  AppendHead(key, query.Joins().size());
   for (const QueryBuilder::Join& join : query.Joins()) {
-    AppendByte(key, join.kind);
+    AppendNumber(key, join.kind);
     AppendText(key, join.table);
     AppendConditions(key, join.on);
   }
   AppendConditions(key, query.Conditions());
-  AppendByte(key, query.IsOnlyFirst());
 }
 
 }  // namespace kal::company

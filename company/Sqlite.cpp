@@ -10,18 +10,18 @@ namespace {
 
 std::int32_t Number(RunTime error) { return static_cast<std::int32_t>(error); }
 
-// One stored value that is being read as a column's type.
+// One stored value that is being read as a column's type. SQLite allows a column's value to be
+// read directly because no other thread uses the connection.
 struct Cell {
-  sqlite3_stmt* row;
-  int column;
+  sqlite3_value* value;
   std::string_view source;
 
-  [[nodiscard]] int Storage() const { return sqlite3_column_type(row, column); }
-  [[nodiscard]] std::int64_t Whole() const { return sqlite3_column_int64(row, column); }
-  [[nodiscard]] double Real() const { return sqlite3_column_double(row, column); }
+  [[nodiscard]] int Storage() const { return sqlite3_value_type(value); }
+  [[nodiscard]] std::int64_t Whole() const { return sqlite3_value_int64(value); }
+  [[nodiscard]] double Real() const { return sqlite3_value_double(value); }
   [[nodiscard]] std::string_view Text() const {
-    const void* text = sqlite3_column_text(row, column);
-    const int size = sqlite3_column_bytes(row, column);
+    const void* text = sqlite3_value_text(value);
+    const int size = sqlite3_value_bytes(value);
     return text == nullptr
                ? std::string_view()
                : std::string_view(static_cast<const char*>(text), static_cast<std::size_t>(size));
@@ -234,7 +234,7 @@ std::string SqliteStatement::ColumnDeclaration(int column) const {
 }
 
 Variant SqliteStatement::Value(int column, DataType type, std::string_view source) const {
-  const Cell cell{handle_.get(), column, source};
+  const Cell cell{sqlite3_column_value(handle_.get(), column), source};
   if (cell.Storage() == SQLITE_NULL) {
     return Null;
   }

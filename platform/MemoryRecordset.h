@@ -61,6 +61,8 @@ class RowTable {
   RowTable& operator=(const RowTable&) = delete;
   ~RowTable();
 
+  // Makes room for so many rows in all.
+  void Reserve(std::size_t rows) { cells_.reserve(rows * Columns().size()); }
   // One value for each column, in their order. Raises 51 when there are more or fewer.
   void AddRow(std::vector<Variant> values);
   // A row of Empty cells to be filled in; valid until the next row is added.

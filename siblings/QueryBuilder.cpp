@@ -55,11 +55,10 @@ QueryBuilder& QueryBuilder::OnAnyOf(std::initializer_list<All> alternatives) {
 }
 
 QueryBuilder& QueryBuilder::Where(std::string_view left, CompareWith operation, Variant value) {
-  Condition condition;
+  Condition& condition = conditions_.emplace_back();
   condition.operation = operation;
   condition.left = Keep(left);
   condition.value = std::move(value);
-  conditions_.push_back(std::move(condition));
   return *this;
 }
 
