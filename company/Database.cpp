@@ -141,10 +141,10 @@ std::shared_ptr<const RowTable> Database::Run(Selection& selection, const QueryB
                                             pool_.get());
       rows->Reserve(selection.rows);
     }
-    int place = 0;
-    for (Variant& cell : rows->AddRow()) {
-      const ResultColumn& column = selection.columns[static_cast<std::size_t>(place)];
-      cell = use->Value(place++, column.type, column.source);
+    const RowTable::NewRow row = rows->AddRow();
+    for (std::size_t place = 0; place < selection.columns.size(); ++place) {
+      const ResultColumn& column = selection.columns[place];
+      row[place] = use->Value(static_cast<int>(place), column.type, column.source);
     }
   }
   selection.rows = rows ? rows->RowCount() : 0;

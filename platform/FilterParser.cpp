@@ -128,18 +128,21 @@ class Parser {
     node.operation = Operator();
     SkipBlanks();
     const std::size_t start = at_;
-    const Variant value = Constant();
+    Variant value = Constant();
     if (value.IsNull()) {
       NullTest(node);
       return node;
     }
-    std::optional<Variant> constant = FilterConstant(table_.Columns()[node.column].type, value);
-    if (!constant) {
+    const Variant* constant =
+        FilterConstant(table_.Columns()[node.column].type, value, node.constant);
+    if (constant == nullptr) {
       at_ = start;
       Refuse("the value is not of the kind of column " +
              Quoted(table_.Columns()[node.column].name));
     }
-    node.constant = *std::move(constant);
+    if (constant == &value) {
+      node.constant = std::move(value);
+    }
     return node;
   }
 

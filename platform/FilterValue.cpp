@@ -83,23 +83,26 @@ std::uint64_t Mixed(std::uint64_t bits) {
 
 }  // namespace
 
-std::optional<Variant> FilterConstant(DataType column, const Variant& value) {
+const Variant* FilterConstant(DataType column, const Variant& value, Variant& room) {
   const Kind kind = KindOf(value);
   const Kind wanted = KindOf(column);
   if (kind == Kind::None || (kind != wanted && wanted != Kind::Any)) {
-    return std::nullopt;
+    return nullptr;
   }
   if (column == DataType::Boolean) {
-    return CBool(value);
+    room = CBool(value);
+    return &room;
   }
   if (const auto* boolean = value.As<bool>()) {
-    return ZeroOrOne(*boolean);
+    room = ZeroOrOne(*boolean);
+    return &room;
   }
   // A constant must lose as many digits as the cells did, or 0.1 would be found in no such column.
   if (column == DataType::Single) {
-    return static_cast<float>(CDbl(value));
+    room = static_cast<float>(CDbl(value));
+    return &room;
   }
-  return value;
+  return &value;
 }
 
 std::partial_ordering CompareInFilter(const Variant& cell, const Variant& constant) {

@@ -8,7 +8,6 @@
 
 #include <compare>
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 #include "platform/Recordset.h"
@@ -17,8 +16,9 @@
 namespace kal {
 
 // The value as a constant to compare with cells of a column of that type, a boolean exactly for
-// boolean columns; nothing when it is of another kind, or Null or Empty.
-[[nodiscard]] std::optional<Variant> FilterConstant(DataType column, const Variant& value);
+// boolean columns: the value itself, or the room given where another had to be made of it. nullptr
+// when it is of another kind, or Null or Empty.
+[[nodiscard]] const Variant* FilterConstant(DataType column, const Variant& value, Variant& room);
 
 // The order of a cell and a constant from FilterConstant. Unordered, that is without any
 // comparison that holds, when the cell is Null or of another kind.

@@ -75,11 +75,12 @@ RowTable::Index::Index(const RowTable& table, std::size_t column)
     : slots(SlotsFor(table.rowCount_)) {
   constexpr std::uint32_t kNoGroup = std::numeric_limits<std::uint32_t>::max();
   std::vector<std::uint32_t> groupOf(table.rowCount_, kNoGroup);
+  Variant room;
   for (std::uint32_t row = 0; row < table.rowCount_; ++row) {
     // The constant that a filter would look for; cells that equal none, such as NaN, are left out.
     const Variant& cell = table.Cell(row, column);
-    const std::optional<Variant> value = FilterConstant(table.Columns()[column].type, cell);
-    if (!value || CompareInFilter(cell, *value) != 0) {
+    const Variant* value = FilterConstant(table.Columns()[column].type, cell, room);
+    if (value == nullptr || CompareInFilter(cell, *value) != 0) {
       continue;
     }
     std::uint32_t& slot = slots[FindSlot(table, column, *value)];
@@ -139,20 +140,39 @@ void RowTable::AddRow(std::vector<Variant> values) {
                                       " values for " + std::to_string(Columns().size()) +
                                       " columns");
   }
-  std::ranges::move(values, AddRow().begin());
+  const NewRow row = AddRow();
+  for (std::size_t column = 0; column < values.size(); ++column) {
+    row[column] = std::move(values[column]);
+  }
 }
 
-std::span<Variant> RowTable::AddRow() {
+RowTable::NewRow RowTable::AddRow() {
+  if (rowCount_ == capacity_) {
+    Reserve(rowCount_ == 0 ? 1 : rowCount_ * 2);
+  }
   indexes_.clear();
-  cells_.resize(cells_.size() + Columns().size());
-  ++rowCount_;
-  return std::span(cells_).last(Columns().size());
+  return {*this, rowCount_++};
+}
+
+void RowTable::Reserve(std::size_t rows) {
+  if (rows <= capacity_) {
+    return;
+  }
+  std::pmr::vector<Variant> roomier(rows * Columns().size(), cells_.get_allocator());
+  for (std::size_t column = 0; column < Columns().size(); ++column) {
+    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(column * capacity_);
+    std::move(first, first + static_cast<std::ptrdiff_t>(rowCount_),
+              roomier.begin() + static_cast<std::ptrdiff_t>(column * rows));
+  }
+  cells_.swap(roomier);
+  capacity_ = rows;
 }
 
 std::span<const std::uint32_t> RowTable::RowsWhereEqual(std::size_t column,
                                                         const Variant& key) const {
-  const std::optional<Variant> constant = FilterConstant(Columns()[column].type, key);
-  if (!constant) {
+  Variant room;
+  const Variant* constant = FilterConstant(Columns()[column].type, key, room);
+  if (constant == nullptr) {
     return {};
   }
   indexes_.resize(Columns().size());

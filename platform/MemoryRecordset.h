@@ -61,12 +61,27 @@ class RowTable {
   RowTable& operator=(const RowTable&) = delete;
   ~RowTable();
 
+  // A row that is being filled in, cell by cell; valid until the next row is added.
+  class NewRow {
+   public:
+    Variant& operator[](std::size_t column) const {
+      return table_.cells_[column * table_.capacity_ + row_];
+    }
+
+   private:
+    friend class RowTable;
+    NewRow(RowTable& table, std::size_t row) : table_(table), row_(row) {}
+
+    RowTable& table_;
+    std::size_t row_;
+  };
+
   // Makes room for so many rows in all.
-  void Reserve(std::size_t rows) { cells_.reserve(rows * Columns().size()); }
+  void Reserve(std::size_t rows);
   // One value for each column, in their order. Raises 51 when there are more or fewer.
   void AddRow(std::vector<Variant> values);
-  // A row of Empty cells to be filled in; valid until the next row is added.
-  [[nodiscard]] std::span<Variant> AddRow();
+  // A row of Empty cells.
+  NewRow AddRow();
 
   [[nodiscard]] const std::vector<Column>& Columns() const { return layout_->Columns(); }
   [[nodiscard]] std::size_t RowCount() const { return rowCount_; }
@@ -75,7 +90,7 @@ class RowTable {
     return layout_->Find(name);
   }
   [[nodiscard]] const Variant& Cell(std::size_t row, std::size_t column) const {
-    return cells_[row * Columns().size() + column];
+    return cells_[column * capacity_ + row];
   }
 
   // The rows, in order, whose cell in that column equals the value as filters compare: none for
@@ -90,7 +105,9 @@ class RowTable {
   struct Index;
 
   std::shared_ptr<const RowLayout> layout_;
-  std::pmr::vector<Variant> cells_;  // row by row
+  // Column by column, each with room for so many rows: a walk reads few columns of every row.
+  std::pmr::vector<Variant> cells_;
+  std::size_t capacity_ = 0;
   std::size_t rowCount_ = 0;
   // By column; no entries until an equality is asked for, and no index before the second one.
   struct Slot {

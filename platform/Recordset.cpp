@@ -4,11 +4,8 @@
 
 namespace kal {
 
-Recordset& RecordsetRef::operator*() const {
-  if (set_ == nullptr) {
-    Raise(RunTime::ObjectNotSet, "Object not set: the record set is Nothing");
-  }
-  return *set_;
+void RecordsetRef::RaiseNothing() {
+  Raise(RunTime::ObjectNotSet, "Object not set: the record set is Nothing");
 }
 
 }  // namespace kal

@@ -108,9 +108,17 @@ class RecordsetRef {
   [[nodiscard]] bool IsNothing() const { return set_ == nullptr; }
   explicit operator bool() const { return set_ != nullptr; }
   Recordset* operator->() const { return &**this; }
-  Recordset& operator*() const;  // raises 91
+  // Raises 91.
+  Recordset& operator*() const {
+    if (set_ == nullptr) {
+      RaiseNothing();
+    }
+    return *set_;
+  }
 
  private:
+  [[noreturn]] static void RaiseNothing();
+
   std::shared_ptr<Recordset> set_;
 };
 

@@ -33,9 +33,7 @@ const T& Held(const Variant& value) {
   return *held;
 }
 
-bool IsWhole(Type type) {
-  return type == Type::Empty || (type >= Type::Boolean && type <= Type::BigInt);
-}
+bool IsWhole(Type type) { return type <= Type::BigInt && type != Type::NullValue; }
 
 bool IsFloating(Type type) {
   return type == Type::Single || type == Type::Double || type == Type::Date;
@@ -206,26 +204,27 @@ bool EqualsWord(std::string_view text, std::string_view lowerWord) {
 std::partial_ordering CompareValues(const Variant& left, const Variant& right) {
   const Type leftType = left.VarType();
   const Type rightType = right.VarType();
-  if (leftType == Type::NullValue || rightType == Type::NullValue) {
-    return std::partial_ordering::unordered;
-  }
-  if (leftType == Type::Text || rightType == Type::Text) {
-    // Two Empties meet below; here an Empty stands beside a text.
-    return CompareTexts(left, right);
-  }
-  if (IsWhole(leftType) && IsWhole(rightType)) {
+  const bool leftIsWhole = IsWhole(leftType);
+  const bool rightIsWhole = IsWhole(rightType);
+  if (leftIsWhole && rightIsWhole) {
     return WholeOf(left) <=> WholeOf(right);
   }
-  if (IsFloating(leftType) || IsFloating(rightType)) {
-    return DoubleOf(left) <=> DoubleOf(right);
+  if (leftType == Type::Currency && rightIsWhole) {
+    return 0 <=> CompareWithAmount(WholeOf(right), Held<Currency>(left));
   }
   if (leftType == Type::Currency && rightType == Type::Currency) {
     return Held<Currency>(left) <=> Held<Currency>(right);
   }
-  if (leftType == Type::Currency && IsWhole(rightType)) {
-    return 0 <=> CompareWithAmount(WholeOf(right), Held<Currency>(left));
+  if (leftType == Type::NullValue || rightType == Type::NullValue) {
+    return std::partial_ordering::unordered;
   }
-  if (IsWhole(leftType) && rightType == Type::Currency) {
+  if (leftType == Type::Text || rightType == Type::Text) {
+    return CompareTexts(left, right);
+  }
+  if (IsFloating(leftType) || IsFloating(rightType)) {
+    return DoubleOf(left) <=> DoubleOf(right);
+  }
+  if (leftIsWhole && rightType == Type::Currency) {
     return CompareWithAmount(WholeOf(left), Held<Currency>(right));
   }
   return DecimalOfExact(left) <=> DecimalOfExact(right);

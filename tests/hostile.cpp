@@ -44,10 +44,9 @@ void SetCell(Checked& checked, std::string_view set, std::string_view field, con
       const auto rows = std::make_shared<RowTable>(supplied.rows->Columns());
       const auto column = static_cast<std::size_t>(supplied.rows->FindColumn(field));
       for (std::size_t row = 0; row < supplied.rows->RowCount(); ++row) {
-        std::ranges::copy(std::span(&supplied.rows->Cell(row, 0), supplied.rows->Columns().size()),
-                          rows->AddRow().begin());
-        if (row == 0) {
-          const_cast<Variant&>(rows->Cell(0, column)) = value;
+        const RowTable::NewRow copy = rows->AddRow();
+        for (std::size_t place = 0; place < rows->Columns().size(); ++place) {
+          copy[place] = row == 0 && place == column ? value : supplied.rows->Cell(row, place);
         }
       }
       supplied.rows = rows;
