@@ -623,7 +623,7 @@ void AppendValue(std::string& key, const Variant& value) {
     case Variant::Type::Date:
       return AppendNumber(key, value.As<Date>()->Serial());
     case Variant::Type::Text:
-      return AppendText(key, *value.As<std::string>());
+      return AppendText(key, *value.AsText());
     case Variant::Type::Empty:
     case Variant::Type::NullValue:
       return;

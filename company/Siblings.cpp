@@ -33,8 +33,8 @@ std::string TextOr(const Variant& value, std::string otherwise) {
 // The calendar day of a date as it is stored; nothing for "", Null and Empty.
 std::optional<std::string> StoredDay(const Variant& date) {
   constexpr std::size_t kIsoSize = 10;
-  const auto* text = date.As<std::string>();
-  if (date.IsNull() || date.IsEmpty() || (text != nullptr && text->empty())) {
+  const auto text = date.AsText();
+  if (date.IsNull() || date.IsEmpty() || (text && text->empty())) {
     return std::nullopt;
   }
   return CDate(date).ToIso().substr(0, kIsoSize);
@@ -96,7 +96,7 @@ bool FlagOfText(std::string_view text) {
   Raise(RunTime::TypeMismatch, "no boolean");
 }
 
-Variant SettingOfText(DataType type, const std::string& text) {
+Variant SettingOfText(DataType type, std::string_view text) {
   switch (type) {
     case DataType::Boolean:
       return FlagOfText(text);
@@ -118,8 +118,8 @@ class Settings final : public CompanySettings, public Pooled {
 
   Variant Setting(std::string_view name) override {
     Variant value = Lookup(database_, "STDParametriAzienda", "Valore", "Nome", name);
-    const auto* text = value.As<std::string>();
-    if (text == nullptr || text->empty()) {
+    const auto text = value.AsText();
+    if (!text || text->empty()) {
       return Null;
     }
     const auto* known = std::ranges::find(kSettingTypes, name, &SettingType::name);
@@ -130,7 +130,8 @@ class Settings final : public CompanySettings, public Pooled {
       return SettingOfText(known->type, *text);
     } catch (const RunTimeError& error) {
       company::RaiseDataError(error.Number(), "The setting " + std::string(name) +
-                                                  " can't have the value '" + *text + "'");
+                                                  " can't have the value '" + std::string(*text) +
+                                                  "'");
     }
   }
 

@@ -206,7 +206,7 @@ void SqliteStatement::Bind(int parameter, const Variant& value) {
     case Variant::Type::Date:
       return BindText(parameter, value.As<Date>()->ToIso(), true);
     case Variant::Type::Text:
-      return BindText(parameter, *value.As<std::string>(), false);
+      return BindText(parameter, *value.AsText(), false);
   }
 }
 

@@ -19,16 +19,17 @@ struct Argument<Variant> {
   static constexpr ArgumentKind kKind = ArgumentKind::Day;
   static const Variant& Take(const Variant& value) { return value; }
 };
+template <class Held>
+auto Require(Held held) {
+  if (!held) {
+    Raise(RunTime::TypeMismatch, "Type mismatch: an argument of another type");
+  }
+  return *held;
+}
 template <class T, ArgumentKind kind>
 struct HeldArgument {
   static constexpr ArgumentKind kKind = kind;
-  static const T& Take(const Variant& value) {
-    const T* const held = value.As<T>();
-    if (held == nullptr) {
-      Raise(RunTime::TypeMismatch, "Type mismatch: an argument of another type");
-    }
-    return *held;
-  }
+  static T Take(const Variant& value) { return Require(value.As<T>()); }
 };
 template <>
 struct Argument<bool> : HeldArgument<bool, ArgumentKind::Flag> {};
@@ -37,7 +38,10 @@ struct Argument<std::int16_t> : HeldArgument<std::int16_t, ArgumentKind::Short> 
 template <>
 struct Argument<std::int32_t> : HeldArgument<std::int32_t, ArgumentKind::Long> {};
 template <>
-struct Argument<std::string> : HeldArgument<std::string, ArgumentKind::Text> {};
+struct Argument<std::string> {
+  static constexpr ArgumentKind kKind = ArgumentKind::Text;
+  static std::string Take(const Variant& value) { return std::string(Require(value.AsText())); }
+};
 
 // An operation made from the member itself, so that the table can't disagree with the checker
 // about arguments.

@@ -316,9 +316,9 @@ bool FilterExpression::Holds(const Node& node, std::size_t row) const {
     }
     case Operation::StartsWith:
     case Operation::Contains: {
-      const auto* text = table_.Cell(row, node.column).As<std::string>();
-      const auto* pattern = node.constant.As<std::string>();
-      if (text == nullptr || pattern == nullptr) {
+      const auto text = table_.Cell(row, node.column).AsText();
+      const auto pattern = node.constant.AsText();
+      if (!text || !pattern) {
         return false;
       }
       return node.operation == Operation::StartsWith ? StartsWithFolded(*text, *pattern)

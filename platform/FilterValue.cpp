@@ -110,9 +110,9 @@ std::partial_ordering CompareInFilter(const Variant& cell, const Variant& consta
   if (kind != KindOf(constant)) {
     return std::partial_ordering::unordered;
   }
-  if (const auto* text = cell.As<std::string>()) {
-    const auto* other = constant.As<std::string>();
-    return other == nullptr ? std::partial_ordering::unordered : CompareFolded(*text, *other);
+  if (const auto text = cell.AsText()) {
+    const auto other = constant.AsText();
+    return !other ? std::partial_ordering::unordered : CompareFolded(*text, *other);
   }
   if (const auto* boolean = constant.As<bool>()) {
     return static_cast<int>(CBool(cell)) <=> static_cast<int>(*boolean);
@@ -124,7 +124,7 @@ std::partial_ordering CompareInFilter(const Variant& cell, const Variant& consta
 }
 
 std::uint64_t HashInFilter(const Variant& value) {
-  if (const auto* text = value.As<std::string>()) {
+  if (const auto text = value.AsText()) {
     std::uint64_t hash = 0xCBF29CE484222325U;
     for (std::size_t i = 0; i < text->size(); ++i) {
       hash = (hash ^ static_cast<unsigned char>(Folded(*text, i))) * 0x100000001B3U;

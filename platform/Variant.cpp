@@ -33,6 +33,8 @@ const T& Held(const Variant& value) {
   return *held;
 }
 
+std::string_view TextOf(const Variant& value) { return value.AsText().value_or(""); }
+
 bool IsWhole(Type type) { return type <= Type::BigInt && type != Type::NullValue; }
 
 bool IsFloating(Type type) {
@@ -102,12 +104,12 @@ std::partial_ordering CompareWithAmount(std::int64_t whole, Currency amount) {
 
 // At least one of the two is a text.
 std::partial_ordering CompareTexts(const Variant& left, const Variant& right) {
-  const auto* leftText = left.As<std::string>();
-  const auto* rightText = right.As<std::string>();
-  if (leftText != nullptr && rightText != nullptr) {
+  const auto leftText = left.AsText();
+  const auto rightText = right.AsText();
+  if (leftText && rightText) {
     return *leftText <=> *rightText;
   }
-  if (leftText != nullptr) {
+  if (leftText) {
     return right.IsEmpty() && leftText->empty() ? std::partial_ordering::equivalent
                                                 : std::partial_ordering::greater;
   }
@@ -117,8 +119,8 @@ std::partial_ordering CompareTexts(const Variant& left, const Variant& right) {
 
 // The value as error descriptions show it; not for Null.
 std::string Shown(const Variant& value) {
-  const auto* text = value.As<std::string>();
-  return text != nullptr ? Quoted(*text) : CStr(value);
+  const auto text = value.AsText();
+  return text ? Quoted(*text) : CStr(value);
 }
 
 [[noreturn]] void RaiseMismatch(const Variant& value, std::string_view wanted) {
@@ -139,8 +141,7 @@ void RefuseNull(const Variant& value, std::string_view wanted) {
 }
 
 NumberText NumberOf(const Variant& value) {
-  const std::optional<NumberText> number =
-      ReadNumber(Held<std::string>(value), NumberShape::Automation);
+  const std::optional<NumberText> number = ReadNumber(TextOf(value), NumberShape::Automation);
   if (!number) {
     RaiseMismatch(value, "number");
   }
@@ -325,7 +326,7 @@ Decimal CDec(const Variant& value) {
 
 bool CBool(const Variant& value) {
   RefuseNull(value, "boolean");
-  if (const auto* text = value.As<std::string>()) {
+  if (const auto text = value.AsText()) {
     if (EqualsWord(*text, "true") || EqualsWord(*text, "false")) {
       return text->size() == std::string_view("true").size();
     }
@@ -364,7 +365,7 @@ std::string CStr(const Variant& value) {
     case Type::Date:
       return Held<Date>(value).ToText();
     case Type::Text:
-      return Held<std::string>(value);
+      return std::string(TextOf(value));
     default:
       return std::to_string(WholeOf(value));
   }
@@ -375,7 +376,7 @@ Date CDate(const Variant& value) {
   if (const auto* held = value.As<Date>()) {
     return *held;
   }
-  if (const auto* text = value.As<std::string>()) {
+  if (const auto text = value.AsText()) {
     const std::optional<Date> date = Date::FromText(*text);
     if (!date) {
       RaiseMismatch(value, "date");
@@ -390,8 +391,8 @@ Date CDate(const Variant& value) {
 }
 
 bool IsDate(const Variant& value) {
-  const auto* text = value.As<std::string>();
-  return value.VarType() == Type::Date || (text != nullptr && Date::FromText(*text).has_value());
+  const auto text = value.AsText();
+  return value.VarType() == Type::Date || (text && Date::FromText(*text).has_value());
 }
 
 std::int16_t Year(const Variant& value) { return static_cast<std::int16_t>(CDate(value).Year()); }

@@ -25,6 +25,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -96,25 +97,30 @@ class Variant {
   Variant(kal::Currency value) { Make(value); }
   Variant(kal::Decimal value) { Make(value); }
   Variant(kal::Date value) { Make(value); }
-  Variant(std::string value) { Make(std::move(value)); }
-  Variant(std::string_view value) : Variant(std::string(value)) {}
-  Variant(const char* value) : Variant(std::string(value)) {}
+  Variant(std::string_view value) { MakeText(value); }
+  Variant(const std::string& value) : Variant(std::string_view(value)) {}
+  Variant(const char* value) : Variant(std::string_view(value)) {}
   // NOLINTEND(google-explicit-constructor)
   Variant(const void*) = delete;  // no pointer is a boolean
 
   Variant(const Variant& other) {
-    if (const auto* text = other.As<std::string>()) {
-      Make(*text);
+    if (other.IsOnHeap()) {
+      MakeText(other.TextHeld());
     } else {
-      CopyPlain(other);
+      CopyBytes(other);
     }
   }
-  Variant(Variant&& other) noexcept { MoveFrom(other); }
+  // What was moved from is Empty.
+  Variant(Variant&& other) noexcept {
+    CopyBytes(other);
+    other.type_ = Type::Empty;
+  }
   Variant& operator=(const Variant& other) { return *this = Variant(other); }
   Variant& operator=(Variant&& other) noexcept {
     if (this != &other) {
       Clear();
-      MoveFrom(other);
+      CopyBytes(other);
+      other.type_ = Type::Empty;
     }
     return *this;
   }
@@ -128,6 +134,10 @@ class Variant {
   template <class T>
   [[nodiscard]] const T* As() const {
     return type_ == TypeFor<T>() ? std::launder(reinterpret_cast<const T*>(bytes_)) : nullptr;
+  }
+  // The text when it is one; valid as long as the variant stays as and where it is.
+  [[nodiscard]] std::optional<std::string_view> AsText() const {
+    return type_ == Type::Text ? std::optional(TextHeld()) : std::nullopt;
   }
 
  private:
@@ -151,46 +161,66 @@ class Variant {
       return Type::Currency;
     } else if constexpr (std::is_same_v<T, kal::Decimal>) {
       return Type::Decimal;
-    } else if constexpr (std::is_same_v<T, kal::Date>) {
-      return Type::Date;
     } else {
-      static_assert(std::is_same_v<T, std::string>, "a variant holds no such type");
-      return Type::Text;
+      static_assert(std::is_same_v<T, kal::Date>, "a variant holds no such type");
+      return Type::Date;
     }
   }
 
-  // The variant must be Empty; it still is when there is no memory for a text.
+  struct HeapText {
+    char* text;
+    std::size_t size;
+  };
+
+  // A variant is three words and most copies are plain: cells of record sets are copied more often
+  // than anything else is done with them, and in large sets their size is what a walk waits for.
+  // The last byte of a text tells its size, or that it stands on the heap.
+  static constexpr std::size_t kSize = 23;
+  static constexpr std::size_t kLongestInside = kSize - 1;
+  static constexpr std::byte kOnHeap{0xFF};
+
   template <class T>
   void Make(T value) {
-    static_assert(std::is_same_v<T, std::string> ||
-                  (std::is_trivially_copyable_v<T> && sizeof(T) <= kPlainSize));
-    ::new (bytes_) T(std::move(value));
+    static_assert(std::is_trivially_copyable_v<T> && sizeof(T) < kSize);
+    ::new (bytes_) T(value);
     type_ = TypeFor<T>();
   }
-  void CopyPlain(const Variant& other) {
-    std::memcpy(bytes_, other.bytes_, kPlainSize);
+  // The variant must be Empty; it still is when there is no memory for the text.
+  void MakeText(std::string_view text) {
+    if (text.size() <= kLongestInside) {
+      std::copy_n(text.data(), text.size(), reinterpret_cast<char*>(bytes_));
+      bytes_[kLongestInside] = static_cast<std::byte>(text.size());
+    } else {
+      char* copy = std::allocator<char>().allocate(text.size());
+      std::copy_n(text.data(), text.size(), copy);
+      ::new (bytes_) HeapText{copy, text.size()};
+      bytes_[kLongestInside] = kOnHeap;
+    }
+    type_ = Type::Text;
+  }
+  [[nodiscard]] bool IsOnHeap() const {
+    return type_ == Type::Text && bytes_[kLongestInside] == kOnHeap;
+  }
+  [[nodiscard]] const HeapText& OnHeap() const {
+    return *std::launder(reinterpret_cast<const HeapText*>(bytes_));
+  }
+  [[nodiscard]] std::string_view TextHeld() const {
+    return bytes_[kLongestInside] == kOnHeap
+               ? std::string_view(OnHeap().text, OnHeap().size)
+               : std::string_view(reinterpret_cast<const char*>(bytes_),
+                                  static_cast<std::size_t>(bytes_[kLongestInside]));
+  }
+  void CopyBytes(const Variant& other) {
+    std::memcpy(bytes_, other.bytes_, kSize);
     type_ = other.type_;
   }
-  void MoveFrom(Variant& other) {
-    if (auto* text = const_cast<std::string*>(other.As<std::string>())) {
-      Make(std::move(*text));
-    } else {
-      CopyPlain(other);
-    }
-  }
   void Clear() {
-    if (const auto* text = As<std::string>()) {
-      std::destroy_at(text);
-      type_ = Type::Empty;
+    if (IsOnHeap()) {
+      std::allocator<char>().deallocate(OnHeap().text, OnHeap().size);
     }
   }
 
-  // All values but texts are plain bytes: a cell of a record set is copied more often than
-  // anything else is done, and std::variant takes a jump by table for each copy.
-  static constexpr std::size_t kPlainSize = sizeof(kal::Decimal);
-
-  alignas(std::string) alignas(kal::Decimal) alignas(std::int64_t) alignas(
-      double) std::byte bytes_[std::max(kPlainSize, sizeof(std::string))] = {};
+  alignas(std::int64_t) std::byte bytes_[kSize] = {};
   Type type_ = Type::Empty;
 };
 

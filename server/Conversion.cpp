@@ -146,7 +146,7 @@ ScopedVariant ToVariant(const Variant& value) {
       hold(VT_DATE, target.date, value.As<Date>()->Serial());
       break;
     case Variant::Type::Text:
-      hold(VT_BSTR, target.bstrVal, ToAutomation(*value.As<std::string>()));
+      hold(VT_BSTR, target.bstrVal, ToAutomation(*value.AsText()));
       break;
   }
   return result;
