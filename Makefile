@@ -8,7 +8,7 @@
 # make clean  removes what was built
 
 PACKAGES := g++ cmake ninja-build libsqlite3-dev nlohmann-json3-dev libcli11-dev libgtest-dev
-LINT_PACKAGES := clang-format clang-tidy
+LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev
 SOURCES = $(shell git ls-files '*.h' '*.cpp')
@@ -48,7 +48,7 @@ test-windows:
 
 lint: deps-lint
 	clang-format --dry-run --Werror $(SOURCES)
-	cmake --preset release -DBUILD_TESTING=ON
+	cmake --preset release -DBUILD_TESTING=ON -DKAL_BENCH=ON -DKAL_LOAD=ON
 	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 4 clang-tidy --quiet -p build/release
 
 fuzz: deps-fuzz

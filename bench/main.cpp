@@ -338,6 +338,7 @@ void BatchFirst() { Batch(Books().Path()); }
 // With arguments only the benchmarks run, as the arguments choose.
 int main(int argc, char** argv) {
   const bool withTable = argc == 1;
+  kal::company::SpareMemoryAccounts();  // as the host does
   benchmark::Initialize(&argc, argv);
   if (withTable) {
     // First: a program that this one starts is charged with the memory that this one holds.

@@ -114,6 +114,9 @@ void CreateCompany(const std::string& path, bool withSample) {
   draft.MoveTo(path);
 }
 
+// Too late or refused, the account is kept: that is slower, and nothing else.
+void SpareMemoryAccounts() { (void)sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
+
 Company::Company(const std::string& path, std::string_view language) {
   RequireLanguage(language);
   database_ = std::make_unique<Database>(path);

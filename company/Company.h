@@ -22,6 +22,10 @@ class Database;
 // Raises an error, and leaves what was there, when the file exists already.
 void CreateCompany(const std::string& path, bool withSample);
 
+// Spares SQLite its account of the memory that it holds, for which all threads wait on each other.
+// To be called, if at all, before anything else here and before other uses of SQLite.
+void SpareMemoryAccounts();
+
 class Company {
  public:
   // Opens the file; the language, "it" or "en", is that of the messages. Raises an error when the

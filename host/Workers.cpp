@@ -41,8 +41,11 @@ void Workers::Join() {
 
 bool Workers::Add(EntryText entry, std::uintmax_t bytesRead) {
   std::unique_lock lock(mutex_);
-  room_.wait(lock,
-             [this] { return stopped_ || added_ - delivered_ < kUnderWay * companies_.size(); });
+  const std::size_t most = kUnderWay * companies_.size();
+  if (added_ - delivered_ >= most) {
+    // Until half of them are gone: going on for each single one would cost more than it brings.
+    room_.wait(lock, [&] { return stopped_ || added_ - delivered_ <= most / 2; });
+  }
   if (stopped_) {
     return false;
   }
@@ -83,7 +86,9 @@ void Workers::Work(company::Company& company) {
     if (stopped_) {
       work_.notify_all();
     }
-    room_.notify_one();
+    if (stopped_ || added_ - delivered_ <= kUnderWay * companies_.size() / 2) {
+      room_.notify_one();
+    }
   }
 }
 

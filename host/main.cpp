@@ -7,6 +7,7 @@
 #include <exception>
 #include <iostream>
 
+#include "company/Company.h"
 #include "host/CommandLine.h"
 #include "host/Interrupt.h"
 
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
   // A reader that goes away shows as a failed write, and so as an exit status.
   (void)std::signal(SIGPIPE, SIG_IGN);
   kal::host::StopBetweenAnswers();
+  kal::company::SpareMemoryAccounts();
   std::ios::sync_with_stdio(false);
   // Reading must not flush standard output: workers write to it while entries are read.
   (void)std::cin.tie(nullptr);

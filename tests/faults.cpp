@@ -705,5 +705,25 @@ TEST_F(Faults, OfAllocationsOfANewCompany) {
   }
 }
 
+// What an entry costs once its company has answered one like it: the books are asked (duplicate
+// number, protocol order), everything else is known.
+TEST_F(Faults, AnEntryTakesFewQuestionsAndLittleMemory) {
+  constexpr std::int64_t kPlenty = 1'000'000;
+  const auto allocations = [&] {
+    Checked entry(company_.Siblings(), EntryText("acquisto", ""));
+    const company::Company::Reading books(company_);
+    const ScarceMemory plenty(kPlenty, true);
+    entry.entry.operation->call(entry.checker, entry.entry.arguments);
+    return kPlenty - allocationsLeft;
+  };
+  allocations();
+  const company::Company::Counters before = company_.Counted();
+  EXPECT_LE(allocations(), 50);
+  const company::Company::Counters after = company_.Counted();
+  EXPECT_EQ(after.queries - before.queries, 2);
+  EXPECT_EQ(after.prepared - before.prepared, 0);
+  EXPECT_EQ(after.transactions - before.transactions, 1);
+}
+
 }  // namespace
 }  // namespace kal::test

@@ -47,6 +47,30 @@ Currency Amount(std::string_view text) { return Currency::FromExactText(text).va
 Decimal Dec(std::string_view text) { return Decimal::FromText(text).value(); }
 Date Day(std::string_view iso) { return Date::FromIso(iso).value(); }
 
+// Texts on both sides of the size up to which they stand inside the variant.
+TEST(Values, KeepTextsOfAnySize) {
+  for (const std::size_t size : {0U, 1U, 21U, 22U, 23U, 24U, 255U, 256U, 100000U}) {
+    std::string text(size, 'x');
+    if (size > 1) {
+      text[size / 2] = '\0';
+      text.back() = '\xFF';
+    }
+    Variant value = text;
+    const Variant copy = value;
+    Variant& same = value;
+    value = same;
+    EXPECT_EQ(CStr(value), text);
+    Variant moved = std::move(value);
+    value = Variant("another text, which is longer than a variant");
+    EXPECT_TRUE(Identical(moved, copy)) << size;
+    moved = value;
+    EXPECT_EQ(CStr(moved), "another text, which is longer than a variant");
+    moved = Variant(1);
+    EXPECT_EQ(CStr(copy), text);
+    EXPECT_EQ(moved.AsText(), std::nullopt);
+  }
+}
+
 TEST(Values, Conversions) {
   struct Row {
     const char* target;
