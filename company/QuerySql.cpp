@@ -551,7 +551,7 @@ void AppendNumber(std::string& key, Number number) {
 // How much follows, and of which kind: no two texts can pass for one.
 void AppendHead(std::string& key, std::size_t size, std::uint8_t kind = 0) {
   constexpr unsigned kKindBits = 8;
-  AppendNumber(key, static_cast<std::uint32_t>(size << kKindBits | kind));
+  AppendNumber(key, std::uint64_t{size} << kKindBits | kind);
 }
 
 void AppendText(std::string& key, std::string_view text, std::uint8_t kind = 0) {
