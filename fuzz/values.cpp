@@ -31,7 +31,9 @@ void RoundTrips(fuzz::Input& input) {
   Require(Decimal::FromCurrency(amount).ToCurrency() == amount, "and its decimal");
   Require(CDec(CStr(amount)) == Decimal::FromCurrency(amount), "the decimal of its text too");
   const double number = input.Take<double>();
-  if (std::isfinite(number)) {
+  // The shown digits of the very largest numbers, rounded up, are no number any more.
+  constexpr double kLargestShown = 1.797693134862315e308;
+  if (std::abs(number) <= kLargestShown) {
     const double again = CDbl(CStr(number));
     Require(std::abs(again - number) <= std::abs(number) * 1e-14, "a number's text is near it");
     Require(CStr(again) == CStr(number), "and has the same text");
