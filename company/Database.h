@@ -73,8 +73,8 @@ class Database {
     std::shared_ptr<const RowLayout> layout;
     std::shared_ptr<const RowTable> none;  // what a selection without rows answers
     bool keepsAnswers = false;
-    std::size_t rows = 0;  // of the last answer: the next one has hardly more
-    bool ofTheFile = true;                            // reads tables of the company alone
+    std::size_t rows = 0;   // of the last answer: the next one has hardly more
+    bool ofTheFile = true;  // reads tables of the company alone
     ByText<std::shared_ptr<const RowTable>> answers;  // kept, by the values asked with
   };
 
