@@ -1,7 +1,5 @@
 #include "bench/LargeCompany.h"
 
-#include <sqlite3.h>
-
 #include <random>
 #include <stdexcept>
 
@@ -50,23 +48,50 @@ LargeCompany::LargeCompany()
     : path_(std::filesystem::temp_directory_path() /
             ("kalcogcheck-bench-" + std::to_string(std::random_device{}()) + ".db")) {
   company::CreateCompany(Path(), false);
+  Open();
+  // Nothing here has to outlive a power failure.
+  Execute("PRAGMA synchronous = OFF");
   Execute(Filling());
+  sqlite3_stmt* change = nullptr;
+  if (sqlite3_prepare_v2(
+          database_.get(),
+          "UPDATE STDParametriAzienda SET Valore = random() WHERE Nome = 'CodIvaBolli'", -1,
+          &change, nullptr) != SQLITE_OK) {
+    Fail();
+  }
+  change_.reset(change);
 }
 
 LargeCompany::~LargeCompany() {
+  change_.reset();
+  database_.reset();
   std::error_code ignored;
   std::filesystem::remove(path_, ignored);
 }
 
-void LargeCompany::Execute(const std::string& sql) const {
-  sqlite3* db = nullptr;
-  if (sqlite3_open(path_.c_str(), &db) != SQLITE_OK ||
-      sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-    const std::string why = sqlite3_errmsg(db);
-    sqlite3_close(db);
-    throw std::runtime_error(why);
+void LargeCompany::Change() {
+  const int result = sqlite3_step(change_.get());
+  sqlite3_reset(change_.get());
+  if (result != SQLITE_DONE) {
+    Fail();
   }
-  sqlite3_close(db);
 }
+
+void LargeCompany::Open() {
+  sqlite3* handle = nullptr;
+  const int result = sqlite3_open(path_.c_str(), &handle);
+  database_.reset(handle);
+  if (result != SQLITE_OK) {
+    Fail();
+  }
+}
+
+void LargeCompany::Execute(const std::string& sql) const {
+  if (sqlite3_exec(database_.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    Fail();
+  }
+}
+
+void LargeCompany::Fail() const { throw std::runtime_error(sqlite3_errmsg(database_.get())); }
 
 }  // namespace kal::bench

@@ -6,7 +6,10 @@
 
 #pragma once
 
+#include <sqlite3.h>
+
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace kal::bench {
@@ -23,10 +26,25 @@ class LargeCompany {
   ~LargeCompany();
 
   [[nodiscard]] std::string Path() const { return path_.string(); }
-  void Execute(const std::string& sql) const;
+  // Changes a setting, by a statement prepared before: what is measured next should find little
+  // more disturbed than the file's version.
+  void Change();
 
  private:
+  struct Close {
+    void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+  };
+  struct Finalize {
+    void operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
+  };
+
+  void Open();
+  void Execute(const std::string& sql) const;
+  [[noreturn]] void Fail() const;
+
   std::filesystem::path path_;
+  std::unique_ptr<sqlite3, Close> database_;
+  std::unique_ptr<sqlite3_stmt, Finalize> change_;
 };
 
 }  // namespace kal::bench

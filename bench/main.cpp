@@ -14,6 +14,7 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bench/Allocations.h"
@@ -92,9 +93,7 @@ std::vector<std::string> Recorded(Company& company, const Purchase& purchase) {
 }
 
 // What was kept of the file has to be read again.
-void ChangeFile() {
-  Books().Execute("UPDATE STDParametriAzienda SET Valore = random() WHERE Nome = 'CodIvaBolli'");
-}
+void ChangeFile() { Books().Change(); }
 
 struct Row {
   std::string name;
@@ -335,10 +334,15 @@ void BatchFirst() { Batch(Books().Path()); }
 
 }  // namespace kal::bench
 
-// With arguments only the benchmarks run, as the arguments choose.
+// Everything without arguments, the table alone with --table, the benchmarks alone as any other
+// arguments choose.
 int main(int argc, char** argv) {
-  const bool withTable = argc == 1;
   kal::company::SpareMemoryAccounts();  // as the host does
+  if (argc == 2 && std::string_view(argv[1]) == "--table") {
+    kal::bench::Table();
+    return 0;
+  }
+  const bool withTable = argc == 1;
   benchmark::Initialize(&argc, argv);
   if (withTable) {
     // First: a program that this one starts is charged with the memory that this one holds.

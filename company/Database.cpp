@@ -44,6 +44,18 @@ void BindValues(StatementUse& use, const QueryBuilder& query) {
   });
 }
 
+// Whether the statement's current row is that row.
+bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, const RowTable& table,
+           std::size_t row) {
+  for (std::size_t place = 0; place < columns.size(); ++place) {
+    const ResultColumn& column = columns[place];
+    if (!use->Holds(static_cast<int>(place), column.type, column.source, table.Cell(row, place))) {
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 Database::Selection::Selection(const Sqlite& connection, RenderedQuery rendered)
@@ -131,56 +143,73 @@ Database::Selection& Database::Select(const QueryBuilder& query) {
   return selections_.emplace(key_, std::move(selection)).first->second;
 }
 
-std::shared_ptr<const RowTable> Database::Run(Selection& selection, const QueryBuilder& query) {
+// The table given from before is the answer when it still is what the file says.
+std::shared_ptr<const RowTable> Database::Run(Selection& selection, const QueryBuilder& query,
+                                              std::shared_ptr<const RowTable> before) {
   StatementUse use(selection.statement);
   BindValues(use, query);
-  std::shared_ptr<RowTable> rows;
-  while (use->Step()) {
-    if (!rows) {
-      rows = std::allocate_shared<RowTable>(PoolAllocator<RowTable>(pool_), selection.layout,
-                                            pool_.get());
-      rows->Reserve(selection.rows);
-    }
-    const RowTable::NewRow row = rows->AddRow();
-    for (std::size_t place = 0; place < selection.columns.size(); ++place) {
+  bool another = use->Step();
+  std::size_t same = 0;
+  while (another && before != nullptr && same < before->RowCount() &&
+         IsRow(use, selection.columns, *before, same)) {
+    ++same;
+    another = use->Step();
+  }
+  if (!another && before != nullptr && same == before->RowCount()) {
+    return before;
+  }
+  if (!another && same == 0) {
+    return selection.none;
+  }
+  const auto rows =
+      std::allocate_shared<RowTable>(PoolAllocator<RowTable>(pool_), selection.layout, pool_.get());
+  rows->Reserve(selection.rows);
+  for (std::size_t row = 0; row < same; ++row) {
+    rows->AddRowOf([&](std::size_t place) { return before->Cell(row, place); });
+  }
+  for (; another; another = use->Step()) {
+    rows->AddRowOf([&](std::size_t place) {
       const ResultColumn& column = selection.columns[place];
-      row[place] = use->Value(static_cast<int>(place), column.type, column.source);
-    }
+      return use->Value(static_cast<int>(place), column.type, column.source);
+    });
   }
-  selection.rows = rows ? rows->RowCount() : 0;
-  return rows ? std::move(rows) : selection.none;
-}
-
-std::shared_ptr<const RowTable> Database::Answer(const QueryBuilder& query) {
-  Selection& selection = Select(query);
-  if (!selection.keepsAnswers) {
-    return Run(selection, query);
-  }
-  ForgetAnswersOfOlderFile();
-  key_.clear();
-  ForEachComparison(query, [this](std::string_view, CompareWith, const Variant& value) {
-    AppendValue(key_, value);
-  });
-  if (const auto kept = selection.answers.find(key_); kept != selection.answers.end()) {
-    return kept->second;
-  }
-  std::shared_ptr<const RowTable> rows = Run(selection, query);
-  keptRows_ += rows->RowCount() + 1;
-  selection.answers.emplace(key_, rows);
+  selection.rows = rows->RowCount();
   return rows;
 }
 
 // The version is asked for first: a change that comes after it is then seen the next time.
-void Database::ForgetAnswersOfOlderFile() {
-  const std::int64_t version = FileVersion();
-  if (version == versionOfAnswers_ && keptRows_ <= kKeptRows) {
-    return;
+std::shared_ptr<const RowTable> Database::Answer(const QueryBuilder& query) {
+  Selection& selection = Select(query);
+  if (!selection.keepsAnswers) {
+    return Run(selection, query, nullptr);
   }
+  const std::int64_t version = FileVersion();
+  if (keptRows_ > kKeptRows) {
+    ForgetAnswers();
+  }
+  key_.clear();
+  ForEachComparison(query, [this](std::string_view, CompareWith, const Variant& value) {
+    AppendValue(key_, value);
+  });
+  auto found = selection.answers.find(key_);
+  if (found == selection.answers.end()) {
+    found = selection.answers.emplace(key_, Kept()).first;
+    ++keptRows_;
+  }
+  Kept& kept = found->second;
+  if (kept.rows == nullptr || kept.version != version) {
+    std::shared_ptr<const RowTable> rows = Run(selection, query, kept.rows);
+    keptRows_ += rows->RowCount() - (kept.rows == nullptr ? 0 : kept.rows->RowCount());
+    kept = {std::move(rows), version};
+  }
+  return kept.rows;
+}
+
+void Database::ForgetAnswers() {
   for (auto& [shape, selection] : selections_) {
     selection.answers.clear();
   }
   keptRows_ = 0;
-  versionOfAnswers_ = version;
 }
 
 std::shared_ptr<MemoryRecordset> Database::Open(const QueryBuilder& query) {

@@ -1,10 +1,12 @@
 // Database: the connection of one company, and how selections are run on it.
 //
 // Statements are prepared once for each shape of selection and kept. So are the answers, decoded,
-// of the selections from tables that change rarely (settings, templates, accounts, VAT codes), for
-// as long as the file does not change: every entry asks them the same questions, and the table of
-// VAT codes, which is read whole, costs more than all other questions together. What the books
-// answer is never kept.
+// of the selections from tables that change rarely (settings, templates, accounts, VAT codes):
+// every entry asks them the same questions, and the table of VAT codes, which is read whole, costs
+// more than all other questions together. They hold as long as the file does not change. Then
+// each is asked for again, and what was kept stays where the file still says the same: most
+// changes are entries, and comparing costs less than decoding anew. What the books answer is never
+// kept.
 
 #pragma once
 
@@ -64,6 +66,12 @@ class Database {
   template <class Value>
   using ByText = std::unordered_map<std::string, Value, Hash, std::equal_to<>>;
 
+  // An answer, and the version of the file that gave it.
+  struct Kept {
+    std::shared_ptr<const RowTable> rows;  // nothing before the first answer
+    std::int64_t version = 0;
+  };
+
   // A selection, ready to run.
   struct Selection {
     Selection(const Sqlite& connection, RenderedQuery rendered);
@@ -75,7 +83,7 @@ class Database {
     bool keepsAnswers = false;
     std::size_t rows = 0;   // of the last answer: the next one has hardly more
     bool ofTheFile = true;  // reads tables of the company alone
-    ByText<std::shared_ptr<const RowTable>> answers;  // kept, by the values asked with
+    ByText<Kept> answers;   // by the values asked with
   };
 
   void RequireCompany();
@@ -84,9 +92,9 @@ class Database {
   [[nodiscard]] Selection& Select(const QueryBuilder& query);
   [[nodiscard]] std::vector<TableColumn> ColumnsOf(std::string_view table);
   [[nodiscard]] std::shared_ptr<const RowTable> Answer(const QueryBuilder& query);
-  [[nodiscard]] std::shared_ptr<const RowTable> Run(Selection& selection,
-                                                    const QueryBuilder& query);
-  void ForgetAnswersOfOlderFile();
+  [[nodiscard]] std::shared_ptr<const RowTable> Run(Selection& selection, const QueryBuilder& query,
+                                                    std::shared_ptr<const RowTable> before);
+  void ForgetAnswers();
   void FillTemporaryTable(const std::string& name, const RowTable& rows);
   void ForgetTemporarySelections();
 
@@ -95,7 +103,6 @@ class Database {
   ByText<Selection> selections_;
   ByText<SqliteStatement> prepared_;
   std::optional<std::int64_t> versionOfReading_;
-  std::int64_t versionOfAnswers_ = 0;
   std::size_t keptRows_ = 0;
   std::string key_;  // of what is being looked up; kept for its memory
 };

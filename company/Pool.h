@@ -6,7 +6,9 @@
 
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <memory>
 #include <memory_resource>
@@ -15,9 +17,9 @@
 
 namespace kal::company {
 
-// Blocks of 16, 32, 64 … 4096 bytes, kept for the next one of their size; what is larger comes from
-// the heap and goes back there. It needs no memory of its own, so running out of memory leaves it
-// as it was; the standard library's own pool may crash then.
+// Blocks of 16, 32, 64 … 65,536 bytes, kept for the next one of their size; what is larger comes
+// from the heap and goes back there. It needs no memory of its own, so running out of memory leaves
+// it as it was; the standard library's own pool may crash then.
 class Pool final : public std::pmr::memory_resource {
  public:
   Pool() = default;
@@ -38,15 +40,12 @@ class Pool final : public std::pmr::memory_resource {
   };
 
   static constexpr std::size_t kSmallest = 16;
-  static constexpr std::size_t kSizes = 9;
+  static constexpr std::size_t kSizes = 13;
 
   // The place of the list for blocks of that many bytes; kSizes when they are not kept.
   static std::size_t SizeOf(std::size_t bytes, std::size_t alignment) {
-    std::size_t size = 0;
-    while (size < kSizes && kSmallest << size < bytes) {
-      ++size;
-    }
-    return alignment > alignof(std::max_align_t) ? kSizes : size;
+    const auto size = static_cast<std::size_t>(std::bit_width((bytes - 1) / kSmallest));
+    return bytes == 0 || alignment > alignof(std::max_align_t) ? kSizes : std::min(size, kSizes);
   }
 
   void* Take(std::size_t size) {

@@ -1,5 +1,6 @@
 #include "company/Sqlite.h"
 
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -15,8 +16,8 @@ std::int32_t Number(RunTime error) { return static_cast<std::int32_t>(error); }
 struct Cell {
   sqlite3_value* value;
   std::string_view source;
+  int storage = sqlite3_value_type(value);
 
-  [[nodiscard]] int Storage() const { return sqlite3_value_type(value); }
   [[nodiscard]] std::int64_t Whole() const { return sqlite3_value_int64(value); }
   [[nodiscard]] double Real() const { return sqlite3_value_double(value); }
   [[nodiscard]] std::string_view Text() const {
@@ -36,12 +37,12 @@ struct Cell {
 template <class T>
 Variant ReadInteger(const Cell& cell) {
   std::int64_t whole = cell.Whole();
-  if (cell.Storage() == SQLITE_FLOAT) {
+  if (cell.storage == SQLITE_FLOAT) {
     // SQLite cuts a fraction off and stops at its own range; neither may pass unseen.
     if (std::trunc(cell.Real()) != cell.Real()) {
       cell.Refuse(RunTime::TypeMismatch, "no whole number");
     }
-  } else if (cell.Storage() != SQLITE_INTEGER) {
+  } else if (cell.storage != SQLITE_INTEGER) {
     cell.Refuse(RunTime::TypeMismatch, "no number");
   }
   if (whole < std::numeric_limits<T>::min() || whole > std::numeric_limits<T>::max()) {
@@ -51,7 +52,7 @@ Variant ReadInteger(const Cell& cell) {
 }
 
 Variant ReadDouble(const Cell& cell) {
-  if (cell.Storage() != SQLITE_FLOAT && cell.Storage() != SQLITE_INTEGER) {
+  if (cell.storage != SQLITE_FLOAT && cell.storage != SQLITE_INTEGER) {
     cell.Refuse(RunTime::TypeMismatch, "no number");
   }
   return cell.Real();
@@ -72,15 +73,15 @@ Variant ReadAmountText(const Cell& cell) {
 }
 
 Variant ReadAmount(const Cell& cell) {
-  if (cell.Storage() == SQLITE_TEXT) {
+  if (cell.storage == SQLITE_TEXT) {
     return ReadAmountText(cell);
   }
-  if (cell.Storage() == SQLITE_BLOB) {
+  if (cell.storage == SQLITE_BLOB) {
     cell.Refuse(RunTime::TypeMismatch, "no amount");
   }
   try {
-    return cell.Storage() == SQLITE_INTEGER ? Currency::FromInteger(cell.Whole())
-                                            : Currency::FromDouble(cell.Real());
+    return cell.storage == SQLITE_INTEGER ? Currency::FromInteger(cell.Whole())
+                                          : Currency::FromDouble(cell.Real());
   } catch (const RunTimeError&) {
     cell.Refuse(RunTime::Overflow, "out of range");
   }
@@ -89,7 +90,7 @@ Variant ReadAmount(const Cell& cell) {
 Variant ReadDate(const Cell& cell) {
   constexpr std::size_t kIsoSize = 10;
   constexpr std::string_view kExpected = "no date yyyy-mm-dd";
-  if (cell.Storage() != SQLITE_TEXT) {
+  if (cell.storage != SQLITE_TEXT) {
     cell.Refuse(RunTime::TypeMismatch, kExpected);
   }
   const std::string_view text = cell.Text();
@@ -104,17 +105,31 @@ Variant ReadDate(const Cell& cell) {
 }
 
 Variant ReadBoolean(const Cell& cell) {
-  if (cell.Storage() != SQLITE_INTEGER || cell.Whole() < -1 || cell.Whole() > 1) {
+  if (cell.storage != SQLITE_INTEGER || cell.Whole() < -1 || cell.Whole() > 1) {
     cell.Refuse(RunTime::TypeMismatch, "neither 0 nor 1");
   }
   return cell.Whole() != 0;
 }
 
 Variant ReadText(const Cell& cell) {
-  if (cell.Storage() == SQLITE_BLOB) {
+  if (cell.storage == SQLITE_BLOB) {
     cell.Refuse(RunTime::TypeMismatch, "no text");
   }
   return cell.Text();
+}
+
+// Whether the value is what a column stores as that number.
+bool IsWhole(const Variant& value, std::int64_t number) {
+  switch (value.VarType()) {
+    case Variant::Type::SmallInt:
+      return *value.As<std::int16_t>() == number;
+    case Variant::Type::Integer:
+      return *value.As<std::int32_t>() == number;
+    case Variant::Type::Boolean:
+      return (*value.As<bool>() ? 1 : 0) == number;
+    default:
+      return false;
+  }
 }
 
 }  // namespace
@@ -233,9 +248,39 @@ std::string SqliteStatement::ColumnDeclaration(int column) const {
   return declaration == nullptr ? std::string() : std::string(declaration);
 }
 
+bool SqliteStatement::Holds(int column, DataType type, std::string_view source,
+                            const Variant& value) const {
+  // Most values are known again as they are stored.
+  const Cell cell{.value = sqlite3_column_value(handle_.get(), column), .source = source};
+  switch (cell.storage) {
+    case SQLITE_NULL:
+      return value.IsNull();
+    case SQLITE_INTEGER:
+      if (IsWhole(value, cell.Whole())) {
+        return true;
+      }
+      break;
+    case SQLITE_FLOAT:
+      if (const auto* real = value.As<double>();
+          real != nullptr &&
+          std::bit_cast<std::uint64_t>(*real) == std::bit_cast<std::uint64_t>(cell.Real())) {
+        return true;
+      }
+      break;
+    case SQLITE_TEXT:
+      if (const auto text = value.AsText(); text && *text == cell.Text()) {
+        return true;
+      }
+      break;
+    default:
+      break;
+  }
+  return Identical(Value(column, type, source), value);
+}
+
 Variant SqliteStatement::Value(int column, DataType type, std::string_view source) const {
-  const Cell cell{sqlite3_column_value(handle_.get(), column), source};
-  if (cell.Storage() == SQLITE_NULL) {
+  const Cell cell{.value = sqlite3_column_value(handle_.get(), column), .source = source};
+  if (cell.storage == SQLITE_NULL) {
     return Null;
   }
   switch (type) {

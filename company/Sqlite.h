@@ -73,6 +73,9 @@ class SqliteStatement {
   // The value in the current row as that type, in whatever way it is stored. Raises 13 when it is
   // of another kind and 6 when it is out of the type's range; the source says whose value it is.
   [[nodiscard]] Variant Value(int column, DataType type, std::string_view source) const;
+  // Whether Value would return exactly that value, with its errors.
+  [[nodiscard]] bool Holds(int column, DataType type, std::string_view source,
+                           const Variant& value) const;
   void CountRun() const { ++connection_->Counted().queries; }
   [[nodiscard]] std::int64_t Number(int column) const {
     return sqlite3_column_int64(handle_.get(), column);

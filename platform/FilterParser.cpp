@@ -280,7 +280,7 @@ class Parser {
     if (std::any_of(pattern.begin(), pattern.end(), IsWildcard)) {
       Refuse("like takes * and % only as the last, or the first and last, character");
     }
-    node.constant = std::move(pattern);
+    node.constant = pattern;
   }
 
   const RowTable& table_;

@@ -130,9 +130,9 @@ RowTable::RowTable(std::vector<Column> columns)
     : RowTable(std::make_shared<RowLayout>(std::move(columns))) {}
 
 RowTable::RowTable(std::shared_ptr<const RowLayout> layout, std::pmr::memory_resource* memory)
-    : layout_(std::move(layout)), cells_(memory) {}
+    : layout_(std::move(layout)), memory_(memory) {}
 
-RowTable::~RowTable() = default;
+RowTable::~RowTable() { ReleaseCells(); }
 
 void RowTable::AddRow(std::vector<Variant> values) {
   if (values.size() != Columns().size()) {
@@ -140,32 +140,35 @@ void RowTable::AddRow(std::vector<Variant> values) {
                                       " values for " + std::to_string(Columns().size()) +
                                       " columns");
   }
-  const NewRow row = AddRow();
-  for (std::size_t column = 0; column < values.size(); ++column) {
-    row[column] = std::move(values[column]);
-  }
-}
-
-RowTable::NewRow RowTable::AddRow() {
-  if (rowCount_ == capacity_) {
-    Reserve(rowCount_ == 0 ? 1 : rowCount_ * 2);
-  }
-  indexes_.clear();
-  return {*this, rowCount_++};
+  AddRowOf([&](std::size_t column) { return std::move(values[column]); });
 }
 
 void RowTable::Reserve(std::size_t rows) {
   if (rows <= capacity_) {
     return;
   }
-  std::pmr::vector<Variant> roomier(rows * Columns().size(), cells_.get_allocator());
-  for (std::size_t column = 0; column < Columns().size(); ++column) {
-    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(column * capacity_);
-    std::move(first, first + static_cast<std::ptrdiff_t>(rowCount_),
-              roomier.begin() + static_cast<std::ptrdiff_t>(column * rows));
+  Variant* const roomier = memory_.allocate(rows * Columns().size());
+  for (std::size_t column = 0; column < Columns().size() && rowCount_ > 0; ++column) {
+    std::uninitialized_move_n(Place(0, column), rowCount_, roomier + column * rows);
   }
-  cells_.swap(roomier);
+  ReleaseCells();
+  cells_ = roomier;
   capacity_ = rows;
+}
+
+void RowTable::CountNewRow() noexcept {
+  indexes_.clear();
+  ++rowCount_;
+}
+
+void RowTable::ReleaseCells() noexcept {
+  if (cells_ == nullptr) {
+    return;
+  }
+  for (std::size_t column = 0; column < Columns().size(); ++column) {
+    std::destroy_n(Place(0, column), rowCount_);
+  }
+  memory_.deallocate(cells_, capacity_ * Columns().size());
 }
 
 std::span<const std::uint32_t> RowTable::RowsWhereEqual(std::size_t column,

@@ -23,6 +23,7 @@
 #include <cstdint>
 #include <memory>
 #include <memory_resource>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -61,27 +62,14 @@ class RowTable {
   RowTable& operator=(const RowTable&) = delete;
   ~RowTable();
 
-  // A row that is being filled in, cell by cell; valid until the next row is added.
-  class NewRow {
-   public:
-    Variant& operator[](std::size_t column) const {
-      return table_.cells_[column * table_.capacity_ + row_];
-    }
-
-   private:
-    friend class RowTable;
-    NewRow(RowTable& table, std::size_t row) : table_(table), row_(row) {}
-
-    RowTable& table_;
-    std::size_t row_;
-  };
-
   // Makes room for so many rows in all.
   void Reserve(std::size_t rows);
   // One value for each column, in their order. Raises 51 when there are more or fewer.
   void AddRow(std::vector<Variant> values);
-  // A row of Empty cells.
-  NewRow AddRow();
+  // A row whose cells are made where they stand, one for each column, in their order:
+  // makeCell(column) returns the value. There is no new row when it throws.
+  template <class MakeCell>
+  void AddRowOf(MakeCell makeCell);
 
   [[nodiscard]] const std::vector<Column>& Columns() const { return layout_->Columns(); }
   [[nodiscard]] std::size_t RowCount() const { return rowCount_; }
@@ -90,7 +78,7 @@ class RowTable {
     return layout_->Find(name);
   }
   [[nodiscard]] const Variant& Cell(std::size_t row, std::size_t column) const {
-    return cells_[column * capacity_ + row];
+    return *Place(row, column);
   }
 
   // The rows, in order, whose cell in that column equals the value as filters compare: none for
@@ -104,9 +92,17 @@ class RowTable {
  private:
   struct Index;
 
+  [[nodiscard]] Variant* Place(std::size_t row, std::size_t column) const {
+    return cells_ + column * capacity_ + row;
+  }
+  void CountNewRow() noexcept;
+  void ReleaseCells() noexcept;
+
   std::shared_ptr<const RowLayout> layout_;
+  std::pmr::polymorphic_allocator<Variant> memory_;
   // Column by column, each with room for so many rows: a walk reads few columns of every row.
-  std::pmr::vector<Variant> cells_;
+  // There are values for the rows added, and nothing but room behind them.
+  Variant* cells_ = nullptr;
   std::size_t capacity_ = 0;
   std::size_t rowCount_ = 0;
   // By column; no entries until an equality is asked for, and no index before the second one.
@@ -116,6 +112,25 @@ class RowTable {
   };
   mutable std::vector<Slot> indexes_;
 };
+
+template <class MakeCell>
+void RowTable::AddRowOf(MakeCell makeCell) {
+  if (rowCount_ == capacity_) {
+    Reserve(rowCount_ == 0 ? 1 : rowCount_ * 2);
+  }
+  std::size_t made = 0;
+  try {
+    for (; made < Columns().size(); ++made) {
+      ::new (Place(rowCount_, made)) Variant(makeCell(made));
+    }
+  } catch (...) {
+    while (made > 0) {
+      std::destroy_at(Place(rowCount_, --made));
+    }
+    throw;
+  }
+  CountNewRow();
+}
 
 class MemoryRecordset final : public Recordset {
  public:

@@ -649,6 +649,55 @@ TEST_F(CompanyTest, ReadsOneStateOfTheBooks) {
   }
 }
 
+// What a company has kept of small tables, seen through one that keeps nothing yet.
+TEST_F(CompanyTest, KeptAnswersFollowEveryChange) {
+  Write("DELETE FROM STDIva; DELETE FROM STDDichiarazioniIntento");
+  const auto answers = [](Company& company) {
+    return Answer(company, Selection("*", "STDIva"), 6) + "|" +
+           Answer(company, Selection("*", "STDIva", {{"CodIva", Equal, "22"}}), 6) + "|" +
+           Answer(company, Selection("*", "STDDichiarazioniIntento"), 10);
+  };
+  Company company(file_);
+  std::string before = answers(company);
+  for (const std::string change : {
+           "INSERT INTO STDIva VALUES ('10', NULL, 0, 0.5, 1, 2), ('22', '', 0, 0, 0, 0), "
+           "('4', 'A', -3, 1e300, NULL, NULL)",
+           "INSERT INTO STDDichiarazioniIntento VALUES (1, 7, 2, 0, '10', '1.5', -2, "
+           "'2024-01-31', NULL, 0), (2, NULL, NULL, 1, NULL, 1, 1.25, NULL, '2024-12-31 10:00', 1)",
+           "UPDATE STDIva SET CodIvaAutoFtReverse = '' WHERE CodIva = '10'",
+           "UPDATE STDIva SET PercIvaACosto = 0.25 WHERE CodIva = '22'",
+           "UPDATE STDIva SET PercIndetraibile = -1e300 WHERE CodIva = '4'",
+           "UPDATE STDIva SET AmmessaFiscalitaBL = 0 WHERE CodIva = '10'",
+           "UPDATE STDIva SET AmmessaFiscalitaBL = 'si' WHERE CodIva = '10'",
+           "UPDATE STDIva SET AmmessaFiscalitaBL = -1 WHERE CodIva = '10'",
+           "UPDATE STDIva SET TipoIntra = 40000 WHERE CodIva = '4'",
+           "UPDATE STDIva SET TipoIntra = -1 WHERE CodIva = '4'",
+           "UPDATE STDIva SET CodIva = x'3232' WHERE CodIva = '22'",
+           "UPDATE STDIva SET CodIva = '22' WHERE CodIva = x'3232'",
+           "INSERT INTO STDIva VALUES ('5', NULL, 0, 0, 0, 0)",
+           "DELETE FROM STDIva WHERE CodIva = '10'",
+           "UPDATE STDDichiarazioniIntento SET Importo = '-2.0001' WHERE IdDichiarazione = 1",
+           "UPDATE STDDichiarazioniIntento SET ImportoPlafond = NULL WHERE IdDichiarazione = 1",
+           "UPDATE STDDichiarazioniIntento SET IdAnagrafica = 8 WHERE IdDichiarazione = 1",
+           "UPDATE STDDichiarazioniIntento SET DataInizioValidita = '2024-02-29' "
+           "WHERE IdDichiarazione = 1",
+           "UPDATE STDDichiarazioniIntento SET DataFineValidita = '2024-12-30' "
+           "WHERE IdDichiarazione = 2",
+           "UPDATE STDDichiarazioniIntento SET DataFineValidita = '31.12.24' "
+           "WHERE IdDichiarazione = 2",
+           "DELETE FROM STDDichiarazioniIntento",
+           "DELETE FROM STDIva",
+       }) {
+    Write(change);
+    Company fresh(file_);
+    const std::string now = answers(fresh);
+    EXPECT_NE(now, before) << change;
+    EXPECT_EQ(answers(company), now) << change;
+    EXPECT_EQ(answers(company), now) << change << ", asked again";
+    before = now;
+  }
+}
+
 TEST_F(CompanyTest, TemporaryTablesComeAndGo) {
   RowTable rows({{"IdScadenza", DataType::Integer},
                  {"TipoRata", DataType::SmallInt},

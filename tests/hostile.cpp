@@ -44,10 +44,9 @@ void SetCell(Checked& checked, std::string_view set, std::string_view field, con
       const auto rows = std::make_shared<RowTable>(supplied.rows->Columns());
       const auto column = static_cast<std::size_t>(supplied.rows->FindColumn(field));
       for (std::size_t row = 0; row < supplied.rows->RowCount(); ++row) {
-        const RowTable::NewRow copy = rows->AddRow();
-        for (std::size_t place = 0; place < rows->Columns().size(); ++place) {
-          copy[place] = row == 0 && place == column ? value : supplied.rows->Cell(row, place);
-        }
+        rows->AddRowOf([&](std::size_t place) {
+          return row == 0 && place == column ? value : supplied.rows->Cell(row, place);
+        });
       }
       supplied.rows = rows;
       checked.sets[i] = std::make_shared<MemoryRecordset>(rows, supplied.editMode);
