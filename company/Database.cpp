@@ -48,8 +48,10 @@ void BindValues(StatementUse& use, const QueryBuilder& query) {
 bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, const RowTable& table,
            std::size_t row) {
   for (std::size_t place = 0; place < columns.size(); ++place) {
-    const ResultColumn& column = columns[place];
-    if (!use->Holds(static_cast<int>(place), column.type, column.source, table.Cell(row, place))) {
+    const Variant& cell = table.Cell(row, place);
+    const int at = static_cast<int>(place);
+    if (!use->SeenAs(at, cell) &&
+        !Identical(use->Value(at, columns[place].type, columns[place].source), cell)) {
       return false;
     }
   }

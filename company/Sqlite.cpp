@@ -1,6 +1,5 @@
 #include "company/Sqlite.h"
 
-#include <bit>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -20,13 +19,7 @@ struct Cell {
 
   [[nodiscard]] std::int64_t Whole() const { return sqlite3_value_int64(value); }
   [[nodiscard]] double Real() const { return sqlite3_value_double(value); }
-  [[nodiscard]] std::string_view Text() const {
-    const void* text = sqlite3_value_text(value);
-    const int size = sqlite3_value_bytes(value);
-    return text == nullptr
-               ? std::string_view()
-               : std::string_view(static_cast<const char*>(text), static_cast<std::size_t>(size));
-  }
+  [[nodiscard]] std::string_view Text() const { return TextOf(value); }
 
   [[noreturn]] void Refuse(RunTime error, std::string_view what) const {
     RaiseDataError(Number(error), std::string(source) + ": the stored value '" +
@@ -116,20 +109,6 @@ Variant ReadText(const Cell& cell) {
     cell.Refuse(RunTime::TypeMismatch, "no text");
   }
   return cell.Text();
-}
-
-// Whether the value is what a column stores as that number.
-bool IsWhole(const Variant& value, std::int64_t number) {
-  switch (value.VarType()) {
-    case Variant::Type::SmallInt:
-      return *value.As<std::int16_t>() == number;
-    case Variant::Type::Integer:
-      return *value.As<std::int32_t>() == number;
-    case Variant::Type::Boolean:
-      return (*value.As<bool>() ? 1 : 0) == number;
-    default:
-      return false;
-  }
 }
 
 }  // namespace
@@ -246,36 +225,6 @@ std::string SqliteStatement::ColumnName(int column) const {
 std::string SqliteStatement::ColumnDeclaration(int column) const {
   const char* declaration = sqlite3_column_decltype(handle_.get(), column);
   return declaration == nullptr ? std::string() : std::string(declaration);
-}
-
-bool SqliteStatement::Holds(int column, DataType type, std::string_view source,
-                            const Variant& value) const {
-  // Most values are known again as they are stored.
-  const Cell cell{.value = sqlite3_column_value(handle_.get(), column), .source = source};
-  switch (cell.storage) {
-    case SQLITE_NULL:
-      return value.IsNull();
-    case SQLITE_INTEGER:
-      if (IsWhole(value, cell.Whole())) {
-        return true;
-      }
-      break;
-    case SQLITE_FLOAT:
-      if (const auto* real = value.As<double>();
-          real != nullptr &&
-          std::bit_cast<std::uint64_t>(*real) == std::bit_cast<std::uint64_t>(cell.Real())) {
-        return true;
-      }
-      break;
-    case SQLITE_TEXT:
-      if (const auto text = value.AsText(); text && *text == cell.Text()) {
-        return true;
-      }
-      break;
-    default:
-      break;
-  }
-  return Identical(Value(column, type, source), value);
 }
 
 Variant SqliteStatement::Value(int column, DataType type, std::string_view source) const {

@@ -6,6 +6,8 @@
 
 #include <sqlite3.h>
 
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -54,6 +56,15 @@ class Sqlite {
   mutable Company::Counters counted_;
 };
 
+// "" where it is Null or there is no memory.
+inline std::string_view TextOf(sqlite3_value* value) {
+  const void* text = sqlite3_value_text(value);
+  const int size = sqlite3_value_bytes(value);
+  return text == nullptr
+             ? std::string_view()
+             : std::string_view(static_cast<const char*>(text), static_cast<std::size_t>(size));
+}
+
 // A prepared statement; it must not outlive its connection.
 class SqliteStatement {
  public:
@@ -73,9 +84,8 @@ class SqliteStatement {
   // The value in the current row as that type, in whatever way it is stored. Raises 13 when it is
   // of another kind and 6 when it is out of the type's range; the source says whose value it is.
   [[nodiscard]] Variant Value(int column, DataType type, std::string_view source) const;
-  // Whether Value would return exactly that value, with its errors.
-  [[nodiscard]] bool Holds(int column, DataType type, std::string_view source,
-                           const Variant& value) const;
+  // Whether the stored value can be seen to be that one without reading it; False says nothing.
+  [[nodiscard]] bool SeenAs(int column, const Variant& value) const;
   void CountRun() const { ++connection_->Counted().queries; }
   [[nodiscard]] std::int64_t Number(int column) const {
     return sqlite3_column_int64(handle_.get(), column);
@@ -91,6 +101,41 @@ class SqliteStatement {
   const Sqlite* connection_;
   std::unique_ptr<sqlite3_stmt, Finalize> handle_;
 };
+
+// Whether the value is what a column stores as that number.
+inline bool IsWhole(const Variant& value, std::int64_t number) {
+  switch (value.VarType()) {
+    case Variant::Type::SmallInt:
+      return *value.As<std::int16_t>() == number;
+    case Variant::Type::Integer:
+      return *value.As<std::int32_t>() == number;
+    case Variant::Type::Boolean:
+      return (*value.As<bool>() ? 1 : 0) == number;
+    default:
+      return false;
+  }
+}
+
+inline bool SqliteStatement::SeenAs(int column, const Variant& value) const {
+  sqlite3_value* const stored = sqlite3_column_value(handle_.get(), column);
+  switch (sqlite3_value_type(stored)) {
+    case SQLITE_NULL:
+      return value.IsNull();
+    case SQLITE_INTEGER:
+      return IsWhole(value, sqlite3_value_int64(stored));
+    case SQLITE_FLOAT: {
+      const auto* number = value.As<double>();
+      return number != nullptr && std::bit_cast<std::uint64_t>(*number) ==
+                                      std::bit_cast<std::uint64_t>(sqlite3_value_double(stored));
+    }
+    case SQLITE_TEXT: {
+      const auto text = value.AsText();
+      return text && *text == TextOf(stored);
+    }
+    default:
+      return false;
+  }
+}
 
 // One use of a statement, which is ready for the next one afterwards.
 class StatementUse {

@@ -1,8 +1,11 @@
 #include "platform/FilterParser.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "platform/FilterValue.h"
 #include "platform/NumberText.h"
@@ -252,7 +255,11 @@ class Parser {
     }
     const std::string_view digits = text_.substr(at_, end - at_);
     std::optional<Variant> value;
-    if (const auto amount = Currency::FromExactText(digits)) {
+    std::int32_t whole = 0;
+    const char* const last = digits.data() + digits.size();
+    if (std::from_chars(digits.data(), last, whole) == std::from_chars_result{last, std::errc()}) {
+      value = whole;
+    } else if (const auto amount = Currency::FromExactText(digits)) {
       value = *amount;
     } else if (const auto decimal = Decimal::FromText(digits)) {
       value = *decimal;

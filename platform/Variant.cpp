@@ -20,6 +20,8 @@ namespace {
 
 using Type = Variant::Type;
 
+constexpr std::int64_t kUnit = 10'000;  // ten-thousandths in one
+
 constexpr int kDoubleDigits = 15;  // as many as automation shows
 constexpr int kSingleDigits = 7;
 
@@ -91,7 +93,6 @@ Decimal DecimalOfExact(const Variant& value) {
 
 // A whole number beside an amount; one that no amount equals is decided by its sign.
 std::partial_ordering CompareWithAmount(std::int64_t whole, Currency amount) {
-  constexpr std::int64_t kUnit = 10'000;
   constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max() / kUnit;
   if (whole > kLargest) {
     return std::partial_ordering::greater;
@@ -205,16 +206,16 @@ bool EqualsWord(std::string_view text, std::string_view lowerWord) {
 std::partial_ordering CompareValues(const Variant& left, const Variant& right) {
   const Type leftType = left.VarType();
   const Type rightType = right.VarType();
+  if (leftType == Type::Currency && rightType == Type::Currency) {
+    return Held<Currency>(left) <=> Held<Currency>(right);
+  }
   const bool leftIsWhole = IsWhole(leftType);
   const bool rightIsWhole = IsWhole(rightType);
-  if (leftIsWhole && rightIsWhole) {
-    return WholeOf(left) <=> WholeOf(right);
-  }
   if (leftType == Type::Currency && rightIsWhole) {
     return 0 <=> CompareWithAmount(WholeOf(right), Held<Currency>(left));
   }
-  if (leftType == Type::Currency && rightType == Type::Currency) {
-    return Held<Currency>(left) <=> Held<Currency>(right);
+  if (leftIsWhole && rightIsWhole) {
+    return WholeOf(left) <=> WholeOf(right);
   }
   if (leftType == Type::NullValue || rightType == Type::NullValue) {
     return std::partial_ordering::unordered;
@@ -239,12 +240,16 @@ Truth TruthOf(std::partial_ordering order, bool holds) {
 
 }  // namespace
 
-Truth operator==(const Variant& left, const Variant& right) {
+Truth EqualValues(const Variant& left, const Variant& right) {
+  // Mostly an amount beside 0.
+  const auto* amount = left.As<Currency>();
+  const auto number = right.AsInteger();
+  if (amount != nullptr && number) {
+    return amount->Units() == *number * kUnit;
+  }
   const auto order = CompareValues(left, right);
   return TruthOf(order, order == 0);
 }
-
-Truth operator!=(const Variant& left, const Variant& right) { return Not(left == right); }
 
 Truth operator<(const Variant& left, const Variant& right) {
   const auto order = CompareValues(left, right);

@@ -133,7 +133,18 @@ class Variant {
   // The value when it is held as exactly that C++ type, nullptr otherwise.
   template <class T>
   [[nodiscard]] const T* As() const {
-    return type_ == TypeFor<T>() ? std::launder(reinterpret_cast<const T*>(bytes_)) : nullptr;
+    return type_ == TypeFor<T>() ? &Held<T>() : nullptr;
+  }
+  // The number when it is held in 16 or 32 bits, as most numbers of an entry are.
+  [[nodiscard]] std::optional<std::int32_t> AsInteger() const {
+    switch (type_) {
+      case Type::SmallInt:
+        return Held<std::int16_t>();
+      case Type::Integer:
+        return Held<std::int32_t>();
+      default:
+        return std::nullopt;
+    }
   }
   // The text when it is one; valid as long as the variant stays as and where it is.
   [[nodiscard]] std::optional<std::string_view> AsText() const {
@@ -165,6 +176,11 @@ class Variant {
       static_assert(std::is_same_v<T, kal::Date>, "a variant holds no such type");
       return Type::Date;
     }
+  }
+
+  template <class T>
+  [[nodiscard]] const T& Held() const {
+    return *std::launder(reinterpret_cast<const T*>(bytes_));
   }
 
   struct HeapText {
@@ -201,9 +217,7 @@ class Variant {
   [[nodiscard]] bool IsOnHeap() const {
     return type_ == Type::Text && bytes_[kLongestInside] == kOnHeap;
   }
-  [[nodiscard]] const HeapText& OnHeap() const {
-    return *std::launder(reinterpret_cast<const HeapText*>(bytes_));
-  }
+  [[nodiscard]] const HeapText& OnHeap() const { return Held<HeapText>(); }
   [[nodiscard]] std::string_view TextHeld() const {
     return bytes_[kLongestInside] == kOnHeap
                ? std::string_view(OnHeap().text, OnHeap().size)
@@ -224,8 +238,13 @@ class Variant {
   Type type_ = Type::Empty;
 };
 
-Truth operator==(const Variant& left, const Variant& right);
-Truth operator!=(const Variant& left, const Variant& right);
+Truth EqualValues(const Variant& left, const Variant& right);
+inline Truth operator==(const Variant& left, const Variant& right) {
+  const auto leftNumber = left.AsInteger();
+  const auto rightNumber = right.AsInteger();
+  return leftNumber && rightNumber ? Truth(*leftNumber == *rightNumber) : EqualValues(left, right);
+}
+inline Truth operator!=(const Variant& left, const Variant& right) { return Not(left == right); }
 Truth operator<(const Variant& left, const Variant& right);
 Truth operator<=(const Variant& left, const Variant& right);
 Truth operator>(const Variant& left, const Variant& right);
