@@ -11,6 +11,7 @@
 #include <fstream>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <thread>
 #include <utility>
@@ -72,11 +73,75 @@ std::uintmax_t SizeOf(const std::vector<std::string>& files) {
   return total;
 }
 
+// The entries of all files, one after the other.
+class Input {
+ public:
+  Input(const std::vector<std::string>& files, std::istream& standardInput)
+      : files_(files), standardInput_(standardInput), size_(SizeOf(files)) {}
+
+  // Bytes of all files; 0 when it is not known.
+  [[nodiscard]] std::uintmax_t Size() const { return size_; }
+
+  // Nothing at the end.
+  std::optional<Asked> Next() {
+    for (;;) {
+      if (entries_) {
+        if (std::optional<EntryText> entry = entries_->Next()) {
+          return Asked{*std::move(entry), bytesBefore_ + entries_->BytesRead()};
+        }
+        bytesBefore_ += entries_->BytesRead();
+        entries_.reset();
+      }
+      if (opened_ == files_.size()) {
+        return std::nullopt;
+      }
+      const std::string& file = files_[opened_++];
+      if (file == kStandardInput) {
+        entries_.emplace(standardInput_, "standard input");
+        continue;
+      }
+      stream_ = std::ifstream(file, std::ios::binary);
+      if (!stream_) {
+        const std::string why = std::string("the file can't be opened: ") + std::strerror(errno);
+        return Asked{{"", file, why}, bytesBefore_};
+      }
+      entries_.emplace(stream_, file);
+    }
+  }
+
+  // The next entry and, from files of known size, some more: whoever feeds entries one by one
+  // waits for each answer.
+  std::vector<Asked> NextFew() {
+    constexpr std::size_t kBytes = 1U << 15U;
+    std::vector<Asked> few;
+    for (std::size_t bytes = 0; bytes < kBytes; bytes += few.back().entry.text.size()) {
+      std::optional<Asked> next = Next();
+      if (!next) {
+        break;
+      }
+      few.push_back(*std::move(next));
+      if (size_ == 0) {
+        break;
+      }
+    }
+    return few;
+  }
+
+ private:
+  const std::vector<std::string>& files_;
+  std::istream& standardInput_;
+  std::uintmax_t size_;
+  std::size_t opened_ = 0;
+  std::uintmax_t bytesBefore_ = 0;
+  std::ifstream stream_;
+  std::optional<EntryFile> entries_;
+};
+
 // So many entries are checked one by one, each answered before the next is read, before more
 // workers than one are worth their start.
 constexpr std::size_t kEntriesBeforeWorkers = 64;
 
-// One run of check: the entries of all files, in order.
+// One run of check.
 class CheckRun {
  public:
   CheckRun(const Options& options, const Streams& streams)
@@ -85,17 +150,11 @@ class CheckRun {
         company_(std::make_unique<company::Company>(options.company, options.language)),
         style_{options.language == "en" ? Language::English : Language::Italian,
                streams.terminals.out && streams.terminals.colours},
-        progress_(streams.err, streams.terminals.err, SizeOf(options.files)) {}
+        input_(options.files, streams.in),
+        progress_(streams.err, streams.terminals.err, input_.Size()) {}
 
   int Run() {
-    for (const std::string& file : options_.files) {
-      if (!CheckFile(file)) {
-        break;
-      }
-    }
-    if (workers_) {
-      workers_->Finish();
-    }
+    CheckAll();
     if (!options_.json) {
       (void)Write(ToSummary(tally_, style_.language));
     }
@@ -113,51 +172,29 @@ class CheckRun {
   }
 
  private:
-  // Each answers False when standard output takes no more.
-  bool CheckFile(const std::string& file) {
-    if (file == kStandardInput) {
-      return CheckStream(streams_.in, "standard input");
-    }
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-      return Check({"", file, std::string("the file can't be opened: ") + std::strerror(errno)}, 0);
-    }
-    return CheckStream(stream, file);
-  }
-
-  bool CheckStream(std::istream& stream, const std::string& name) {
-    EntryFile entries(stream, name);
-    while (std::optional<EntryText> text = entries.Next()) {
-      if (!Check(*std::move(text), entries.BytesRead())) {
-        return false;
+  // Ends early when standard output takes no more.
+  void CheckAll() {
+    for (std::size_t i = 0; i < kEntriesBeforeWorkers || options_.jobs == 1; ++i) {
+      const std::optional<Asked> asked = input_.Next();
+      if (!asked) {
+        return;
+      }
+      Answered answer = Answer(*company_, asked->entry);
+      answer.bytesRead = asked->bytesRead;
+      if (!Deliver({&answer, 1})) {
+        return;
       }
     }
-    bytesBefore_ += entries.BytesRead();
-    return true;
-  }
-
-  bool Check(EntryText text, std::uintmax_t bytesRead) {
-    if (!workers_ && options_.jobs > 1 && ++entries_ > kEntriesBeforeWorkers) {
-      StartWorkers();
-    }
-    if (workers_) {
-      return workers_->Add(std::move(text), bytesBefore_ + bytesRead);
-    }
-    Answered answer = Answer(*company_, text);
-    answer.bytesRead = bytesBefore_ + bytesRead;
-    return Deliver(answer);
-  }
-
-  void StartWorkers() {
     std::vector<std::unique_ptr<company::Company>> companies;
     companies.push_back(std::move(company_));
     while (companies.size() < options_.jobs) {
       companies.push_back(std::make_unique<company::Company>(options_.company, options_.language));
     }
-    workers_.emplace(
-        std::move(companies),
+    Workers(
+        std::move(companies), [this] { return input_.NextFew(); },
         [this](company::Company& company, const EntryText& text) { return Answer(company, text); },
-        [this](const Answered& answer) { return Deliver(answer); });
+        [this](std::span<const Answered> answers) { return Deliver(answers); })
+        .Run();
   }
 
   [[nodiscard]] Answered Answer(company::Company& company, const EntryText& text) const {
@@ -173,10 +210,17 @@ class CheckRun {
     return {VerdictOf(outcome), ToBlock(outcome, style_)};
   }
 
-  bool Deliver(const Answered& answer) {
-    ++tally_[answer.verdict];
-    const bool written = Write(answer.text);
-    progress_.Step(answer.bytesRead);
+  // False when standard output takes no more.
+  bool Deliver(std::span<const Answered> answers) {
+    std::string text;
+    for (const Answered& answer : answers) {
+      ++tally_[answer.verdict];
+      text += answer.text;
+    }
+    const bool written = Write(text);
+    for (const Answered& answer : answers) {
+      progress_.Step(answer.bytesRead);
+    }
     return written;
   }
 
@@ -193,11 +237,9 @@ class CheckRun {
   const Streams& streams_;
   std::unique_ptr<company::Company> company_;  // the workers', once there are some
   ReportStyle style_;
+  Input input_;
   Progress progress_;
   Tally tally_;
-  std::uintmax_t bytesBefore_ = 0;
-  std::size_t entries_ = 0;
-  std::optional<Workers> workers_;
 };
 
 int Init(const Options& options, const Streams& streams) {

@@ -1,22 +1,22 @@
 // Workers: many entries checked at once, answered in the order in which they came.
 //
-// Each worker is a thread with a company of its own. Entries wait in a queue and answers until
-// their turn, and no more of both than a few for each worker: memory stays flat however long the
-// input is, and an answer is given as soon as all before it are.
+// Each worker is a thread with a company of its own, which takes its turn in reading, checks what
+// it has read and hands its answers in. No worker reads on while too many answers wait for an
+// earlier one: memory stays flat however long the input is, and an answer is given as soon as all
+// before it are.
 
 #pragma once
 
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <exception>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "company/Company.h"
@@ -25,60 +25,65 @@
 
 namespace kal::host {
 
+// One entry as it was read.
+struct Asked {
+  EntryText entry;
+  std::uintmax_t bytesRead = 0;  // of all input, up to the entry's end
+};
+
 // One entry's answer, ready to be written.
 struct Answered {
   Verdict verdict = Verdict::Unchecked;
   std::string text;
-  std::uintmax_t bytesRead = 0;  // of all input, up to the entry's end
+  std::uintmax_t bytesRead = 0;
 };
 
 class Workers {
  public:
+  // The next entries in order, one or a few; none at the end. Called by one thread at a time.
+  using Read = std::function<std::vector<Asked>()>;
   // Called on the workers' threads, at the same time for several entries.
   using Check = std::function<Answered(company::Company&, const EntryText&)>;
-  // Called for one answer at a time, in the order of the entries, on whichever thread gave the
-  // last one that was missing. False stops the work.
-  using Deliver = std::function<bool(const Answered&)>;
+  // Called for the next answers, in the order of the entries, by one thread at a time: whichever
+  // gave the last one that was missing. False stops the work.
+  using Deliver = std::function<bool(std::span<const Answered>)>;
 
   // One worker for each company.
-  Workers(std::vector<std::unique_ptr<company::Company>> companies, Check check, Deliver deliver);
-  Workers(const Workers&) = delete;
-  Workers& operator=(const Workers&) = delete;
-  ~Workers();
+  Workers(std::vector<std::unique_ptr<company::Company>> companies, Read read, Check check,
+          Deliver deliver);
 
-  // Waits while too many entries are under way. False when the work was stopped.
-  bool Add(EntryText entry, std::uintmax_t bytesRead);
-  // Waits for the answers to all that was added. Raises what a worker failed with.
-  void Finish();
+  // Until all entries are answered or the work was stopped. Raises what one of the calls failed
+  // with; that ends the work of all.
+  void Run();
 
  private:
-  struct Waiting {
-    std::size_t number;
-    EntryText entry;
-    std::uintmax_t bytesRead;
+  // What was read in one turn, and the place of its first entry among all.
+  struct Turn {
+    std::size_t first = 0;
+    std::vector<Asked> asked;
   };
 
-  void Run(company::Company& company);
   void Work(company::Company& company);
-  void Join();
-  void DeliverInTurn();
+  [[nodiscard]] bool WaitForRoom();
+  [[nodiscard]] Turn TakeTurn();
+  void HandIn(std::size_t first, std::vector<Answered> answers);
+  void Fail(std::exception_ptr failure);
 
   std::vector<std::unique_ptr<company::Company>> companies_;
+  Read read_;
   Check check_;
   Deliver deliver_;
 
-  std::mutex mutex_;              // guards what follows
-  std::condition_variable work_;  // for the workers: an entry waits, or there is no more work
-  std::condition_variable room_;  // for whoever adds: fewer entries are under way
-  std::deque<Waiting> queue_;
-  std::map<std::size_t, Answered> early_;  // answers whose turn has not come
-  std::size_t added_ = 0;
-  std::size_t delivered_ = 0;
-  bool ended_ = false;    // nothing more will be added
-  bool stopped_ = false;  // nothing more can be delivered
-  std::exception_ptr failure_;
+  std::mutex reading_;  // whose turn it is; locked before the other one
+  bool atEnd_ = false;  // of the input; guarded by reading_
 
-  std::vector<std::thread> threads_;  // last: they use all of the above
+  std::mutex mutex_;                       // guards what follows
+  std::condition_variable room_;           // fewer answers wait, or the work was stopped
+  std::map<std::size_t, Answered> early_;  // answers whose turn has not come
+  std::size_t asked_ = 0;
+  std::size_t delivered_ = 0;
+  bool stopped_ = false;
+  std::exception_ptr failure_;
 };
 
 }  // namespace kal::host
