@@ -173,11 +173,18 @@ std::optional<Variant> CalendarDay(const JsonValue& value) {
 std::span<const EntrySet> EntrySets() { return kSets; }
 
 std::shared_ptr<RowTable> NewRowTable(const EntrySet& set) {
-  std::vector<Column> columns;
-  for (const SchemaColumn& column : ColumnsOf(set.name)) {
-    columns.push_back({std::string(column.name), column.type});
+  // Made once for each thread; threads that shared them would count their uses at each other's
+  // cost.
+  thread_local std::array<std::shared_ptr<const RowLayout>, kSets.size()> layouts;
+  std::shared_ptr<const RowLayout>& layout = layouts[static_cast<std::size_t>(&set - kSets.data())];
+  if (layout == nullptr) {
+    std::vector<Column> columns;
+    for (const SchemaColumn& column : ColumnsOf(set.name)) {
+      columns.push_back({std::string(column.name), column.type});
+    }
+    layout = std::make_shared<RowLayout>(std::move(columns));
   }
-  return std::make_shared<RowTable>(std::move(columns));
+  return std::make_shared<RowTable>(layout);
 }
 
 std::optional<Variant> FieldValue(const JsonValue& value, DataType type) {

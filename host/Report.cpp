@@ -204,21 +204,21 @@ std::string ToJson(const Outcome& outcome) {
   for (const SetState& set : outcome.sets) {
     sets[std::string(set.name)] = {{"Filter", set.filter}, {"Position", set.position}};
   }
-  const ordered_json rest = {
-      {"operation", outcome.operation ? ordered_json(*outcome.operation) : ordered_json()},
-      {"result", ResultJson(outcome)},
-      {"ErrString", outcome.errString},
-      {"WarnString", outcome.warnString},
-      {"WarnProtocolloString", outcome.warnProtocolloString},
-      {"WarnDuplicatoDocString", outcome.warnDuplicatoDocString},
-      {"WarnInfragruppoString", outcome.warnInfragruppoString},
-      {"ImportoPlafond", outcome.importoPlafond.ToFixedText()},
-      {"ChiusuraRateInSospensione", outcome.chiusuraRateInSospensione},
-      {"RiaperturaRateInSospensione", outcome.riaperturaRateInSospensione},
-      {"IsInfragruppo", outcome.isInfragruppo},
-      {"findings", FindingsJson(outcome.findings)},
-      {"recordSets", sets},
-      {"error", ErrorJson(outcome)}};
+  ordered_json rest;
+  rest.emplace("operation", outcome.operation ? ordered_json(*outcome.operation) : ordered_json());
+  rest.emplace("result", ResultJson(outcome));
+  rest.emplace("ErrString", outcome.errString);
+  rest.emplace("WarnString", outcome.warnString);
+  rest.emplace("WarnProtocolloString", outcome.warnProtocolloString);
+  rest.emplace("WarnDuplicatoDocString", outcome.warnDuplicatoDocString);
+  rest.emplace("WarnInfragruppoString", outcome.warnInfragruppoString);
+  rest.emplace("ImportoPlafond", outcome.importoPlafond.ToFixedText());
+  rest.emplace("ChiusuraRateInSospensione", outcome.chiusuraRateInSospensione);
+  rest.emplace("RiaperturaRateInSospensione", outcome.riaperturaRateInSospensione);
+  rest.emplace("IsInfragruppo", outcome.isInfragruppo);
+  rest.emplace("findings", FindingsJson(outcome.findings));
+  rest.emplace("recordSets", std::move(sets));
+  rest.emplace("error", ErrorJson(outcome));
   // The id goes out with its digits as they came in, which the library would not keep.
   const std::string text = rest.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
   return "{\"id\":" + ToText(outcome.id) + ',' + text.substr(1);
