@@ -10,6 +10,10 @@ namespace {
 
 std::int32_t Number(RunTime error) { return static_cast<std::int32_t>(error); }
 
+[[noreturn]] void RaiseNoMemory() {
+  Raise(RunTime::OutOfMemory, "Out of memory", kDataAccessSource);
+}
+
 // One stored value that is being read as a column's type. SQLite allows a column's value to be
 // read directly because no other thread uses the connection.
 struct Cell {
@@ -108,7 +112,11 @@ Variant ReadText(const Cell& cell) {
   if (cell.storage == SQLITE_BLOB) {
     cell.Refuse(RunTime::TypeMismatch, "no text");
   }
-  return cell.Text();
+  const std::string_view text = cell.Text();
+  if (text.data() == nullptr) {  // a number that SQLite found no memory to write out
+    RaiseNoMemory();
+  }
+  return text;
 }
 
 }  // namespace
@@ -126,8 +134,11 @@ Sqlite::Sqlite(std::string path, Access access, int busyMilliseconds) : path_(st
   const int result = sqlite3_open_v2(name.c_str(), &handle,
                                      flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI, nullptr);
   handle_.reset(handle);
+  if (handle == nullptr) {
+    RaiseNoMemory();
+  }
   if (result != SQLITE_OK) {
-    RaiseDataError(kDatabaseFailed, path_ + ": " + sqlite3_errstr(result));
+    Fail();
   }
   sqlite3_busy_timeout(handle, busyMilliseconds);
 }
@@ -140,8 +151,8 @@ void Sqlite::Execute(const std::string& sql) {
 
 void Sqlite::Fail() const {
   const int result = sqlite3_errcode(Handle());
-  if (result == SQLITE_NOMEM) {
-    Raise(RunTime::OutOfMemory, "Out of memory", kDataAccessSource);
+  if (result == SQLITE_NOMEM || sqlite3_extended_errcode(Handle()) == SQLITE_IOERR_NOMEM) {
+    RaiseNoMemory();
   }
   if (result == SQLITE_BUSY) {
     RaiseDataError(kDatabaseFailed, path_ + " is locked by another program");

@@ -238,6 +238,7 @@ class Variant {
   Type type_ = Type::Empty;
 };
 
+// What == finds for any two values.
 Truth EqualValues(const Variant& left, const Variant& right);
 inline Truth operator==(const Variant& left, const Variant& right) {
   const auto leftNumber = left.AsInteger();

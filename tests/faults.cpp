@@ -6,6 +6,7 @@
 // fails the one that it is told to fail.
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -700,6 +701,36 @@ TEST_F(Faults, OfAllocationsOfANewCompany) {
         << failed;
     subject.Hand();
     EXPECT_TRUE(subject.Call().Same(whole));
+  }
+}
+
+// The same where SQLite finds no memory, at any depth of opening a company and asking it.
+TEST_F(Faults, OfTheDatabasesMemory) {
+  const Checked built(company_.Siblings(), EntryText(kRows[0].kind, kRows[0].changes));
+  const Answered whole = Run(built.entry, Wire::Fault::None, 0);
+  bool scarce = true;
+  for (std::int64_t room = 0; scarce && !HasFailure(); room += 512 + room / 64) {
+    SCOPED_TRACE(std::to_string(room) + " bytes");
+    std::optional<company::Company> fresh;
+    std::optional<Answered> answered;
+    std::int32_t error = 0;
+    sqlite3_hard_heap_limit64(sqlite3_memory_used() + room);
+    try {
+      fresh.emplace(file_.Path().string());
+      answered = Subject(fresh->Siblings(), built.entry).Call();
+    } catch (const RunTimeError& refused) {
+      error = refused.Number();
+    }
+    sqlite3_hard_heap_limit64(0);
+    scarce = !answered || answered->error;
+    if (answered && answered->error) {
+      error = answered->error->Number();
+      Tags(*answered->error, kDataAccessSource);
+      EXPECT_TRUE(Subject(fresh->Siblings(), built.entry).Call().Same(whole));
+    } else if (answered) {
+      EXPECT_TRUE(answered->Same(whole)) << *answered << whole;
+    }
+    EXPECT_EQ(error, scarce ? 7 : 0);
   }
 }
 
