@@ -52,8 +52,12 @@ void KalCOGCheck::CheckBanca(bool& aOk) {
       query.ClearConditions().WhereEqual("IdTipologiaPagamento",
                                          GetField(rsScadenze_, "IdTipologiaPagamento"));
       const RecordsetRef tipologia = Open(query);
-      if (!RecordsetIsEmpty(tipologia) && GetFlag(tipologia, "Effetto") &&
-          GetField(rsScadenze_, "IdBancaCliente") == 0) {
+      if (RecordsetIsEmpty(tipologia)) {
+        continue;
+      }
+      const bool effetto = GetFlag(tipologia, "Effetto");
+      const Variant idBancaCliente = GetField(rsScadenze_, "IdBancaCliente");
+      if (effetto && idBancaCliente == 0) {
         aOk = false;
         break;
       }

@@ -29,8 +29,10 @@ void KalCOGCheck::CheckInfragruppo() {
       return;
     }
     for (rsRCont_->MoveFirst(); !rsRCont_->Eof() && !infragruppo_; rsRCont_->MoveNext()) {
-      ContoInfragruppo(CInt(GetField(rsRCont_, "TipoCliFor")), CStr(GetField(rsRCont_, "CodConto")),
-                       CLng(GetField(rsRCont_, "IdCliFor")), infragruppo_);
+      const std::int16_t tipoCliFor = CInt(GetField(rsRCont_, "TipoCliFor"));
+      const std::string codConto = CStr(GetField(rsRCont_, "CodConto"));
+      const std::int32_t idCliFor = CLng(GetField(rsRCont_, "IdCliFor"));
+      ContoInfragruppo(tipoCliFor, codConto, idCliFor, infragruppo_);
     }
     if (infragruppo_) {
       AddMessage(warnInfragruppoString_, MessageCode::RegistrazioneInfragruppo);

@@ -1,6 +1,7 @@
 // ControllaCongruenzaDate: the competence date lies in a known fiscal year, an adjustment stands
 // on its period's date, and the document is neither later than its registration nor, on sales,
 // of another month. Only month numbers are compared, so the same month of another year passes.
+// Dates are calendar days here, whatever time of day a host's record set gives them.
 //
 // TestEsercizioCompetenza: opening entries are dated on the first day of their fiscal year and
 // closing entries on the last; the year is not closed. An opening or closing entry on its day may
@@ -15,32 +16,44 @@
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
+
+// An empty date stays as it is.
+Variant SoloGiorno(const Variant& data) {
+  const auto* date = data.As<Date>();
+  return date == nullptr ? data : *Date::FromYmd(date->Year(), date->Month(), date->Day());
+}
+
+}  // namespace
 
 void KalCOGCheck::ControllaCongruenzaDate(const Variant& aDataReg, const Variant& aDataDoc,
                                           const Variant& aDataCompetenza,
                                           std::int16_t aTipoRegIva) {
   Trap("KalCOGCheck.ControllaCongruenzaDate", [&] {
+    const Variant dataReg = SoloGiorno(aDataReg);
+    const Variant dataDoc = SoloGiorno(aDataDoc);
+    const Variant dataCompetenza = SoloGiorno(aDataCompetenza);
     QueryBuilder query;
     query.Option(kOpzioneLettura)
         .Select("CodEsercizio")
         .From("STDEsercizi")
-        .Where("DataInizio", CompareWith::LessOrEqual, aDataCompetenza)
-        .Where("DataFine", CompareWith::GreaterOrEqual, aDataCompetenza);
+        .Where("DataInizio", CompareWith::LessOrEqual, dataCompetenza)
+        .Where("DataFine", CompareWith::GreaterOrEqual, dataCompetenza);
     if (RecordsetIsEmpty(Open(query))) {
       AddMessage(errString_, MessageCode::EsercizioCompetenzaInesistente);
     }
     if (GetFlag(rsTesta_, "Rettifica")) {
       const Variant dataPeriodo = siblings_.CreateVatCodes()->PeriodReferenceDate(
-          Month(aDataCompetenza), Year(aDataCompetenza));
-      if (dataPeriodo != aDataCompetenza) {
+          Month(dataCompetenza), Year(dataCompetenza));
+      if (SoloGiorno(dataPeriodo) != dataCompetenza) {
         AddMessage(errString_, MessageCode::RettificaFuoriPeriodo);
       }
     }
-    if (aDataDoc != "") {
-      if (aDataDoc > aDataReg) {
+    if (dataDoc != "") {
+      if (dataDoc > dataReg) {
         AddMessage(errString_, MessageCode::DocumentoDopoRegistrazione);
       }
-      if (aTipoRegIva == kVendite && Month(aDataReg) != Month(aDataDoc)) {
+      if (aTipoRegIva == kVendite && Month(dataReg) != Month(dataDoc)) {
         AddMessage(errString_, MessageCode::MeseDocumentoDiverso);
       }
     }
@@ -52,18 +65,19 @@ void KalCOGCheck::TestEsercizioCompetenza(const Variant& aDataCompetenza,
   Trap("KalCOGCheck.TestEsercizioCompetenza", [&] {
     constexpr std::int16_t kApertura = 0;
     constexpr std::int16_t kChiusura = 2;
+    const Variant dataCompetenza = SoloGiorno(aDataCompetenza);
     const auto esercizio = siblings_.CreateCompanySettings();
-    if (!esercizio->SelectFiscalYear(aDataCompetenza)) {
+    if (!esercizio->SelectFiscalYear(dataCompetenza)) {
       return;
     }
     if (aTipoMovimento == kApertura) {
-      if (esercizio->FiscalYearField("DataInizio") == aDataCompetenza) {
+      if (SoloGiorno(esercizio->FiscalYearField("DataInizio")) == dataCompetenza) {
         return;
       }
       AddMessage(errString_, MessageCode::AperturaNonInizioEsercizio);
     }
     if (aTipoMovimento == kChiusura) {
-      if (esercizio->FiscalYearField("DataFine") == aDataCompetenza) {
+      if (SoloGiorno(esercizio->FiscalYearField("DataFine")) == dataCompetenza) {
         return;
       }
       AddMessage(errString_, MessageCode::ChiusuraNonFineEsercizio);

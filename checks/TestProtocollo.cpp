@@ -51,7 +51,7 @@ void CercaConflitto(QueryBuilder& query, SiblingFactory& siblings, const Protoco
 void KalCOGCheck::TestProtocollo() {
   Trap("KalCOGCheck.TestProtocollo", [&] {
     const Protocollo protocollo{.IdEscluso = CLng(GetField(rsTesta_, "IdPrimaNota")),
-                                .Data = GetField(rsTesta_, "DataRegistrazione"),
+                                .Data = CDate(GetField(rsTesta_, "DataRegistrazione")),
                                 .TipoRegIva = causaleCorrente_.TipoRegIva,
                                 .SezionaleIva = CInt(GetField(rsTesta_, "SezionaleIva")),
                                 .Numero = CLng(GetField(rsTesta_, "Protocollo"))};

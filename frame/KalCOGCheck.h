@@ -116,7 +116,7 @@ class KalCOGCheck {
   void TestSezionale();
   void TestNumeroDocumento();
   void TestProtocolloMancante();
-  void TestProtocolloMassimo(std::int32_t protocollo, std::string_view diCosa);
+  void TestProtocolloMassimo(const Variant& protocollo, std::string_view diCosa);
   void TestBanca();
   void TestSplitPayment();
   void TestDefinitiva(Salvataggio& aRun);

@@ -75,18 +75,7 @@ bool GetFlag(const RecordsetRef& rs, std::string_view name) {
 }
 
 bool RecordsetIsEmpty(const RecordsetRef& rs) noexcept {
-  if (rs.IsNothing()) {
-    return true;
-  }
-  try {
-    if (rs->Eof()) {  // the usual answer, found without an error
-      return true;
-    }
-    (void)rs->Fields(std::size_t{0}).Value();
-    return false;
-  } catch (...) {
-    return true;
-  }
+  return rs.IsNothing() || !rs->HasCurrentRow();
 }
 
 }  // namespace kal

@@ -151,6 +151,9 @@ class MemoryRecordset final : public Recordset {
   void MoveNext() override;
   void MoveLast() override;
   [[nodiscard]] bool Eof() override;
+  [[nodiscard]] bool HasCurrentRow() noexcept override {
+    return position_ < VisibleCount() && !table_->Columns().empty();
+  }
 
   // For whoever shows the state of the set: the filter text in force ("" when none), and the
   // current row's place among the visible rows, counted from 1 (0 when no row is current).

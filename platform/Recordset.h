@@ -91,6 +91,10 @@ class Recordset {
   virtual void MoveLast() = 0;
   // Whether the position is behind the last visible row; also True when there is none.
   [[nodiscard]] virtual bool Eof() = 0;
+
+  // Whether a row is current: whether the first field can be read. That is what a set of any make
+  // is asked; one that knows may answer without trying.
+  [[nodiscard]] virtual bool HasCurrentRow() noexcept;
 };
 
 // A counted reference to a record set, or Nothing. Using Nothing raises 91, as in automation.

@@ -61,7 +61,7 @@ bool KalCOGCheck::OkAggiorna(bool aCheckRegIva, bool aCheckDuplicatoDoc) {
     TestSezionale();
     TestNumeroDocumento();
     TestProtocolloMancante();
-    TestProtocolloMassimo(CLng(GetField(rsTesta_, "Protocollo")), "del documento");
+    TestProtocolloMassimo(GetField(rsTesta_, "Protocollo"), "del documento");
     TestBanca();
     TestSplitPayment();
     ControllaCongruenzaDate(GetField(rsTesta_, "DataRegistrazione"),
@@ -209,7 +209,7 @@ void KalCOGCheck::TestProtocolloMancante() {
   }
 }
 
-void KalCOGCheck::TestProtocolloMassimo(std::int32_t protocollo, std::string_view diCosa) {
+void KalCOGCheck::TestProtocolloMassimo(const Variant& protocollo, std::string_view diCosa) {
   if (protocollo > kProtocolloMassimo) {
     AddMessage(warnString_, MessageCode::ProtocolloTroppoGrande,
                {TranslateText(siblings_, diCosa)});

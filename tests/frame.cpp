@@ -243,6 +243,33 @@ TEST(RecordsetIsEmpty, AsksForACurrentRow) {
   EXPECT_FALSE(RecordsetIsEmpty(set));
 }
 
+// What a set of another make says of its end does not count, only whether its field can be read.
+TEST(RecordsetIsEmpty, TriesSetsOfAnotherMake) {
+  class Foreign final : public Recordset {
+   public:
+    explicit Foreign(bool readable) : readable_(readable) {}
+    const Field& Fields(std::string_view name) override { return set_->Fields(name); }
+    const Field& Fields(std::size_t index) override {
+      if (!readable_) Raise(RunTime::NoCurrentRecord, "");
+      return set_->Fields(index);
+    }
+    std::int32_t RecordCount() override { return 1; }
+    kal::EditMode EditMode() override { return kal::EditMode::Add; }
+    void Filter(std::string_view /*condition*/) override {}
+    void Filter(FilterGroup /*group*/) override {}
+    void MoveFirst() override {}
+    void MoveNext() override {}
+    void MoveLast() override {}
+    bool Eof() override { return readable_; }
+
+   private:
+    bool readable_;
+    RecordsetRef set_ = OneRow({{"a", DataType::Integer}}, {1});
+  };
+  EXPECT_FALSE(RecordsetIsEmpty(std::make_shared<Foreign>(true)));
+  EXPECT_TRUE(RecordsetIsEmpty(std::make_shared<Foreign>(false)));
+}
+
 TEST(Checker, StartsEmpty) {
   FakeSiblings siblings;
   KalCOGCheck checker(siblings);

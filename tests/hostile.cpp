@@ -212,6 +212,34 @@ leap day | arguments=["2024-02-29"] | INSERT INTO COGBollati VALUES (1,2024,2,1,
 )");
 }
 
+// A date that a host's record set gives with a time of day is that day.
+TEST(Hostile, TimesOfDay) {
+  const struct {
+    const char* kind;
+    const char* changes;
+    const char* sql;
+    const char* field;
+  } rows[] = {
+      {"acquisto", "T.DataDocumento=\"2024-03-15\"", "", "DataDocumento"},
+      {"giroconto", "T.Rettifica=true;T.DataCompetenza=\"2024-02-29\"", "", "DataCompetenza"},
+      {"giroconto", "T.DataCompetenza=\"2024-12-31\"",
+       "UPDATE COGCausaliContabili SET IdTipoMovimento=1", "DataCompetenza"},
+      {"giroconto", "T.DataCompetenza=\"2024-01-01\"",
+       "UPDATE COGCausaliContabili SET IdTipoMovimento=2", "DataCompetenza"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.changes);
+    const TestCompany file(row.sql);
+    company::Company company(file.Path().string());
+    CodedSiblings siblings(company.Siblings());
+    Checked checked(siblings, EntryText(row.kind, row.changes));
+    const RowTable& header = *checked.entry.sets.front().rows;
+    const auto column = static_cast<std::size_t>(header.FindColumn(row.field));
+    SetCell(checked, "RsTesta", row.field, *Date::FromSerial(CDbl(header.Cell(0, column)) + 0.75));
+    EXPECT_EQ(checked.Run(), "True");
+  }
+}
+
 // Every field of every record set, with values of its own type and of others. The answer may be any
 // but an internal error.
 TEST(Hostile, AnyValueInAnyField) {
