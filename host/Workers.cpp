@@ -19,8 +19,8 @@ Workers::Workers(std::vector<std::unique_ptr<company::Company>> companies, Read 
       deliver_(std::move(deliver)) {}
 
 void Workers::Run() {
+  std::vector<std::jthread> threads;
   try {
-    std::vector<std::jthread> threads;
     for (const auto& company : companies_) {
       threads.emplace_back([this, &company] {
         try {
@@ -30,9 +30,10 @@ void Workers::Run() {
         }
       });
     }
-  } catch (...) {  // no thread was to be had; those before it have ended by now
+  } catch (...) {
     Fail(std::current_exception());
   }
+  threads.clear();  // waits for them
   if (failure_) {
     std::rethrow_exception(failure_);
   }
