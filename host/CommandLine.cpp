@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "cmake/Version.h"
 #include "company/Company.h"
 #include "company/Schema.h"
 #include "host/EntryFile.h"
@@ -30,7 +31,7 @@
 namespace kal::host {
 namespace {
 
-constexpr const char* kVersion = "kalcogcheck 5.05.0017";
+constexpr const char* kVersion = "kalcogcheck " KAL_VERSION;
 constexpr std::string_view kStandardInput = "-";
 constexpr unsigned kMostJobs = 256;
 
