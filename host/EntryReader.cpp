@@ -171,8 +171,8 @@ std::vector<Variant> ReadArguments(const Operation& operation, const JsonValue* 
 }
 
 bool IsEntryKey(std::string_view key) {
-  constexpr std::array<std::string_view, 6> kOtherKeys = {
-      "operation", "arguments", "id", "IsParcella", "IsFromCard", "TmpTableScadenze"};
+  constexpr std::array<std::string_view, 7> kOtherKeys = {
+      "operation", "arguments", "id", "expected", "IsParcella", "IsFromCard", "TmpTableScadenze"};
   return std::ranges::find(kOtherKeys, key) != kOtherKeys.end() ||
          std::ranges::find(EntrySets(), key, &EntrySet::name) != EntrySets().end();
 }

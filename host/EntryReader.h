@@ -3,6 +3,12 @@
 // A text that is no entry is never half used: it gives an error that says which record set, row
 // and field, or which argument, is meant, together with the id and the operation as far as they
 // could be read.
+//
+// The key "expected" may hold any value and is not looked at: it is for whoever keeps entries
+// together with what they should answer, as host/samples/ does. There it is an object of the
+// result and of each result string that is not empty, with the codes of its messages (the name,
+// where a message is a literal text):
+//   {"result": false, "ErrString": [10520, 10520], "WarnString": ["XmlGenerato"]}
 
 #pragma once
 
