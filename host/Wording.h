@@ -1,4 +1,4 @@
-// Wording: words for people, in both languages, and how they stand on a terminal.
+// How words stand on a terminal.
 
 #pragma once
 
@@ -6,24 +6,13 @@
 #include <string>
 #include <string_view>
 
-namespace kal::host {
+#include "platform/Wording.h"
 
-enum class Language { Italian, English };
+namespace kal::host {
 
 struct ReportStyle {
   Language language = Language::Italian;
   bool colours = false;
-};
-
-// The same words in both languages.
-struct Wording {
-  std::string_view italian;
-  std::string_view english;
-
-  [[nodiscard]] std::string In(Language language) const {
-    return std::string(language == Language::Italian ? italian : english);
-  }
-  [[nodiscard]] constexpr bool IsEmpty() const { return italian.empty(); }
 };
 
 inline constexpr std::string_view kRed = "\x1b[31m";
