@@ -6,11 +6,11 @@
 #include <system_error>
 
 #include "company/Database.h"
-#include "company/MessageTexts.h"
 #include "company/SampleCompany.h"
 #include "company/Schema.h"
 #include "company/Siblings.h"
 #include "company/Sqlite.h"
+#include "messages/Catalogue.h"
 
 namespace kal::company {
 namespace {
@@ -80,12 +80,14 @@ void InsertTexts(Sqlite& file) {
     use->Bind(3, third);
     use->Step();
   };
-  for (const MessageText& text : MessageTexts()) {
-    const auto code = static_cast<std::int32_t>(text.code);
-    insert(message, code, "it", text.italian);
-    insert(message, code, "en", text.english);
+  for (const Message& known : Catalogue()) {
+    if (known.code) {
+      const auto code = static_cast<std::int32_t>(*known.code);
+      insert(message, code, "it", known.text.italian);
+      insert(message, code, "en", known.text.english);
+    }
   }
-  for (const Translation& text : Translations()) {
+  for (const Wording& text : Dictionary()) {
     insert(translation, text.italian, "en", text.english);
   }
 }

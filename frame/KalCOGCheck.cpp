@@ -114,19 +114,17 @@ void KalCOGCheck::AddMessage(std::string& target, MessageCode code,
                              std::initializer_list<Variant> parameters) const {
   const std::string text = kal::AddMessage(siblings_, target, code, parameters);
   if (observation_.observer != nullptr) {
-    const auto name = std::ranges::find(kMessageCodes, code, &MessageName::code);
     observation_.observer->Added(
-        {ResultStringOf(target), code, name->name, parameters, text, *observation_.innermost});
+        {ResultStringOf(target), code, NameOf(code), parameters, text, *observation_.innermost});
   }
 }
 
-void KalCOGCheck::AppendLiteral(std::string& target, std::string_view literal,
+void KalCOGCheck::AppendLiteral(std::string& target, const testi::Letterale& literal,
                                 std::string_view shown) const {
   kal::AppendLiteral(target, shown);
   if (observation_.observer != nullptr) {
-    const auto known = std::ranges::find(testi::kTutti, literal, &testi::Testo::testo);
     observation_.observer->Added(
-        {ResultStringOf(target), std::nullopt, known->nome, {}, shown, *observation_.innermost});
+        {ResultStringOf(target), std::nullopt, literal.nome, {}, shown, *observation_.innermost});
   }
 }
 

@@ -20,6 +20,7 @@
 #include <utility>
 
 #include "frame/Observer.h"
+#include "frame/modCommonCostanti.h"
 #include "frame/modKalCommonErrorCodes.h"
 #include "frame/modKalErrorHandling.h"
 #include "platform/Currency.h"
@@ -246,10 +247,11 @@ class KalCOGCheck {
   void AddMessage(std::string& target, MessageCode code,
                   std::initializer_list<Variant> parameters = {}) const;
   // A text of testi; what is appended may be its translation.
-  void AppendLiteral(std::string& target, std::string_view literal) const {
-    AppendLiteral(target, literal, literal);
+  void AppendLiteral(std::string& target, const testi::Letterale& literal) const {
+    AppendLiteral(target, literal, literal.testo);
   }
-  void AppendLiteral(std::string& target, std::string_view literal, std::string_view shown) const;
+  void AppendLiteral(std::string& target, const testi::Letterale& literal,
+                     std::string_view shown) const;
   [[nodiscard]] ResultString ResultStringOf(const std::string& target) const;
 
   SiblingFactory& siblings_;

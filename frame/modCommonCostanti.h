@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -36,52 +35,19 @@ inline constexpr std::int32_t kFunzioneAnno = 4;
 // Protocols have at most seven digits.
 inline constexpr std::int32_t kProtocolloMassimo = 9999999;
 
-// Messages that are texts of the component itself. They are known by the names of these constants.
+// Messages that are texts of the component itself, known by the names of these constants, and words
+// that go into other messages.
 namespace testi {
 
-inline constexpr std::string_view kEffettiSplitPayment =
-    "Il documento in Split Payment ha delle rate di tipo Effetto. Per poterle gestire nelle "
-    "distinte effetti occorre utilizzare una forma di pagamento con la prima rata di sola iva";
-inline constexpr std::string_view kSezionaleNonSplit =
-    "Il Sezionale Vendita indicato non è idoneo alla fatturazione per il cliente split payment";
-inline constexpr std::string_view kClienteNonSplit =
-    "Il Sezionale Vendita indicato è un sezionale Split Payment, ma il cliente non ha la gestione "
-    "abilitata";
-inline constexpr std::string_view kPlafondSuperato =
-    "L'importo plafond residuo per la dichiarazione d'intenti selezionata è stato superato";
-inline constexpr std::string_view kDataDocumentoVuota =
-    "La data del documento è vuota ma esiste una dichiarazione d'intento inserita";
-inline constexpr std::string_view kDichiarazioneNonValida =
-    "La validità della dichiarazione d'intento selezionata differisce dalla data del documento";
-inline constexpr std::string_view kAliquoteDiverse =
-    "Alcune aliquote sono diverse rispetto all'aliquota indicata in dichiarazione d'intenti";
-// "uno una" is the text that users know.
-inline constexpr std::string_view kGenerataDaSplitPayment =
-    "Impossibile modificare il documento in quanto è stato generato a seguito di uno una prima "
-    "nota in split payment";
-inline constexpr std::string_view kTrasmessoSdi =
-    "Attenzione! Si sta tentando di modificare un documento già trasmesso allo SDI";
-inline constexpr std::string_view kXmlGenerato =
-    "Attenzione! Per il documento è già stato generato un file XML. Per evitare incongruenze si "
-    "consiglia, una volta effettuata la modifica, di rigenerare il file";
-
-struct Testo {
+struct Letterale {
   std::string_view nome;
   std::string_view testo;
 };
 
-inline constexpr std::array kTutti = {
-    Testo{"EffettiSplitPayment", kEffettiSplitPayment},
-    Testo{"SezionaleNonSplit", kSezionaleNonSplit},
-    Testo{"ClienteNonSplit", kClienteNonSplit},
-    Testo{"PlafondSuperato", kPlafondSuperato},
-    Testo{"DataDocumentoVuota", kDataDocumentoVuota},
-    Testo{"DichiarazioneNonValida", kDichiarazioneNonValida},
-    Testo{"AliquoteDiverse", kAliquoteDiverse},
-    Testo{"GenerataDaSplitPayment", kGenerataDaSplitPayment},
-    Testo{"TrasmessoSdi", kTrasmessoSdi},
-    Testo{"XmlGenerato", kXmlGenerato},
-};
+#define KAL_LITERAL(name, check, theme, set, sample, text, ...) \
+  inline constexpr Letterale k##name{#name, text};
+#define KAL_WORD(name, text, translation) inline constexpr std::string_view k##name = text;
+#include "messages/Messages.h"
 
 }  // namespace testi
 

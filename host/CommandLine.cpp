@@ -275,7 +275,7 @@ void AddLanguage(CLI::App& command, Options& options) {
 int Explain(const Options& options, const Streams& streams) {
   std::string text = PageList();
   if (!options.listPages) {
-    const MessagePage* const page = FindPage(options.page);
+    const Message* const page = FindPage(options.page);
     if (page == nullptr) {
       return Complain(streams, (options.page.empty() ? "explain takes a code or a name"
                                                      : "there is no message " + options.page) +

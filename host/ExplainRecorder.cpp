@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/ExplainPages.h"
+#include "messages/Catalogue.h"
 
 namespace kal::host {
 
@@ -46,13 +46,14 @@ void ExplainRecorder::Failed(std::string_view /*operation*/, const RunTimeError&
 }
 
 void ExplainRecorder::Added(const ObservedMessage& message) {
+  const Message* const known = FindMessage(message.name);
   Finding finding{.string = message.target,
                   .code = message.code,
                   .name = message.name,
                   .path = message.operation.Path(),
                   .parameters = {message.parameters.begin(), message.parameters.end()},
                   .text = std::string(message.text),
-                  .set = PageOf(message.name).lines,
+                  .set = known == nullptr ? "" : known->set,
                   .row = 0};
   const auto set = std::ranges::find(sets_, finding.set, &NamedSet::first);
   if (set != sets_.end()) {

@@ -67,12 +67,13 @@ void KalCOGCheck::TestFatturaElettronica() {
   const Variant stato = GetField(rsTesta_, "StatoDocPA");
   const bool trasmesso = stato != 0 && stato != 1 && stato != 8 && stato != 2 && stato != 9;
   if (trasmesso) {
-    const std::string testo = TranslateText(siblings_, testi::kTrasmessoSdi);
+    const std::string testo = TranslateText(siblings_, testi::kTrasmessoSdi.testo);
     const bool soloAvviso = stato == 6 || stato == 7 || stato == 5;
     const bool blocca = !soloAvviso && Setting("BloccoInviatoSDI") == true;
     AppendLiteral(blocca ? errString_ : warnString_, testi::kTrasmessoSdi, testo);
   } else if (stato == 1) {
-    AppendLiteral(warnString_, testi::kXmlGenerato, TranslateText(siblings_, testi::kXmlGenerato));
+    AppendLiteral(warnString_, testi::kXmlGenerato,
+                  TranslateText(siblings_, testi::kXmlGenerato.testo));
   }
 }
 

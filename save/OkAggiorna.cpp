@@ -61,7 +61,7 @@ bool KalCOGCheck::OkAggiorna(bool aCheckRegIva, bool aCheckDuplicatoDoc) {
     TestSezionale();
     TestNumeroDocumento();
     TestProtocolloMancante();
-    TestProtocolloMassimo(GetField(rsTesta_, "Protocollo"), "del documento");
+    TestProtocolloMassimo(GetField(rsTesta_, "Protocollo"), testi::kDelDocumento);
     TestBanca();
     TestSplitPayment();
     ControllaCongruenzaDate(GetField(rsTesta_, "DataRegistrazione"),
@@ -248,9 +248,9 @@ void KalCOGCheck::TestSplitPayment() {
   if (clienteSplit == sezionaleSplit) {
     return;
   }
-  const std::string_view letterale =
+  const testi::Letterale& letterale =
       clienteSplit ? testi::kSezionaleNonSplit : testi::kClienteNonSplit;
-  std::string testo(letterale);
+  std::string testo(letterale.testo);
   testo += kCrLf;  // these two texts end their line themselves
   AppendLiteral(warnString_, letterale, testo);
 }
@@ -415,7 +415,7 @@ void KalCOGCheck::TestProtocolloAutofattura(const Salvataggio& aRun) {
     TestProtocolloMassimo(
         siblings_.CreateProtocolNumbering()->NextProtocol(kVendite, aRun.SezionaleAutofattura,
                                                           GetField(rsTesta_, "DataRegistrazione")),
-        "dell'autofattura");
+        testi::kDellAutofattura);
   }
 }
 

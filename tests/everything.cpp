@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "frame/modCommonCostanti.h"
+#include "messages/Catalogue.h"
 #include "tests/kit.h"
 
 namespace kal::test {
@@ -171,16 +171,10 @@ TEST(Everything, EveryMessageAppears) {
   for (const std::vector<std::string>& row : TableRows(kFaults)) {
     shown += Written(row.back()) + " ";
   }
-  for (const MessageName& message : kMessageCodes) {
-    const std::string code = " " + std::to_string(static_cast<int>(message.code));
-    EXPECT_NE(shown.find(code), std::string::npos) << "no case gives " << message.name;
-  }
-  for (const std::string_view text :
-       {testi::kEffettiSplitPayment, testi::kSezionaleNonSplit, testi::kClienteNonSplit,
-        testi::kPlafondSuperato, testi::kDataDocumentoVuota, testi::kDichiarazioneNonValida,
-        testi::kAliquoteDiverse, testi::kGenerataDaSplitPayment, testi::kTrasmessoSdi,
-        testi::kXmlGenerato}) {
-    EXPECT_NE(shown.find(text), std::string::npos) << "no case gives " << text;
+  for (const Message& message : Catalogue()) {
+    const std::string known = message.code ? " " + std::to_string(static_cast<int>(*message.code))
+                                           : std::string(message.text.italian);
+    EXPECT_NE(shown.find(known), std::string::npos) << "no case gives " << message.name;
   }
 }
 

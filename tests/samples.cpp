@@ -13,11 +13,10 @@
 #include <string_view>
 
 #include "company/Company.h"
-#include "company/MessageTexts.h"
-#include "frame/modCommonCostanti.h"
 #include "host/EntryFile.h"
 #include "host/Report.h"
 #include "host/Runner.h"
+#include "messages/Catalogue.h"
 
 namespace kal {
 namespace {
@@ -32,8 +31,8 @@ json Told(const json& answer) {
   for (const json& finding : answer.at("findings")) {
     json name = finding.at("code");
     const std::string text = finding.at("text");  // some literal ones end their line
-    for (const testi::Testo& literal : testi::kTutti) {
-      if (name.is_null() && text.starts_with(literal.testo)) name = literal.nome;
+    for (const Message& message : Catalogue()) {
+      if (name.is_null() && text.starts_with(message.text.italian)) name = message.name;
     }
     told[finding.at("string").get<std::string>()].push_back(name);
   }
@@ -63,20 +62,17 @@ TEST(Samples, AnswerWhatTheyExpect) {
 }
 
 // How many parameters the checks hand to a message; none where it is not listed.
-TEST(MessageTexts, TakeTheParametersOfTheirCode) {
+TEST(Messages, TakeTheParametersOfTheirCode) {
   const std::map<int, std::size_t> parameters = {{10489, 1}, {10498, 1}, {10506, 2}, {10511, 1},
                                                  {10519, 1}, {10520, 1}, {10521, 1}, {10578, 1},
                                                  {10587, 2}, {10588, 1}, {10590, 2}, {10660, 1},
                                                  {10666, 1}, {10738, 1}, {10742, 1}, {10743, 1}};
-  for (const company::MessageText& text : company::MessageTexts()) {
-    const int code = static_cast<int>(text.code);
-    const auto row = parameters.find(code);
-    for (const std::string_view said : {text.italian, text.english}) {
-      EXPECT_FALSE(said.empty()) << code;
-      std::size_t taken = 0;
-      for (std::size_t at = said.find("%s"); at != said.npos; at = said.find("%s", at + 2)) ++taken;
-      EXPECT_EQ(taken, row == parameters.end() ? 0 : row->second) << code << ": " << said;
-    }
+  for (const Message& message : Catalogue()) {
+    const std::string_view said = message.text.italian;
+    const auto row = parameters.find(message.code ? static_cast<int>(*message.code) : 0);
+    std::size_t taken = 0;
+    for (std::size_t at = said.find("%s"); at != said.npos; at = said.find("%s", at + 2)) ++taken;
+    EXPECT_EQ(taken, row == parameters.end() ? 0 : row->second) << message.name;
   }
 }
 
