@@ -3,6 +3,7 @@
 # make test-windows   the same for the Windows automation server, under Wine
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
+# make docs   writes the lists of docs/ as the code states them
 # make fuzz   ten minutes of fuzzing a target
 # make million   a million checks in one process
 # make clean  removes what was built
@@ -16,7 +17,7 @@ SOURCES = $(shell git ls-files '*.h' '*.cpp')
 ANALYSED = $(filter-out server/% tests/windows/% fuzz/%,$(filter %.cpp,$(SOURCES)))
 COMPANY := build/sample.db
 
-.PHONY: run test test-windows lint bench fuzz million build deps deps-lint \
+.PHONY: run test test-windows lint docs bench fuzz million build deps deps-lint \
   deps-bench deps-fuzz clean
 
 run: build
@@ -48,16 +49,21 @@ test-windows:
 
 lint: deps-lint
 	clang-format --dry-run --Werror $(SOURCES)
-	cmake --preset release -DBUILD_TESTING=ON -DKAL_BENCH=ON -DKAL_LOAD=ON
+	cmake --preset release -DBUILD_TESTING=ON -DKAL_BENCH=ON
 	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 4 clang-tidy --quiet -p build/release
+
+docs: deps
+	cmake --preset release -DBUILD_TESTING=ON
+	cmake --build --preset release
+	KAL_WRITE_DOCS=1 build/release/tests/kal_tests --gtest_filter='Docs.*'
 
 fuzz: deps-fuzz
 	tools/fuzz
 
-million: deps
-	cmake --preset release -DKAL_LOAD=ON
+million: deps-bench
+	cmake --preset release -DKAL_BENCH=ON
 	cmake --build --preset release --target kal_million
-	build/release/tests/load/kal_million host/samples/*.json
+	build/release/bench/kal_million host/samples/*.json
 
 bench: deps-bench
 	cmake --preset release -DKAL_BENCH=ON

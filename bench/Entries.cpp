@@ -96,7 +96,7 @@ Purchase::Sets Purchase::Fresh() const {
   return {set(0), set(1), set(2), set(3)};
 }
 
-bool Check(SiblingFactory& siblings, const Purchase::Sets& sets, Observer* observer) {
+bool Check(Siblings& siblings, const Purchase::Sets& sets, Observer* observer) {
   KalCOGCheck checker(siblings);
   checker.Observe(observer);
   checker.RsTesta(sets.testa);

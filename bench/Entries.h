@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "frame/KalCOGCheck.h"
+#include "checker/KalCOGCheck.h"
 #include "platform/MemoryRecordset.h"
 
 namespace kal::bench {
@@ -30,6 +30,6 @@ struct Purchase {
 };
 
 // Runs the save check, watched where an observer is given; whether the answer was True.
-bool Check(SiblingFactory& siblings, const Purchase::Sets& sets, Observer* observer = nullptr);
+bool Check(Siblings& siblings, const Purchase::Sets& sets, Observer* observer = nullptr);
 
 }  // namespace kal::bench

@@ -24,7 +24,8 @@
 #include "bench/LargeCompany.h"
 #include "company/Company.h"
 #include "host/ExplainRecorder.h"
-#include "siblings/ObservedSiblings.h"
+#include "siblings/Components.h"
+#include "siblings/WatchedSiblings.h"
 
 namespace kal::bench {
 namespace {
@@ -115,14 +116,14 @@ void Print(const Row& row) {
 std::string Counts(Company& company, const Purchase& purchase) {
   CheckOnce(company, purchase);
   const Purchase::Sets sets = purchase.Fresh();
-  const Company::Counters before = company.Counted();
+  const company::Counters before = company.Counted();
   const std::uint64_t allocations = Allocations();
   {
     const Company::Reading books(company);
     Check(company.Siblings(), sets);
   }
   const std::uint64_t allocated = Allocations() - allocations;
-  const Company::Counters after = company.Counted();
+  const company::Counters after = company.Counted();
   return std::to_string(after.queries - before.queries) + " queries, " +
          std::to_string(after.prepared - before.prepared) + " prepared, " +
          std::to_string(after.transactions - before.transactions) + " transaction, " +
@@ -163,37 +164,24 @@ void SmallPurchase() {
          "goal 1.15"});
 }
 
-// What being watched costs: for the findings alone, and for the whole decision.
+// What it costs to be watched.
 void ObservedPurchase() {
   constexpr int kRounds = 2001;
   const Purchase purchase{4, kNextProtocol, kLastDay};
   Company company(Books().Path());
   CheckOnce(company, purchase);
-  const auto plain = [&] { return CheckMicroseconds(company, purchase); };
-  const Pair findings = Interleaved(
-      kRounds,
-      [&] {
-        const Purchase::Sets sets = purchase.Fresh();
-        return Microseconds([&] {
-          const Company::Reading books(company);
-          host::ExplainRecorder recorder({}, false);
-          Check(company.Siblings(), sets, &recorder);
-        });
-      },
-      plain);
-  Print({"4-line purchase, findings observed: unobserved", findings.ours, findings.floor, ""});
   const Pair steps = Interleaved(
       kRounds,
       [&] {
         const Purchase::Sets sets = purchase.Fresh();
         return Microseconds([&] {
           const Company::Reading books(company);
-          host::ExplainRecorder recorder({}, true);
-          ObservedSiblings siblings(company.Siblings(), recorder);
+          host::ExplainRecorder recorder;
+          WatchedSiblings siblings(company.Siblings(), recorder);
           Check(siblings, sets, &recorder);
         });
       },
-      plain);
+      [&] { return CheckMicroseconds(company, purchase); });
   Print({"4-line purchase, every step observed: unobserved", steps.ours, steps.floor, ""});
 }
 
@@ -242,29 +230,30 @@ void Growth() {
 }
 
 // The protocol-order question alone, as the check asks it.
+constexpr Selection kProtocolOrder =
+    Selection()
+        .OnlyFirst()
+        .Select("Protocollo, DataRegistrazione")
+        .From("COGPrimeNoteTeste")
+        .Where("IdPrimaNota", CompareWith::NotEqual)
+        .WhereEqual("Year(DataRegistrazione)")
+        .WhereEqual("TipoRegIva")
+        .WhereEqual("SezionaleIva")
+        .WhereEqual("IsNull(Provvisoria,0)")
+        .WhereAnyOf(
+            {{{"Protocollo", CompareWith::Greater}, {"DataRegistrazione", CompareWith::Less}},
+             {{"Protocollo", CompareWith::Less}, {"DataRegistrazione", CompareWith::Greater}},
+             {{"Protocollo", CompareWith::Equal}}});
+
 void ProtocolOrder(const std::string& name, int protocol, const std::string& date,
                    const std::string& remark) {
   constexpr int kRounds = 501;
   Company company(Books().Path());
-  const auto access = company.Siblings().CreateDataAccess();
   const Company::Reading books(company);
   const auto ask = [&] {
-    QueryBuilder query;
     const Variant day = *Date::FromIso(date);
-    query.OnlyFirst()
-        .Select("Protocollo, DataRegistrazione")
-        .From("COGPrimeNoteTeste")
-        .Where("IdPrimaNota", CompareWith::NotEqual, protocol)
-        .WhereEqual("Year(DataRegistrazione)", "2024")
-        .WhereEqual("TipoRegIva", 1)
-        .WhereEqual("SezionaleIva", 1)
-        .WhereEqual("IsNull(Provvisoria,0)", 0)
-        .WhereAnyOf({{{"Protocollo", CompareWith::Greater, protocol},
-                      {"DataRegistrazione", CompareWith::Less, day}},
-                     {{"Protocollo", CompareWith::Less, protocol},
-                      {"DataRegistrazione", CompareWith::Greater, day}},
-                     {{"Protocollo", CompareWith::Equal, protocol}}});
-    const RecordsetRef conflict = access->Open(query);
+    const RecordsetRef conflict = Open<kProtocolOrder>(company.Siblings(), protocol, "2024", 1, 1,
+                                                       0, protocol, day, protocol, day, protocol);
     benchmark::DoNotOptimize(conflict->Eof());
   };
   Floor point(Books().Path(), {"SELECT CodConto FROM STDPianoDeiConti WHERE CodConto = '000001'"});

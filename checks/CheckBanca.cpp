@@ -5,70 +5,98 @@
 // payment type missing from its table is passed over. RsScadenze is left unfiltered at its end,
 // or on the offending installment; where no ordinary installment is visible the filter stays set.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/Rate.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::CheckDateScadenza(bool& aOk) {
-  Trap("KalCOGCheck.CheckDateScadenza", aOk, [&] {
-    aOk = true;
-    if (rsScadenze_.IsNothing()) {
-      return;
+constexpr Selection kTipologia = Selection()
+                                     .Option(kOpzioneLettura)
+                                     .Select("Effetto")
+                                     .From("STDTipologiePagamento")
+                                     .WhereEqual("IdTipologiaPagamento");
+
+bool SenzaBanca(const Registrazione& aRegistrazione, const RecordsetRef& aRata) {
+  const RecordsetRef tipologia =
+      Open<kTipologia>(aRegistrazione, GetField(aRata, "IdTipologiaPagamento"));
+  if (RecordsetIsEmpty(tipologia)) {
+    return false;
+  }
+  const bool effetto = GetFlag(tipologia, "Effetto");
+  const Variant idBancaCliente = GetField(aRata, "IdBancaCliente");
+  return effetto && idBancaCliente == 0;
+}
+
+}  // namespace
+
+bool CheckDateScadenza(Registrazione& aRegistrazione) {
+  return Trap(aRegistrazione, "KalCOGCheck.CheckDateScadenza", [&] {
+    const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
+    bool ok = true;
+    if (rsScadenze.IsNothing()) {
+      return ok;
     }
-    rsScadenze_->Filter(FilterGroup::None);
-    if (rsScadenze_->RecordCount() == 0) {
-      return;
+    rsScadenze->Filter(FilterGroup::None);
+    if (rsScadenze->RecordCount() == 0) {
+      return ok;
     }
-    const Field& dataScadenza = rsScadenze_->Fields("DataScadenza");
-    for (rsScadenze_->MoveFirst(); !rsScadenze_->Eof(); rsScadenze_->MoveNext()) {
+    const Field& dataScadenza = rsScadenze->Fields("DataScadenza");
+    for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {
       if (!IsDate(dataScadenza.Value())) {
-        rsScadenze_->MoveLast();
-        aOk = false;
+        rsScadenze->MoveLast();
+        ok = false;
       }
     }
-    rsScadenze_->Filter(FilterGroup::None);
-    VaiAllaFine(*rsScadenze_);
+    rsScadenze->Filter(FilterGroup::None);
+    VaiAllaFine(*rsScadenze);
+    return ok;
   });
 }
 
-void KalCOGCheck::CheckBanca(bool& aOk) {
-  Trap("KalCOGCheck.CheckBanca", aOk, [&] {
-    aOk = true;
-    if (rsScadenze_.IsNothing()) {
-      return;
+void SegnalaDateScadenza(Registrazione& aRegistrazione) {
+  if (!CheckDateScadenza(aRegistrazione)) {
+    AddMessage(aRegistrazione, WarnString, MessageCode::DataScadenzaNonValida);
+  }
+}
+
+bool CheckBanca(Registrazione& aRegistrazione) {
+  return Trap(aRegistrazione, "KalCOGCheck.CheckBanca", [&] {
+    const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
+    if (rsScadenze.IsNothing()) {
+      return true;
     }
-    rsScadenze_->Filter(kFiltroRateOrdinarie);
-    if (RecordsetIsEmpty(rsScadenze_)) {
-      return;
+    rsScadenze->Filter(kFiltroRateOrdinarie);
+    if (RecordsetIsEmpty(rsScadenze)) {
+      return true;
     }
-    QueryBuilder query;
-    query.Option(kOpzioneLettura).Select("Effetto").From("STDTipologiePagamento");
     std::size_t rata = 1;
-    for (rsScadenze_->MoveFirst(); !rsScadenze_->Eof(); rsScadenze_->MoveNext(), ++rata) {
-      query.ClearConditions().WhereEqual("IdTipologiaPagamento",
-                                         GetField(rsScadenze_, "IdTipologiaPagamento"));
-      const RecordsetRef tipologia = Open(query);
-      if (RecordsetIsEmpty(tipologia)) {
-        continue;
-      }
-      const bool effetto = GetFlag(tipologia, "Effetto");
-      const Variant idBancaCliente = GetField(rsScadenze_, "IdBancaCliente");
-      if (effetto && idBancaCliente == 0) {
-        aOk = false;
+    bool ok = true;
+    for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext(), ++rata) {
+      if (SenzaBanca(aRegistrazione, rsScadenze)) {
+        ok = false;
         break;
       }
     }
-    rsScadenze_->Filter("");
-    if (aOk) {
-      VaiAllaFine(*rsScadenze_);
+    rsScadenze->Filter("");
+    if (ok) {
+      VaiAllaFine(*rsScadenze);
     } else {
-      VaiAllaRataOrdinaria(*rsScadenze_, rata);
+      VaiAllaRataOrdinaria(*rsScadenze, rata);
     }
+    return ok;
   });
+}
+
+void SegnalaBanca(Registrazione& aRegistrazione) {
+  if (!CheckBanca(aRegistrazione)) {
+    AddMessage(aRegistrazione, WarnString, MessageCode::BancaClienteMancante, {},
+               aRegistrazione.RsScadenze.Riga(), "CheckBanca");
+  }
 }
 
 }  // namespace kal

@@ -8,45 +8,54 @@
 
 #include <string>
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::CheckCodIva() {
-  Trap("KalCOGCheck.CheckCodIva", [&] {
-    if (rsRIva_.IsNothing()) {
+constexpr Selection kCodiciIva = Selection().Option(kOpzioneLettura).Select("*").From("STDIva");
+
+bool AutofatturaMancante(const RecordsetRef& aTesta, const RecordsetRef& aRigaIva,
+                         const RecordsetRef& aCodiceIva) {
+  const bool autofattura = GetFlag(aTesta, "Intra") || GetFlag(aRigaIva, "ReverseCharge");
+  const bool indetraibile =
+      GetField(aCodiceIva, "PercIvaACosto") != 0 || GetField(aCodiceIva, "PercIndetraibile") != 0 ||
+      GetField(aRigaIva, "IndetraibileVB") != 0 || GetField(aRigaIva, "Indetraibile") != 0;
+  return autofattura && indetraibile && GetField(aCodiceIva, "CodIvaAutoFtReverse") == "";
+}
+
+}  // namespace
+
+void CheckCodIva(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckCodIva", [&] {
+    const HostSet& rsRIva = aRegistrazione.RsRIva;
+    if (rsRIva.IsNothing()) {
       return;
     }
-    QueryBuilder query;
-    query.Option(kOpzioneLettura).Select("*").From("STDIva");
-    const RecordsetRef rsIva = Open(query);
-    rsRIva_->Filter("");
-    if (RecordsetIsEmpty(rsRIva_)) {
+    const RecordsetRef codiciIva = Open<kCodiciIva>(aRegistrazione);
+    rsRIva->Filter("");
+    if (RecordsetIsEmpty(rsRIva)) {
       return;
     }
-    for (rsRIva_->MoveFirst(); !rsRIva_->Eof(); rsRIva_->MoveNext()) {
-      const Variant codIva = GetField(rsRIva_, "CodIva");
+    for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
+      const Variant codIva = GetField(rsRIva, "CodIva");
       if (codIva == kCodIvaVentilazione) {
         continue;
       }
-      rsIva->Filter("CodIva = '" + CStr(codIva) + "'");
-      if (RecordsetIsEmpty(rsIva)) {
-        AddMessage(errString_, MessageCode::CodIvaInesistente, {codIva});
-        continue;
-      }
-      const bool autofattura = GetFlag(rsTesta_, "Intra") || GetFlag(rsRIva_, "ReverseCharge");
-      const bool indetraibile =
-          GetField(rsIva, "PercIvaACosto") != 0 || GetField(rsIva, "PercIndetraibile") != 0 ||
-          GetField(rsRIva_, "IndetraibileVB") != 0 || GetField(rsRIva_, "Indetraibile") != 0;
-      if (autofattura && indetraibile && GetField(rsIva, "CodIvaAutoFtReverse") == "") {
-        AddMessage(errString_, MessageCode::CodIvaAutofatturaMancante,
-                   {CStr(GetField(rsRIva_, "NumeroRiga"))});
+      codiciIva->Filter("CodIva = '" + CStr(codIva) + "'");
+      if (RecordsetIsEmpty(codiciIva)) {
+        AddMessage(aRegistrazione, ErrString, MessageCode::CodIvaInesistente, {codIva},
+                   rsRIva.Riga());
+      } else if (AutofatturaMancante(aRegistrazione.RsTesta, rsRIva, codiciIva)) {
+        AddMessage(aRegistrazione, ErrString, MessageCode::CodIvaAutofatturaMancante,
+                   {CStr(GetField(rsRIva, "NumeroRiga"))}, rsRIva.Riga());
       }
     }
-    rsRIva_->MoveFirst();
+    rsRIva->MoveFirst();
   });
 }
 

@@ -5,7 +5,8 @@
 // side, and reopens it when it stands on the same side. It gives no message: the host reads the
 // two flags. RsScadenze is left unfiltered on its first row.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
@@ -13,56 +14,63 @@
 namespace kal {
 namespace {
 
+constexpr Selection kAperturaInSospensione =
+    Selection()
+        .Option(kOpzioneLettura)
+        .Select("COGScadenze.ImportoDare, COGScadenze.ImportoDareVB")
+        .From("COGScadenze")
+        .JoinWith(JoinKind::Inner, "COGPrimeNoteRCont")
+        .On("COGScadenze.IdScadenza", "COGPrimeNoteRCont.IdScadenza")
+        .JoinWith(JoinKind::Inner, "COGPrimeNoteTeste")
+        .On("COGPrimeNoteRCont.IdPrimaNota", "COGPrimeNoteTeste.IdPrimaNota")
+        .WhereEqual("COGScadenze.IdScadenza")
+        .WhereEqual("COGScadenze.NrRata")
+        .WhereEqual("COGScadenze.TipoRata")
+        .WhereEqual("COGPrimeNoteTeste.InSospensione");
+
 bool InDare(const RecordsetRef& rata) {
   return GetField(rata, "ImportoDare") != 0 || GetField(rata, "ImportoDareVB") != 0;
 }
 
+// The opening installment that the current one points to, if an entry in suspension carries it.
+RecordsetRef AperturaInSospensione(const Registrazione& aRegistrazione) {
+  const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
+  const Variant linkApertura = GetField(rsScadenze, "LinkApertura");
+  const Variant rataApertura = GetField(rsScadenze, "RataApertura");
+  return Open<kAperturaInSospensione>(aRegistrazione, linkApertura, rataApertura, kRataApertura,
+                                      true);
+}
+
 }  // namespace
 
-void KalCOGCheck::CheckIncassiInSospensione() {
-  Trap("KalCOGCheck.CheckIncassiInSospensione", [&] {
-    chiusuraRateInSospensione_ = false;
-    riaperturaRateInSospensione_ = false;
-    if (rsScadenze_.IsNothing()) {
+void CheckIncassiInSospensione(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckIncassiInSospensione", [&] {
+    const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
+    aRegistrazione.ChiusuraRateInSospensione = false;
+    aRegistrazione.RiaperturaRateInSospensione = false;
+    if (rsScadenze.IsNothing()) {
       return;
     }
-    rsScadenze_->Filter("");
-    if (rsScadenze_->RecordCount() == 0) {
+    rsScadenze->Filter("");
+    if (rsScadenze->RecordCount() == 0) {
       return;
     }
-    for (rsScadenze_->MoveFirst(); !rsScadenze_->Eof(); rsScadenze_->MoveNext()) {
-      if (!(GetField(rsScadenze_, "TipoRata") == kRataChiusura)) {
+    for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {
+      if (!(GetField(rsScadenze, "TipoRata") == kRataChiusura)) {
         continue;
       }
-      const RecordsetRef apertura = AperturaInSospensione();
+      const RecordsetRef apertura = AperturaInSospensione(aRegistrazione);
       if (RecordsetIsEmpty(apertura)) {
         continue;
       }
-      if (InDare(apertura) == InDare(rsScadenze_)) {
-        riaperturaRateInSospensione_ = true;
+      if (InDare(apertura) == InDare(rsScadenze)) {
+        aRegistrazione.RiaperturaRateInSospensione = true;
       } else {
-        chiusuraRateInSospensione_ = true;
+        aRegistrazione.ChiusuraRateInSospensione = true;
       }
     }
-    rsScadenze_->MoveFirst();
+    rsScadenze->MoveFirst();
   });
-}
-
-// The opening installment that the current one points to, if an entry in suspension carries it.
-RecordsetRef KalCOGCheck::AperturaInSospensione() const {
-  QueryBuilder query;
-  query.Option(kOpzioneLettura)
-      .Select("COGScadenze.ImportoDare, COGScadenze.ImportoDareVB")
-      .From("COGScadenze")
-      .JoinWith(JoinKind::Inner, "COGPrimeNoteRCont")
-      .On("COGScadenze.IdScadenza", "COGPrimeNoteRCont.IdScadenza")
-      .JoinWith(JoinKind::Inner, "COGPrimeNoteTeste")
-      .On("COGPrimeNoteRCont.IdPrimaNota", "COGPrimeNoteTeste.IdPrimaNota")
-      .WhereEqual("COGScadenze.IdScadenza", GetField(rsScadenze_, "LinkApertura"))
-      .WhereEqual("COGScadenze.NrRata", GetField(rsScadenze_, "RataApertura"))
-      .WhereEqual("COGScadenze.TipoRata", kRataApertura)
-      .WhereEqual("COGPrimeNoteTeste.InSospensione", true);
-  return Open(query);
 }
 
 }  // namespace kal

@@ -4,63 +4,65 @@
 // The flag is reset at the start of each check and otherwise kept. A setting that is Null does
 // not stop the check. RsRCont is left on its first line.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::CheckInfragruppo() {
-  Trap("KalCOGCheck.CheckInfragruppo", [&] {
-    infragruppo_ = false;
-    if (RecordsetIsEmpty(rsTesta_)) {
-      return;
-    }
-    const Variant gestito = Setting("GestisciPNInfragruppo");
-    if (!gestito.IsNull() && !CBool(gestito)) {
-      return;
-    }
-    if (GetFlag(rsTesta_, "Infragruppo")) {
-      infragruppo_ = true;
-      return;
-    }
-    if (RecordsetIsEmpty(rsRCont_)) {
-      return;
-    }
-    for (rsRCont_->MoveFirst(); !rsRCont_->Eof() && !infragruppo_; rsRCont_->MoveNext()) {
-      const std::int16_t tipoCliFor = CInt(GetField(rsRCont_, "TipoCliFor"));
-      const std::string codConto = CStr(GetField(rsRCont_, "CodConto"));
-      const std::int32_t idCliFor = CLng(GetField(rsRCont_, "IdCliFor"));
-      ContoInfragruppo(tipoCliFor, codConto, idCliFor, infragruppo_);
-    }
-    if (infragruppo_) {
-      AddMessage(warnInfragruppoString_, MessageCode::RegistrazioneInfragruppo);
-    }
-    rsRCont_->MoveFirst();
+constexpr Selection kInfragruppoCliente =
+    Selection().Select("Infragruppo").From("STDAnagraficaClienti").WhereEqual("IdAnagrafica");
+constexpr Selection kInfragruppoFornitore =
+    Selection().Select("Infragruppo").From("STDAnagraficaFornitori").WhereEqual("IdAnagrafica");
+constexpr Selection kInfragruppoConto =
+    Selection().Select("Infragruppo").From("STDPianoDeiConti").WhereEqual("CodConto");
+
+bool ContoInfragruppo(const Registrazione& aRegistrazione, std::int16_t aTipoCliFor,
+                      const std::string& aCodConto, std::int32_t aIdCliFor) {
+  return Trap(aRegistrazione, "KalCOGCheck.ContoInfragruppo", [&] {
+    const RecordsetRef anagrafica =
+        aTipoCliFor == kCliente     ? Open<kInfragruppoCliente>(aRegistrazione, aIdCliFor)
+        : aTipoCliFor == kFornitore ? Open<kInfragruppoFornitore>(aRegistrazione, aIdCliFor)
+                                    : Open<kInfragruppoConto>(aRegistrazione, aCodConto);
+    return !RecordsetIsEmpty(anagrafica) && GetFlag(anagrafica, "Infragruppo");
   });
 }
 
-void KalCOGCheck::ContoInfragruppo(std::int16_t aTipoCliFor, const std::string& aCodConto,
-                                   std::int32_t aIdCliFor, bool& aInfragruppo) {
-  Trap("KalCOGCheck.ContoInfragruppo", aInfragruppo, [&] {
-    aInfragruppo = false;
-    QueryBuilder query;
-    query.Select("Infragruppo");
-    switch (aTipoCliFor) {
-      case kCliente:
-        query.From("STDAnagraficaClienti").WhereEqual("IdAnagrafica", aIdCliFor);
-        break;
-      case kFornitore:
-        query.From("STDAnagraficaFornitori").WhereEqual("IdAnagrafica", aIdCliFor);
-        break;
-      default:
-        query.From("STDPianoDeiConti").WhereEqual("CodConto", aCodConto);
+}  // namespace
+
+void CheckInfragruppo(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckInfragruppo", [&] {
+    const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+    const RecordsetRef& rsRCont = aRegistrazione.RsRCont;
+    bool& infragruppo = aRegistrazione.Infragruppo;
+    infragruppo = false;
+    if (RecordsetIsEmpty(rsTesta)) {
+      return;
     }
-    const RecordsetRef anagrafica = Open(query);
-    if (!RecordsetIsEmpty(anagrafica)) {
-      aInfragruppo = GetFlag(anagrafica, "Infragruppo");
+    const Variant gestito = Setting(aRegistrazione, "GestisciPNInfragruppo");
+    if (!gestito.IsNull() && !CBool(gestito)) {
+      return;
     }
+    if (GetFlag(rsTesta, "Infragruppo")) {
+      infragruppo = true;
+      return;
+    }
+    if (RecordsetIsEmpty(rsRCont)) {
+      return;
+    }
+    for (rsRCont->MoveFirst(); !rsRCont->Eof() && !infragruppo; rsRCont->MoveNext()) {
+      const std::int16_t tipoCliFor = CInt(GetField(rsRCont, "TipoCliFor"));
+      const std::string codConto = CStr(GetField(rsRCont, "CodConto"));
+      const std::int32_t idCliFor = CLng(GetField(rsRCont, "IdCliFor"));
+      infragruppo = ContoInfragruppo(aRegistrazione, tipoCliFor, codConto, idCliFor);
+    }
+    if (infragruppo) {
+      AddMessage(aRegistrazione, WarnInfragruppoString, MessageCode::RegistrazioneInfragruppo);
+    }
+    rsRCont->MoveFirst();
   });
 }
 

@@ -3,39 +3,48 @@
 // It gives no message: the host reads ImportoPlafond. Reversing templates use it negative. RsRIva
 // is left on its first row when it was walked.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::CheckPlafond() {
-  Trap("KalCOGCheck.CheckPlafond", [&] {
-    importoPlafond_ = Currency();
-    const Variant idDichiarazione = GetField(rsTesta_, "IdDichiarazione");
-    if (causaleCorrente_.TipoRegIva != kAcquisti || GetField(rsTesta_, "DataPlafond") == "" ||
-        idDichiarazione == 0 || rsRIva_.IsNothing() || rsRIva_->RecordCount() == 0) {
+constexpr Selection kDichiarazione = Selection()
+                                         .Select("CodIva")
+                                         .From("STDDichiarazioniIntento")
+                                         .WhereEqual("IdDichiarazione")
+                                         .WhereEqual("TipoAnagrafica");
+
+}  // namespace
+
+void CheckPlafond(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckPlafond", [&] {
+    const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+    const RecordsetRef& rsRIva = aRegistrazione.RsRIva;
+    aRegistrazione.ImportoPlafond = Currency();
+    const Variant idDichiarazione = GetField(rsTesta, "IdDichiarazione");
+    if (aRegistrazione.CausaleCorrente.TipoRegIva != kAcquisti ||
+        GetField(rsTesta, "DataPlafond") == "" || idDichiarazione == 0 || rsRIva.IsNothing() ||
+        rsRIva->RecordCount() == 0) {
       return;
     }
-    QueryBuilder query;
-    query.Select("CodIva")
-        .From("STDDichiarazioniIntento")
-        .WhereEqual("IdDichiarazione", idDichiarazione)
-        .WhereEqual("TipoAnagrafica", kFornitore);
-    const RecordsetRef dichiarazione = Open(query);
+    const RecordsetRef dichiarazione =
+        Open<kDichiarazione>(aRegistrazione, idDichiarazione, kFornitore);
     if (RecordsetIsEmpty(dichiarazione)) {
       return;
     }
     const Variant codIva = GetField(dichiarazione, "CodIva");
     Currency somma;
-    for (rsRIva_->MoveFirst(); !rsRIva_->Eof(); rsRIva_->MoveNext()) {
-      if (GetField(rsRIva_, "CodIva") == codIva) {
-        somma += CCur(GetField(rsRIva_, "Imponibile"));
+    for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
+      if (GetField(rsRIva, "CodIva") == codIva) {
+        somma += CCur(GetField(rsRIva, "Imponibile"));
       }
     }
-    rsRIva_->MoveFirst();
-    importoPlafond_ = causaleCorrente_.SegnoIva == -1 ? -somma : somma;
+    rsRIva->MoveFirst();
+    aRegistrazione.ImportoPlafond = aRegistrazione.CausaleCorrente.SegnoIva == -1 ? -somma : somma;
   });
 }
 

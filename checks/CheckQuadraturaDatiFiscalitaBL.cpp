@@ -8,9 +8,10 @@
 #include <span>
 #include <string_view>
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
+#include "siblings/Components.h"
 
 namespace kal {
 namespace {
@@ -54,31 +55,37 @@ Currency Somma(Totals& totali, std::span<const std::string_view> colonne) {
 
 }  // namespace
 
-void KalCOGCheck::CheckQuadraturaDatiFiscalitaBL(bool& aOk) {
-  Trap("KalCOGCheck.CheckQuadraturaDatiFiscalitaBL", aOk, [&] {
-    aOk = true;
-    if (rsFiscalitaBL_.IsNothing()) {
-      return;
+bool CheckQuadraturaDatiFiscalitaBL(Registrazione& aRegistrazione) {
+  return Trap(aRegistrazione, "KalCOGCheck.CheckQuadraturaDatiFiscalitaBL", [&] {
+    const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+    const RecordsetRef& rsFiscalitaBL = aRegistrazione.RsFiscalitaBL;
+    if (rsFiscalitaBL.IsNothing()) {
+      return true;
     }
-    if (!RecordsetIsEmpty(rsTesta_) && RecordsetIsEmpty(rsFiscalitaBL_)) {
-      aOk = false;
-      return;
+    if (!RecordsetIsEmpty(rsTesta) && RecordsetIsEmpty(rsFiscalitaBL)) {
+      return false;
     }
-    const auto totali = siblings_.CreateTotals();
-    totali->Attach(rsFiscalitaBL_);
-    const std::string codCausale = CStr(GetField(rsTesta_, "CodCausale"));
-    const Colonne& colonne =
-        siblings_.CreateVatCodes()->IsVariationNote(codCausale) ? kNoteVariazione : kDocumento;
-    totali->Columns(colonne.elenco);
-    totali->Compute();
-    const Variant imponibile = Somma(*totali, colonne.imponibili);
-    const Variant imposta = Somma(*totali, colonne.imposte);
-    if (rsTesta_->Fields("TotImponibileVB").Value() != imponibile ||
-        rsTesta_->Fields("TotImpostaVB").Value() != imposta) {
-      aOk = false;
-    }
-    rsFiscalitaBL_->MoveFirst();
+    Totals totali(aRegistrazione.Siblings);
+    totali.Recordset(rsFiscalitaBL);
+    const std::string codCausale = CStr(GetField(rsTesta, "CodCausale"));
+    const Colonne& colonne = VatCodes(aRegistrazione.Siblings).IsVariationNote(codCausale)
+                                 ? kNoteVariazione
+                                 : kDocumento;
+    totali.Columns(colonne.elenco);
+    totali.Compute();
+    const Variant imponibile = Somma(totali, colonne.imponibili);
+    const Variant imposta = Somma(totali, colonne.imposte);
+    const bool diversi = rsTesta->Fields("TotImponibileVB").Value() != imponibile ||
+                         rsTesta->Fields("TotImpostaVB").Value() != imposta;
+    rsFiscalitaBL->MoveFirst();
+    return !diversi;
   });
+}
+
+void SegnalaDatiFiscali(Registrazione& aRegistrazione) {
+  if (!CheckQuadraturaDatiFiscalitaBL(aRegistrazione)) {
+    AddMessage(aRegistrazione, WarnString, MessageCode::DatiFiscaliNonQuadrano);
+  }
 }
 
 }  // namespace kal

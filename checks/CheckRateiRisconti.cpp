@@ -7,32 +7,36 @@
 
 #include <string>
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
 
-void KalCOGCheck::CheckRateiRisconti() {
-  Trap("KalCOGCheck.CheckRateiRisconti", [&] {
-    if (rsRCont_.IsNothing() || rsRCont_->RecordCount() == 0 || rsRisconti_.IsNothing() ||
-        rsRisconti_->RecordCount() == 0) {
+void CheckRateiRisconti(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckRateiRisconti", [&] {
+    const RecordsetRef& rsRCont = aRegistrazione.RsRCont;
+    const HostSet& rsRisconti = aRegistrazione.RsRisconti;
+    if (rsRCont.IsNothing() || rsRCont->RecordCount() == 0 || rsRisconti.IsNothing() ||
+        rsRisconti->RecordCount() == 0) {
       return;
     }
-    for (rsRisconti_->MoveFirst(); !rsRisconti_->Eof(); rsRisconti_->MoveNext()) {
-      const std::string contropartita = CStr(GetField(rsRisconti_, "CodContoContropartita"));
+    for (rsRisconti->MoveFirst(); !rsRisconti->Eof(); rsRisconti->MoveNext()) {
+      const std::string contropartita = CStr(GetField(rsRisconti, "CodContoContropartita"));
       if (contropartita.empty()) {
-        AddMessage(errString_, MessageCode::ContropartitaMancante);
-        rsRisconti_->MoveLast();
+        AddMessage(aRegistrazione, ErrString, MessageCode::ContropartitaMancante, {},
+                   rsRisconti.Riga());
+        rsRisconti->MoveLast();
         continue;
       }
-      rsRCont_->Filter("CodConto like '" + contropartita + "'");
-      if (rsRCont_->RecordCount() == 0) {
-        AddMessage(errString_, MessageCode::ContropartitaNonInRighe, {contropartita});
+      rsRCont->Filter("CodConto like '" + contropartita + "'");
+      if (rsRCont->RecordCount() == 0) {
+        AddMessage(aRegistrazione, ErrString, MessageCode::ContropartitaNonInRighe, {contropartita},
+                   rsRisconti.Riga());
       }
     }
-    rsRisconti_->MoveFirst();
-    rsRCont_->Filter(FilterGroup::None);
+    rsRisconti->MoveFirst();
+    rsRCont->Filter(FilterGroup::None);
   });
 }
 

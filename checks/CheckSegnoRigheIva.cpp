@@ -3,44 +3,46 @@
 //
 // Other operations sum nothing and so never warn. RsRCont is left unfiltered.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
 
-void KalCOGCheck::CheckSegnoRigheIva() {
-  Trap("KalCOGCheck.CheckSegnoRigheIva", [&] {
-    CreaRecordCausale(CStr(GetField(rsTesta_, "CodCausale")));
-    const bool conRegistroIva{GetField(rsCausale_, "TipoRegIva") != kNessunRegistro};
-    const bool libera = GetFlag(rsCausale_, "RegistrazioneLibera");
+void CheckSegnoRigheIva(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckSegnoRigheIva", [&] {
+    const RecordsetRef& rsCausale = aRegistrazione.RsCausale;
+    const RecordsetRef& rsRCont = aRegistrazione.RsRCont;
+    CreaRecordCausale(aRegistrazione, CStr(GetField(aRegistrazione.RsTesta, "CodCausale")));
+    const bool conRegistroIva{GetField(rsCausale, "TipoRegIva") != kNessunRegistro};
+    const bool libera = GetFlag(rsCausale, "RegistrazioneLibera");
     if (!conRegistroIva && !libera) {
       return;
     }
-    const Variant operazione = GetField(rsCausale_, "Operazione");
+    const Variant operazione = GetField(rsCausale, "Operazione");
     const bool acquisto{operazione == 1};
     const bool vendita{operazione == 2};
 
-    rsRCont_->Filter("TipoRiga = 3");
-    if (RecordsetIsEmpty(rsRCont_)) {
-      rsRCont_->Filter(FilterGroup::None);
+    rsRCont->Filter("TipoRiga = 3");
+    if (RecordsetIsEmpty(rsRCont)) {
+      rsRCont->Filter(FilterGroup::None);
       return;
     }
     Currency somma;
     Currency sommaVB;
-    for (rsRCont_->MoveFirst(); !rsRCont_->Eof(); rsRCont_->MoveNext()) {
+    for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
       if (acquisto) {
-        somma += CCur(GetField(rsRCont_, "ImportoAvere"));
-        sommaVB += CCur(GetField(rsRCont_, "ImportoAvereVB"));
+        somma += CCur(GetField(rsRCont, "ImportoAvere"));
+        sommaVB += CCur(GetField(rsRCont, "ImportoAvereVB"));
       } else if (vendita) {
-        somma += CCur(GetField(rsRCont_, "ImportoDare"));
-        sommaVB += CCur(GetField(rsRCont_, "ImportoDareVB"));
+        somma += CCur(GetField(rsRCont, "ImportoDare"));
+        sommaVB += CCur(GetField(rsRCont, "ImportoDareVB"));
       }
     }
-    rsRCont_->Filter(FilterGroup::None);
+    rsRCont->Filter(FilterGroup::None);
     if (somma != Currency() || sommaVB != Currency()) {
-      AddMessage(warnString_, MessageCode::SegnoRigheIva,
+      AddMessage(aRegistrazione, WarnString, MessageCode::SegnoRigheIva,
                  {acquisto ? "avere" : "dare", acquisto ? "acquisto" : "vendita"});
     }
   });

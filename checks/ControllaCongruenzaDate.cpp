@@ -10,13 +10,32 @@
 // CheckPeriodoLiquidato: the VAT settlement of the date's month or quarter is not final yet. A
 // settlement that does not say counts as final.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
 namespace {
+
+constexpr Selection kEsercizio = Selection()
+                                     .Option(kOpzioneLettura)
+                                     .Select("CodEsercizio")
+                                     .From("STDEsercizi")
+                                     .Where("DataInizio", CompareWith::LessOrEqual)
+                                     .Where("DataFine", CompareWith::GreaterOrEqual);
+constexpr Selection kParametriIva = Selection()
+                                        .Option(kOpzioneLettura)
+                                        .Select("IvaTrimestrale")
+                                        .From("COGParametriIva")
+                                        .WhereEqual("Anno");
+constexpr Selection kLiquidazione = Selection()
+                                        .Option(kOpzioneLettura)
+                                        .Select("ValoriDefinitivi")
+                                        .From("COGIvaLiquidazioni")
+                                        .WhereEqual("Anno")
+                                        .WhereEqual("Periodo");
 
 // An empty date stays as it is.
 Variant SoloGiorno(const Variant& data) {
@@ -26,96 +45,79 @@ Variant SoloGiorno(const Variant& data) {
 
 }  // namespace
 
-void KalCOGCheck::ControllaCongruenzaDate(const Variant& aDataReg, const Variant& aDataDoc,
-                                          const Variant& aDataCompetenza,
-                                          std::int16_t aTipoRegIva) {
-  Trap("KalCOGCheck.ControllaCongruenzaDate", [&] {
-    const Variant dataReg = SoloGiorno(aDataReg);
-    const Variant dataDoc = SoloGiorno(aDataDoc);
-    const Variant dataCompetenza = SoloGiorno(aDataCompetenza);
-    QueryBuilder query;
-    query.Option(kOpzioneLettura)
-        .Select("CodEsercizio")
-        .From("STDEsercizi")
-        .Where("DataInizio", CompareWith::LessOrEqual, dataCompetenza)
-        .Where("DataFine", CompareWith::GreaterOrEqual, dataCompetenza);
-    if (RecordsetIsEmpty(Open(query))) {
-      AddMessage(errString_, MessageCode::EsercizioCompetenzaInesistente);
+void ControllaCongruenzaDate(Registrazione& aRegistrazione) {
+  const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+  const Variant dataReg = SoloGiorno(GetField(rsTesta, "DataRegistrazione"));
+  const Variant dataDoc = SoloGiorno(GetField(rsTesta, "DataDocumento"));
+  const Variant dataCompetenza = SoloGiorno(GetField(rsTesta, "DataCompetenza"));
+  Trap(aRegistrazione, "KalCOGCheck.ControllaCongruenzaDate", [&] {
+    if (RecordsetIsEmpty(Open<kEsercizio>(aRegistrazione, dataCompetenza, dataCompetenza))) {
+      AddMessage(aRegistrazione, ErrString, MessageCode::EsercizioCompetenzaInesistente);
     }
-    if (GetFlag(rsTesta_, "Rettifica")) {
-      const Variant dataPeriodo = siblings_.CreateVatCodes()->PeriodReferenceDate(
-          Month(dataCompetenza), Year(dataCompetenza));
+    if (GetFlag(rsTesta, "Rettifica")) {
+      const Variant dataPeriodo =
+          VatCodes(aRegistrazione.Siblings)
+              .PeriodReferenceDate(Month(dataCompetenza), Year(dataCompetenza));
       if (SoloGiorno(dataPeriodo) != dataCompetenza) {
-        AddMessage(errString_, MessageCode::RettificaFuoriPeriodo);
+        AddMessage(aRegistrazione, ErrString, MessageCode::RettificaFuoriPeriodo);
       }
     }
     if (dataDoc != "") {
       if (dataDoc > dataReg) {
-        AddMessage(errString_, MessageCode::DocumentoDopoRegistrazione);
+        AddMessage(aRegistrazione, ErrString, MessageCode::DocumentoDopoRegistrazione);
       }
-      if (aTipoRegIva == kVendite && Month(dataReg) != Month(dataDoc)) {
-        AddMessage(errString_, MessageCode::MeseDocumentoDiverso);
+      if (aRegistrazione.CausaleCorrente.TipoRegIva == kVendite &&
+          Month(dataReg) != Month(dataDoc)) {
+        AddMessage(aRegistrazione, ErrString, MessageCode::MeseDocumentoDiverso);
       }
     }
   });
 }
 
-void KalCOGCheck::TestEsercizioCompetenza(const Variant& aDataCompetenza,
-                                          std::int16_t aTipoMovimento) {
-  Trap("KalCOGCheck.TestEsercizioCompetenza", [&] {
-    constexpr std::int16_t kApertura = 0;
-    constexpr std::int16_t kChiusura = 2;
-    const Variant dataCompetenza = SoloGiorno(aDataCompetenza);
-    const auto esercizio = siblings_.CreateCompanySettings();
-    if (!esercizio->SelectFiscalYear(dataCompetenza)) {
+void TestEsercizioCompetenza(Registrazione& aRegistrazione) {
+  const Variant dataCompetenza = SoloGiorno(GetField(aRegistrazione.RsTesta, "DataCompetenza"));
+  Trap(aRegistrazione, "KalCOGCheck.TestEsercizioCompetenza", [&] {
+    const std::int16_t tipoMovimento = aRegistrazione.Corsa.TipoMovimentoEsercizio;
+    CompanySettings esercizio(aRegistrazione.Siblings);
+    if (!esercizio.SelectFiscalYear(dataCompetenza)) {
       return;
     }
-    if (aTipoMovimento == kApertura) {
-      if (SoloGiorno(esercizio->FiscalYearField("DataInizio")) == dataCompetenza) {
+    if (tipoMovimento == kMovimentoApertura) {
+      if (SoloGiorno(esercizio.FiscalYearField("DataInizio")) == dataCompetenza) {
         return;
       }
-      AddMessage(errString_, MessageCode::AperturaNonInizioEsercizio);
+      AddMessage(aRegistrazione, ErrString, MessageCode::AperturaNonInizioEsercizio);
     }
-    if (aTipoMovimento == kChiusura) {
-      if (SoloGiorno(esercizio->FiscalYearField("DataFine")) == dataCompetenza) {
+    if (tipoMovimento == kMovimentoChiusura) {
+      if (SoloGiorno(esercizio.FiscalYearField("DataFine")) == dataCompetenza) {
         return;
       }
-      AddMessage(errString_, MessageCode::ChiusuraNonFineEsercizio);
+      AddMessage(aRegistrazione, ErrString, MessageCode::ChiusuraNonFineEsercizio);
     }
-    const Variant chiuso = esercizio->FiscalYearField("EsercizioChiuso");
+    const Variant chiuso = esercizio.FiscalYearField("EsercizioChiuso");
     if (!chiuso.IsNull() && CBool(chiuso)) {
-      AddMessage(errString_, MessageCode::EsercizioCompetenzaChiuso);
+      AddMessage(aRegistrazione, ErrString, MessageCode::EsercizioCompetenzaChiuso);
     }
   });
 }
 
-void KalCOGCheck::CheckPeriodoLiquidato(const Variant& aData, std::string& aTarget) {
-  Trap("KalCOGCheck.CheckPeriodoLiquidato", [&] {
+void CheckPeriodoLiquidato(Registrazione& aRegistrazione, const Variant& aData,
+                           ResultString aTarget) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckPeriodoLiquidato", [&] {
     const int mese = Month(aData);
     const std::int16_t anno = Year(aData);
-    QueryBuilder parametri;
-    parametri.Option(kOpzioneLettura)
-        .Select("IvaTrimestrale")
-        .From("COGParametriIva")
-        .WhereEqual("Anno", anno);
-    const RecordsetRef parametriIva = Open(parametri);
+    const RecordsetRef parametriIva = Open<kParametriIva>(aRegistrazione, anno);
     if (RecordsetIsEmpty(parametriIva)) {
       return;
     }
     const int periodo = GetFlag(parametriIva, "IvaTrimestrale") ? (mese - 1) / 3 + 1 : mese;
-    QueryBuilder query;
-    query.Option(kOpzioneLettura)
-        .Select("ValoriDefinitivi")
-        .From("COGIvaLiquidazioni")
-        .WhereEqual("Anno", anno)
-        .WhereEqual("Periodo", periodo);
-    const RecordsetRef liquidazione = Open(query);
+    const RecordsetRef liquidazione = Open<kLiquidazione>(aRegistrazione, anno, periodo);
     if (RecordsetIsEmpty(liquidazione)) {
       return;
     }
     const Variant definitivi = liquidazione->Fields("ValoriDefinitivi").Value();
     if (definitivi.IsNull() || CBool(definitivi)) {
-      AddMessage(aTarget, MessageCode::PeriodoIvaLiquidato);
+      AddMessage(aRegistrazione, aTarget, MessageCode::PeriodoIvaLiquidato);
     }
   });
 }

@@ -4,30 +4,45 @@
 // Provisional entries have numberings of their own, and so have those whose flag is Null. Without
 // a fiscal year the section is looked up all the same, for year 0.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::EsisteSezionale() {
-  Trap("KalCOGCheck.EsisteSezionale", [&] {
+constexpr Selection kNumerazioneContabile = Selection()
+                                                .Select("*")
+                                                .From("COGNumerazioniContabili")
+                                                .WhereEqual("CodEsercizio")
+                                                .WhereEqual("Sezionale");
+constexpr Selection kNumerazioneExtra = Selection()
+                                            .Select("*")
+                                            .From("COGNumerazioniExtra")
+                                            .WhereEqual("CodEsercizio")
+                                            .WhereEqual("Sezionale");
+
+}  // namespace
+
+void EsisteSezionale(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.EsisteSezionale", [&] {
+    const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
     std::int16_t codEsercizio = 0;
-    const auto esercizio = siblings_.CreateCompanySettings();
-    if (esercizio->SelectFiscalYear(GetField(rsTesta_, "DataRegistrazione"))) {
-      codEsercizio = CInt(esercizio->FiscalYearField("CodEsercizio"));
+    CompanySettings esercizio(aRegistrazione.Siblings);
+    if (esercizio.SelectFiscalYear(GetField(rsTesta, "DataRegistrazione"))) {
+      codEsercizio = CInt(esercizio.FiscalYearField("CodEsercizio"));
     } else {
-      AddMessage(errString_, MessageCode::EsercizioInesistente);
+      AddMessage(aRegistrazione, ErrString, MessageCode::EsercizioInesistente);
     }
-    const Variant provvisoria = rsTesta_->Fields("Provvisoria").Value();
+    const Variant provvisoria = rsTesta->Fields("Provvisoria").Value();
     const bool definitiva = !provvisoria.IsNull() && !CBool(provvisoria);
-    QueryBuilder query;
-    query.Select("*")
-        .From(definitiva ? "COGNumerazioniContabili" : "COGNumerazioniExtra")
-        .WhereEqual("CodEsercizio", codEsercizio)
-        .WhereEqual("Sezionale", GetField(rsTesta_, "SezionaleIva"));
-    if (RecordsetIsEmpty(Open(query))) {
-      AddMessage(errString_, MessageCode::SezionaleInesistente);
+    const Variant sezionale = GetField(rsTesta, "SezionaleIva");
+    const RecordsetRef numerazione =
+        definitiva ? Open<kNumerazioneContabile>(aRegistrazione, codEsercizio, sezionale)
+                   : Open<kNumerazioneExtra>(aRegistrazione, codEsercizio, sezionale);
+    if (RecordsetIsEmpty(numerazione)) {
+      AddMessage(aRegistrazione, ErrString, MessageCode::SezionaleInesistente);
     }
   });
 }

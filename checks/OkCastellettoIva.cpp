@@ -6,154 +6,127 @@
 // over in both comparisons, and so is a Null code; a Null code is an error only where fiscal data
 // ask about it. It leaves RsRIva on its first line.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::OkCastellettoIva() {
-  Trap("KalCOGCheck.OkCastellettoIva", [&] {
-    if (causaleCorrente_.TipoRegIva == kNessunRegistro || rsRIva_.IsNothing() ||
-        rsRIva_->RecordCount() == 0) {
-      return;
-    }
-    const Field& codIva = rsRIva_->Fields("CodIva");
-    const Field& imponibileVB = rsRIva_->Fields("ImponibileVB");
-    const Field& impostaVB = rsRIva_->Fields("ImpostaVB");
-    const Field& totaleVB = rsRIva_->Fields("TotaleVB");
-    for (rsRIva_->MoveFirst(); !rsRIva_->Eof(); rsRIva_->MoveNext()) {
-      if (codIva.Value() == "") {
-        AddMessage(errString_, MessageCode::CodIvaMancante, {GetField(rsRIva_, "NumeroRiga")});
-      }
-      const Variant imposta = impostaVB.Value();
-      if (imponibileVB.Value() == 0 && imposta != 0) {
-        if (imposta == totaleVB.Value()) {
-          AddMessage(warnString_, MessageCode::RigaSoloImposta, {GetField(rsRIva_, "NumeroRiga")});
-        } else {
-          AddMessage(errString_, MessageCode::ImpostaSenzaImponibile,
-                     {GetField(rsRIva_, "NumeroRiga")});
-        }
-      }
-    }
-  });
-}
+constexpr Selection kDichiarazione = Selection()
+                                         .Option(kOpzioneLettura)
+                                         .Select("CodIva")
+                                         .From("STDDichiarazioniIntento")
+                                         .WhereEqual("IdDichiarazione");
 
-void KalCOGCheck::CheckCongruenzaAliquote() {
-  Trap("KalCOGCheck.CheckCongruenzaAliquote", [&] {
-    if (RecordsetIsEmpty(rsRIva_)) {
-      return;
-    }
-    const auto codiciIva = siblings_.CreateVatCodes();
-    TestAliquoteFiscalitaBL(*codiciIva);
-    bool controlliDichiarazione = false;
-    EseguiControlliDichiarazioneIntento(controlliDichiarazione);
-    if (controlliDichiarazione) {
-      TestAliquoteDichiarazione();
-    } else {
-      TestAliquoteIntra(*codiciIva);
-    }
-    rsRIva_->MoveFirst();
-  });
-}
-
-void KalCOGCheck::TestAliquoteFiscalitaBL(VatCodes& aCodiciIva) {
-  if (!GetFlag(rsTesta_, "FiscalitaBL")) {
+void AliquoteFiscalitaBL(Registrazione& aRegistrazione, VatCodes& aCodiciIva) {
+  const HostSet& rsRIva = aRegistrazione.RsRIva;
+  if (!GetFlag(aRegistrazione.RsTesta, "FiscalitaBL")) {
     return;
   }
-  const Field& codIva = rsRIva_->Fields("CodIva");
-  for (rsRIva_->MoveFirst(); !rsRIva_->Eof(); rsRIva_->MoveNext()) {
+  const Field& codIva = rsRIva->Fields("CodIva");
+  for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
     if (!aCodiciIva.AdmitsFiscalData(CStr(codIva.Value()))) {
-      AddMessage(errString_, MessageCode::CodIvaNonFiscalitaBL);
+      AddMessage(aRegistrazione, ErrString, MessageCode::CodIvaNonFiscalitaBL, {}, rsRIva.Riga());
     }
   }
 }
 
 // Every line carries the declaration's code or that of stamp duty.
-void KalCOGCheck::TestAliquoteDichiarazione() {
-  const Variant codIvaBolli = SettingText("CodIvaBolli");
-  const Variant idDichiarazione = GetField(rsTesta_, "IdDichiarazione");
+void AliquoteDichiarazione(Registrazione& aRegistrazione) {
+  const HostSet& rsRIva = aRegistrazione.RsRIva;
+  const Variant codIvaBolli = SettingText(aRegistrazione, "CodIvaBolli");
+  const Variant idDichiarazione = GetField(aRegistrazione.RsTesta, "IdDichiarazione");
   if (idDichiarazione == 0) {
     return;
   }
-  QueryBuilder query;
-  query.Option(kOpzioneLettura)
-      .Select("CodIva")
-      .From("STDDichiarazioniIntento")
-      .WhereEqual("IdDichiarazione", idDichiarazione);
-  const RecordsetRef dichiarazione = Open(query);
+  const RecordsetRef dichiarazione = Open<kDichiarazione>(aRegistrazione, idDichiarazione);
   if (RecordsetIsEmpty(dichiarazione)) {
     return;
   }
   const Variant codIvaDichiarazione = GetField(dichiarazione, "CodIva");
-  const Field& campoCodIva = rsRIva_->Fields("CodIva");
-  for (rsRIva_->MoveFirst(); !rsRIva_->Eof(); rsRIva_->MoveNext()) {
+  const Field& campoCodIva = rsRIva->Fields("CodIva");
+  for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
     const Variant codIva = campoCodIva.Value();
     if (codIva != kCodIvaVentilazione && codIva != codIvaDichiarazione && codIva != codIvaBolli) {
-      AppendLiteral(warnString_, testi::kAliquoteDiverse);
+      AppendLiteral(aRegistrazione, WarnString, testi::kAliquoteDiverse, rsRIva.Riga());
     }
   }
 }
 
 // Intra-community codes belong on intra-community entries, and there only with their like.
-void KalCOGCheck::TestAliquoteIntra(VatCodes& aCodiciIva) {
+void AliquoteIntra(Registrazione& aRegistrazione, VatCodes& aCodiciIva) {
   constexpr std::int32_t kCodiceIntra = 1;
-  LeggiDichiarazioneIntento();
-  const bool nonIntra = !GetFlag(rsTesta_, "Intra");
+  const HostSet& rsRIva = aRegistrazione.RsRIva;
+  LeggiDichiarazioneIntento(aRegistrazione);
+  const bool nonIntra = !GetFlag(aRegistrazione.RsTesta, "Intra");
   bool trovataIntra = false;
   bool trovataNonIntra = false;
-  const Field& campoCodIva = rsRIva_->Fields("CodIva");
-  for (rsRIva_->MoveFirst(); !rsRIva_->Eof(); rsRIva_->MoveNext()) {
+  const Field& campoCodIva = rsRIva->Fields("CodIva");
+  for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
     const Variant codIva = campoCodIva.Value();
     if (!(codIva != kCodIvaVentilazione)) {
       continue;
     }
     const bool codiceIntra = aCodiciIva.IntraClassification(CStr(codIva)) == kCodiceIntra;
     if (nonIntra && codiceIntra) {
-      AddMessage(warnString_, MessageCode::AliquoteIntraMiste);
+      AddMessage(aRegistrazione, WarnString, MessageCode::AliquoteIntraMiste, {}, rsRIva.Riga());
     }
     trovataIntra = trovataIntra || codiceIntra;
     trovataNonIntra = trovataNonIntra || !codiceIntra;
   }
   if (!nonIntra && trovataIntra && trovataNonIntra) {
-    AddMessage(warnString_, MessageCode::AliquoteIntraMiste);
+    AddMessage(aRegistrazione, WarnString, MessageCode::AliquoteIntraMiste);
   }
 }
 
-// Declarations apply unless a purchase or sale has no operation, or receipts are ventilated or
-// from the till.
-void KalCOGCheck::EseguiControlliDichiarazioneIntento(bool& aEsegui) {
-  Trap("KalCOGCheck.EseguiControlliDichiarazioneIntento", aEsegui, [&] {
-    switch (causaleCorrente_.TipoRegIva) {
-      case kAcquisti:
-      case kVendite:
-        aEsegui = causaleCorrente_.Operazione != 0;
-        break;
-      case kCorrispettivi:
-        aEsegui = !causaleCorrente_.TipoVentilazione && !causaleCorrente_.CassaCorrispettivi;
-        break;
-      default:
-        aEsegui = true;
+}  // namespace
+
+void OkCastellettoIva(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.OkCastellettoIva", [&] {
+    const HostSet& rsRIva = aRegistrazione.RsRIva;
+    if (aRegistrazione.CausaleCorrente.TipoRegIva == kNessunRegistro || rsRIva.IsNothing() ||
+        rsRIva->RecordCount() == 0) {
+      return;
+    }
+    const Field& codIva = rsRIva->Fields("CodIva");
+    const Field& imponibileVB = rsRIva->Fields("ImponibileVB");
+    const Field& impostaVB = rsRIva->Fields("ImpostaVB");
+    const Field& totaleVB = rsRIva->Fields("TotaleVB");
+    for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
+      if (codIva.Value() == "") {
+        AddMessage(aRegistrazione, ErrString, MessageCode::CodIvaMancante,
+                   {GetField(rsRIva, "NumeroRiga")}, rsRIva.Riga());
+      }
+      const Variant imposta = impostaVB.Value();
+      if (imponibileVB.Value() == 0 && imposta != 0) {
+        if (imposta == totaleVB.Value()) {
+          AddMessage(aRegistrazione, WarnString, MessageCode::RigaSoloImposta,
+                     {GetField(rsRIva, "NumeroRiga")}, rsRIva.Riga());
+        } else {
+          AddMessage(aRegistrazione, ErrString, MessageCode::ImpostaSenzaImponibile,
+                     {GetField(rsRIva, "NumeroRiga")}, rsRIva.Riga());
+        }
+      }
     }
   });
 }
 
-// The declaration in force for the entry's customer or supplier. Nothing compares it with the
-// lines yet; that it can be read is all that is asked.
-void KalCOGCheck::LeggiDichiarazioneIntento() {
-  Trap("KalCOGCheck.LeggiDichiarazioneIntento", [&] {
-    const Variant dataDocumento = GetField(rsTesta_, "DataDocumento");
-    QueryBuilder query;
-    query.Option(kOpzioneLettura)
-        .Select("CodIva")
-        .From("STDDichiarazioniIntento")
-        .WhereEqual("IdAnagrafica", GetField(rsTesta_, "IdAnagrafica"))
-        .WhereEqual("TipoAnagrafica", GetField(rsTesta_, "TipoCliFor"))
-        .WhereEqual("IsNull(Annullata,0)", 0)
-        .Where("DataInizioValidita", CompareWith::LessOrEqual, dataDocumento)
-        .Where("DataFineValidita", CompareWith::GreaterOrEqual, dataDocumento);
-    (void)Open(query);
+void CheckCongruenzaAliquote(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.CheckCongruenzaAliquote", [&] {
+    if (RecordsetIsEmpty(aRegistrazione.RsRIva)) {
+      return;
+    }
+    VatCodes codiciIva(aRegistrazione.Siblings);
+    AliquoteFiscalitaBL(aRegistrazione, codiciIva);
+    if (EseguiControlliDichiarazioneIntento(aRegistrazione)) {
+      AliquoteDichiarazione(aRegistrazione);
+    } else {
+      AliquoteIntra(aRegistrazione, codiciIva);
+    }
+    aRegistrazione.RsRIva->MoveFirst();
   });
 }
 

@@ -3,47 +3,55 @@
 // It concerns entries outside the VAT registers. A property that does not say (Null) asks for the
 // currency too; a Null currency on a line is no finding. RsRCont is left at its end.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::OkDivisaSuRighe() {
-  Trap("KalCOGCheck.OkDivisaSuRighe", [&] {
-    if (causaleCorrente_.TipoRegIva != kNessunRegistro || rsRCont_.IsNothing() ||
-        rsRCont_->RecordCount() == 0) {
-      return;
+constexpr Selection kProprieta = Selection()
+                                     .Option(kOpzioneLettura)
+                                     .Select("DivisaSuRighe")
+                                     .From("COGPrimeNoteProprieta")
+                                     .WhereEqual("CodProprieta");
+
+Variant DivisaSuRighe(const Registrazione& aRegistrazione) {
+  return Trap(aRegistrazione, "KalCOGCheck.DivisaSuRighe", [&]() -> Variant {
+    const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+    if (rsTesta.IsNothing() || rsTesta->RecordCount() == 0) {
+      return false;
     }
-    Variant divisaSuRighe;
-    DivisaSuRighe(divisaSuRighe);
-    if (!divisaSuRighe.IsNull() && !CBool(divisaSuRighe)) {
-      return;
+    const RecordsetRef proprieta =
+        Open<kProprieta>(aRegistrazione, GetField(rsTesta, "CodProprieta"));
+    if (RecordsetIsEmpty(proprieta)) {
+      return false;
     }
-    const Field& codDivisa = rsRCont_->Fields("CodDivisa");
-    for (rsRCont_->MoveFirst(); !rsRCont_->Eof(); rsRCont_->MoveNext()) {
-      if (codDivisa.Value() == "") {
-        AddMessage(errString_, MessageCode::DivisaRigaMancante, {GetField(rsRCont_, "NumeroRiga")});
-      }
-    }
+    return proprieta->Fields("DivisaSuRighe").Value();
   });
 }
 
-void KalCOGCheck::DivisaSuRighe(Variant& aDivisaSuRighe) {
-  Trap("KalCOGCheck.DivisaSuRighe", aDivisaSuRighe, [&] {
-    aDivisaSuRighe = false;
-    if (rsTesta_.IsNothing() || rsTesta_->RecordCount() == 0) {
+}  // namespace
+
+void OkDivisaSuRighe(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.OkDivisaSuRighe", [&] {
+    const HostSet& rsRCont = aRegistrazione.RsRCont;
+    if (aRegistrazione.CausaleCorrente.TipoRegIva != kNessunRegistro || rsRCont.IsNothing() ||
+        rsRCont->RecordCount() == 0) {
       return;
     }
-    QueryBuilder query;
-    query.Option(kOpzioneLettura)
-        .Select("DivisaSuRighe")
-        .From("COGPrimeNoteProprieta")
-        .WhereEqual("CodProprieta", GetField(rsTesta_, "CodProprieta"));
-    const RecordsetRef proprieta = Open(query);
-    if (!RecordsetIsEmpty(proprieta)) {
-      aDivisaSuRighe = proprieta->Fields("DivisaSuRighe").Value();
+    const Variant divisaSuRighe = DivisaSuRighe(aRegistrazione);
+    if (!divisaSuRighe.IsNull() && !CBool(divisaSuRighe)) {
+      return;
+    }
+    const Field& codDivisa = rsRCont->Fields("CodDivisa");
+    for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
+      if (codDivisa.Value() == "") {
+        AddMessage(aRegistrazione, ErrString, MessageCode::DivisaRigaMancante,
+                   {GetField(rsRCont, "NumeroRiga")}, rsRCont.Riga());
+      }
     }
   });
 }

@@ -8,14 +8,50 @@
 #include <string>
 #include <unordered_map>
 
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/Importi.h"
-#include "frame/KalCOGCheck.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
 namespace {
+
+constexpr Currency kZero;
+
+constexpr Selection kSottoConto = Selection()
+                                      .Select("CodConto")
+                                      .From("STDPianoDeiConti")
+                                      .WhereEqual("CodConto")
+                                      .WhereEqual("TipoConto");
+
+// TipoConto 0 marks posting accounts: a code that only exists as a heading is absent too.
+bool SottoContoAssente(const Registrazione& aRegistrazione, const std::string& aCodConto) {
+  return Trap(aRegistrazione, "KalCOGCheck.SottoContoAssente",
+              [&] { return RecordsetIsEmpty(Open<kSottoConto>(aRegistrazione, aCodConto, 0)); });
+}
+
+// The accounts of one run: each is asked about once, however many lines carry it.
+class Conti {
+ public:
+  explicit Conti(const Registrazione& aRegistrazione) : registrazione_(aRegistrazione) {}
+
+  bool Assente(const Variant& aCodConto) {
+    if (aCodConto == "") {
+      return true;
+    }
+    const auto [conto, nuovo] = assenti_.try_emplace(CStr(aCodConto), false);
+    if (nuovo) {
+      conto->second = SottoContoAssente(registrazione_, conto->first);
+    }
+    return conto->second;
+  }
+
+ private:
+  const Registrazione& registrazione_;
+  std::unordered_map<std::string, bool> assenti_;
+};
 
 struct Saldi {
   Currency SaldoVB;
@@ -38,96 +74,59 @@ struct Saldi {
   }
 };
 
-constexpr Currency kZero;
+void SegnalaSbilanci(Registrazione& aRegistrazione, const Saldi& aSaldi, bool aIvaOLibera) {
+  if (aSaldi.SaldoVB != kZero) {
+    AddMessage(aRegistrazione, ErrString, MessageCode::SbilancioVB);
+  }
+  if (!aIvaOLibera) {
+    return;
+  }
+  if (aSaldi.Saldo != kZero && aSaldi.SaldoVB == kZero) {
+    AddMessage(aRegistrazione, ErrString, MessageCode::SbilancioDivisa);
+  }
+  if (GetField(aRegistrazione.RsCausale, "TipoRegIva") != kCorrispettivi) {
+    if (aSaldi.SaldoTipo1 + aSaldi.SaldoTipo2 + aSaldi.SaldoTipo3 != kZero) {
+      AddMessage(aRegistrazione, ErrString, MessageCode::SbilancioRigheIva);
+    }
+    if (aSaldi.SaldoTipo4 != kZero) {
+      AddMessage(aRegistrazione, ErrString, MessageCode::SbilancioRigheTipo4);
+    }
+  }
+}
 
 }  // namespace
 
-void KalCOGCheck::OkQuadratura() {
-  Trap("KalCOGCheck.OkQuadratura", [&] {
-    CreaRecordCausale(CStr(GetField(rsTesta_, "CodCausale")));
-    const bool conRegistroIva{GetField(rsCausale_, "TipoRegIva") != kNessunRegistro};
-    const bool libera = GetFlag(rsCausale_, "RegistrazioneLibera");
+void OkQuadratura(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.OkQuadratura", [&] {
+    const HostSet& rsRCont = aRegistrazione.RsRCont;
+    CreaRecordCausale(aRegistrazione, CStr(GetField(aRegistrazione.RsTesta, "CodCausale")));
+    const bool conRegistroIva{GetField(aRegistrazione.RsCausale, "TipoRegIva") != kNessunRegistro};
+    const bool libera = GetFlag(aRegistrazione.RsCausale, "RegistrazioneLibera");
     const bool ivaOLibera = conRegistroIva || libera;
-    if (rsRCont_.IsNothing() || rsRCont_->RecordCount() == 0) {
+    if (rsRCont.IsNothing() || rsRCont->RecordCount() == 0) {
       return;
     }
 
     Saldi saldi;
+    Conti conti(aRegistrazione);
     bool contoMancante = false;
-    std::unordered_map<std::string, bool> assenti;  // the answer for each account met in this run
-    const LettoreImporti importi(*rsRCont_);
-    const Field& campoConto = rsRCont_->Fields("CodConto");
-    for (rsRCont_->MoveFirst(); !rsRCont_->Eof(); rsRCont_->MoveNext()) {
-      const Variant codConto = campoConto.Value();
-      bool assente = true;
-      if (!(codConto == "")) {
-        const auto [conto, nuovo] = assenti.try_emplace(CStr(codConto), false);
-        if (nuovo) {
-          SottoContoAssente(conto->first, conto->second);
-        }
-        assente = conto->second;
-      }
-      if (assente) {
-        AddMessage(errString_, MessageCode::ContoMancante, {GetField(rsRCont_, "NumeroRiga")});
+    const LettoreImporti importi(*rsRCont);
+    const Field& codConto = rsRCont->Fields("CodConto");
+    for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
+      if (conti.Assente(codConto.Value())) {
+        AddMessage(aRegistrazione, ErrString, MessageCode::ContoMancante,
+                   {GetField(rsRCont, "NumeroRiga")}, rsRCont.Riga());
         contoMancante = true;
       }
       const ImportiConSegno riga = importi.Leggi();
       saldi.SaldoVB += riga.ImportoVB;
       if (ivaOLibera) {
         saldi.Saldo += riga.Importo;
-        saldi.AggiungiTipo(GetField(rsRCont_, "TipoRiga"), riga.Importo);
+        saldi.AggiungiTipo(GetField(rsRCont, "TipoRiga"), riga.Importo);
       }
     }
-    if (contoMancante) {
-      return;
-    }
-
-    if (saldi.SaldoVB != kZero) {
-      AddMessage(errString_, MessageCode::SbilancioVB);
-    }
-    if (!ivaOLibera) {
-      return;
-    }
-    if (saldi.Saldo != kZero && saldi.SaldoVB == kZero) {
-      AddMessage(errString_, MessageCode::SbilancioDivisa);
-    }
-    if (GetField(rsCausale_, "TipoRegIva") != kCorrispettivi) {
-      if (saldi.SaldoTipo1 + saldi.SaldoTipo2 + saldi.SaldoTipo3 != kZero) {
-        AddMessage(errString_, MessageCode::SbilancioRigheIva);
-      }
-      if (saldi.SaldoTipo4 != kZero) {
-        AddMessage(errString_, MessageCode::SbilancioRigheTipo4);
-      }
-    }
-  });
-}
-
-// TipoConto 0 marks posting accounts: a code that only exists as a heading is absent too.
-void KalCOGCheck::SottoContoAssente(const std::string& aCodConto, bool& aAssente) {
-  Trap("KalCOGCheck.SottoContoAssente", aAssente, [&] {
-    QueryBuilder query;
-    query.Select("CodConto")
-        .From("STDPianoDeiConti")
-        .WhereEqual("CodConto", aCodConto)
-        .WhereEqual("TipoConto", 0);
-    aAssente = RecordsetIsEmpty(Open(query));
-  });
-}
-
-// A template that the host handed over, or that an earlier check found, stays.
-void KalCOGCheck::CreaRecordCausale(const std::string& aCodCausale) {
-  Trap("KalCOGCheck.CreaRecordCausale", [&] {
-    if (!rsCausale_.IsNothing()) {
-      return;
-    }
-    QueryBuilder query;
-    query.Option(kOpzioneLettura)
-        .Select("*")
-        .From("COGCausaliContabili")
-        .WhereEqual("CodCausale", aCodCausale);
-    RecordsetRef causale = Open(query);
-    if (!RecordsetIsEmpty(causale)) {
-      rsCausale_ = causale;
+    if (!contoMancante) {
+      SegnalaSbilanci(aRegistrazione, saldi, ivaOLibera);
     }
   });
 }

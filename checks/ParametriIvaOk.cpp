@@ -3,34 +3,49 @@
 //
 // No date, or no activity code where activities are kept separately, asks for nothing.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::ParametriIvaOk(const Variant& aData, bool& aOk) {
-  Trap("KalCOGCheck.ParametriIvaOk", aOk, [&] {
-    aOk = true;
+constexpr Selection kParametri =
+    Selection().Option(kOpzioneLettura).Select("*").From("COGParametriIva").WhereEqual("Anno");
+constexpr Selection kParametriDiAttivita = Selection()
+                                               .Option(kOpzioneLettura)
+                                               .Select("*")
+                                               .From("COGParametriIvaAttivitaRighe")
+                                               .WhereEqual("Anno")
+                                               .WhereEqual("CodAttivita");
+
+}  // namespace
+
+bool ParametriIvaOk(Registrazione& aRegistrazione, const Variant& aData) {
+  return Trap(aRegistrazione, "KalCOGCheck.ParametriIvaOk", [&] {
     if (aData == "") {
-      return;
+      return true;
     }
-    const bool attivitaSeparate = SettingFlag("AttivitaSeparateIva");
-    const Variant codAttivita = GetField(rsTesta_, "CodAttivita");
+    const bool attivitaSeparate = SettingFlag(aRegistrazione, "AttivitaSeparateIva");
+    const Variant codAttivita = GetField(aRegistrazione.RsTesta, "CodAttivita");
     if (codAttivita == "" && attivitaSeparate) {
-      return;
+      return true;
     }
-    QueryBuilder query;
-    query.Option(kOpzioneLettura)
-        .Select("*")
-        .From(attivitaSeparate ? "COGParametriIvaAttivitaRighe" : "COGParametriIva")
-        .WhereEqual("Anno", Year(aData));
-    if (attivitaSeparate) {
-      query.WhereEqual("CodAttivita", codAttivita);
-    }
-    aOk = !RecordsetIsEmpty(Open(query));
+    return !RecordsetIsEmpty(
+        attivitaSeparate ? Open<kParametriDiAttivita>(aRegistrazione, Year(aData), codAttivita)
+                         : Open<kParametri>(aRegistrazione, Year(aData)));
   });
+}
+
+void SegnalaParametriIva(Registrazione& aRegistrazione) {
+  Esecuzione& corsa = aRegistrazione.Corsa;
+  corsa.ParametriOk = ParametriIvaOk(aRegistrazione, corsa.DataIvaControllo);
+  if (!corsa.ParametriOk) {
+    AddMessage(aRegistrazione, ErrString, MessageCode::ParametriIvaMancanti,
+               {Year(corsa.DataIvaControllo)});
+  }
 }
 
 }  // namespace kal

@@ -7,63 +7,65 @@
 
 #include <string>
 
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/Importi.h"
-#include "frame/KalCOGCheck.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
+namespace {
 
-void KalCOGCheck::QuadraScadenze() {
-  Trap("KalCOGCheck.QuadraScadenze", [&] {
-    const Variant codDivisaBase = SettingText("CodDivisaBase");
-    rsRCont_->Filter("IdCliFor <> 0 and IdCliFor <> Null and TipoCliFor <> 3 and TipoCliFor <> 0");
-    if (!RecordsetIsEmpty(rsRCont_)) {
-      const LettoreImporti importi(*rsRCont_);
-      for (rsRCont_->MoveFirst(); !rsRCont_->Eof(); rsRCont_->MoveNext()) {
-        const ImportiConSegno riga = importi.Leggi();
-        const std::int32_t idScadenza = CLng(GetField(rsRCont_, "IdScadenza"));
-        const Variant tipoMovimento = GetField(rsCausale_, "IdTipoMovimento");
-        if (idScadenza == 0 && (tipoMovimento == 1 || tipoMovimento == 2)) {
-          continue;
-        }
-        const bool inValuta{GetField(rsRCont_, "CodDivisa") != codDivisaBase};
-        bool quadra = false;
-        QuadraScadenzeRiga(idScadenza, riga.Importo, riga.ImportoVB, inValuta, quadra);
-        if (!quadra) {
-          AddMessage(errString_, MessageCode::ScadenzeNonQuadrano,
-                     {GetField(rsRCont_, "NumeroRiga")});
-        }
-      }
+bool QuadraScadenzeRiga(const Registrazione& aRegistrazione, std::int32_t aIdScadenza,
+                        const ImportiConSegno& aRiga, bool aInValuta) {
+  return Trap(aRegistrazione, "KalCOGCheck.QuadraScadenzeRiga", [&] {
+    const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
+    if (GetField(aRegistrazione.RsTesta, "TotDocumentoVB") == 0) {
+      return true;
     }
-    rsRCont_->Filter("");
-  });
-}
-
-void KalCOGCheck::QuadraScadenzeRiga(std::int32_t aIdScadenza, Currency aImporto,
-                                     Currency aImportoVB, bool aInValuta, bool& aQuadra) {
-  Trap("KalCOGCheck.QuadraScadenzeRiga", aQuadra, [&] {
-    if (GetField(rsTesta_, "TotDocumentoVB") == 0) {
-      aQuadra = true;
-      return;
+    if (rsScadenze.IsNothing()) {
+      return false;
     }
-    aQuadra = false;
-    if (rsScadenze_.IsNothing()) {
-      return;
-    }
-    rsScadenze_->Filter("IdScadenza = " + std::to_string(aIdScadenza));
+    rsScadenze->Filter("IdScadenza = " + std::to_string(aIdScadenza));
     ImportiConSegno somma;
-    if (!RecordsetIsEmpty(rsScadenze_)) {
-      const LettoreImporti importi(*rsScadenze_);
-      for (rsScadenze_->MoveFirst(); !rsScadenze_->Eof(); rsScadenze_->MoveNext()) {
+    if (!RecordsetIsEmpty(rsScadenze)) {
+      const LettoreImporti importi(*rsScadenze);
+      for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {
         const ImportiConSegno rata = importi.Leggi();
         somma.Importo += rata.Importo;
         somma.ImportoVB += rata.ImportoVB;
       }
     }
-    rsScadenze_->Filter("");
-    aQuadra = somma.ImportoVB == aImportoVB && (!aInValuta || somma.Importo == aImporto);
+    rsScadenze->Filter("");
+    return somma.ImportoVB == aRiga.ImportoVB && (!aInValuta || somma.Importo == aRiga.Importo);
+  });
+}
+
+}  // namespace
+
+void QuadraScadenze(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.QuadraScadenze", [&] {
+    const HostSet& rsRCont = aRegistrazione.RsRCont;
+    const Variant codDivisaBase = SettingText(aRegistrazione, "CodDivisaBase");
+    rsRCont->Filter("IdCliFor <> 0 and IdCliFor <> Null and TipoCliFor <> 3 and TipoCliFor <> 0");
+    if (!RecordsetIsEmpty(rsRCont)) {
+      const LettoreImporti importi(*rsRCont);
+      for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
+        const ImportiConSegno riga = importi.Leggi();
+        const std::int32_t idScadenza = CLng(GetField(rsRCont, "IdScadenza"));
+        const Variant tipoMovimento = GetField(aRegistrazione.RsCausale, "IdTipoMovimento");
+        if (idScadenza == 0 && (tipoMovimento == 1 || tipoMovimento == 2)) {
+          continue;
+        }
+        const bool inValuta{GetField(rsRCont, "CodDivisa") != codDivisaBase};
+        if (!QuadraScadenzeRiga(aRegistrazione, idScadenza, riga, inValuta)) {
+          AddMessage(aRegistrazione, ErrString, MessageCode::ScadenzeNonQuadrano,
+                     {GetField(rsRCont, "NumeroRiga")}, rsRCont.Riga());
+        }
+      }
+    }
+    rsRCont->Filter("");
   });
 }
 

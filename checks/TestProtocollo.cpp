@@ -9,13 +9,30 @@
 
 #include <string>
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
 
 namespace kal {
 namespace {
+
+// The name that comes with each use is the year of the registration date.
+constexpr Selection kConflitto =
+    Selection()
+        .OnlyFirst()
+        .Select("Protocollo, DataRegistrazione")
+        .From("COGPrimeNoteTeste")
+        .Where("IdPrimaNota", CompareWith::NotEqual)
+        .WhereEqual(kGivenName)
+        .WhereEqual("TipoRegIva")
+        .WhereEqual("SezionaleIva")
+        .WhereEqual("IsNull(Provvisoria,0)")
+        .WhereAnyOf(
+            {{{"Protocollo", CompareWith::Greater}, {"DataRegistrazione", CompareWith::Less}},
+             {{"Protocollo", CompareWith::Less}, {"DataRegistrazione", CompareWith::Greater}},
+             {{"Protocollo", CompareWith::Equal}}});
 
 // A protocol to be placed among the saved entries of its register.
 struct Protocollo {
@@ -26,64 +43,50 @@ struct Protocollo {
   std::int32_t Numero;
 };
 
-void CercaConflitto(QueryBuilder& query, SiblingFactory& siblings, const Protocollo& aProtocollo) {
-  const std::string anno =
-      siblings.CreateSqlFunctions()->Expression(kFunzioneAnno, "DataRegistrazione");
+void CercaConflitto(Registrazione& aRegistrazione, const Protocollo& aProtocollo,
+                    MessageCode aMessaggio) {
   const Variant& data = aProtocollo.Data;
   const std::int32_t numero = aProtocollo.Numero;
-  query.OnlyFirst()
-      .Select("Protocollo, DataRegistrazione")
-      .From("COGPrimeNoteTeste")
-      .Where("IdPrimaNota", CompareWith::NotEqual, aProtocollo.IdEscluso)
-      .WhereEqual(anno, CStr(Year(data)))
-      .WhereEqual("TipoRegIva", aProtocollo.TipoRegIva)
-      .WhereEqual("SezionaleIva", aProtocollo.SezionaleIva)
-      .WhereEqual("IsNull(Provvisoria,0)", 0)
-      .WhereAnyOf({{{"Protocollo", CompareWith::Greater, numero},
-                    {"DataRegistrazione", CompareWith::Less, data}},
-                   {{"Protocollo", CompareWith::Less, numero},
-                    {"DataRegistrazione", CompareWith::Greater, data}},
-                   {{"Protocollo", CompareWith::Equal, numero}}});
+  const Variant anno = AnnoDi(aRegistrazione, "DataRegistrazione");
+  const RecordsetRef conflitto = OpenNamed<kConflitto>(
+      aRegistrazione, *anno.AsText(), aProtocollo.IdEscluso, CStr(Year(data)),
+      aProtocollo.TipoRegIva, aProtocollo.SezionaleIva, 0, numero, data, numero, data, numero);
+  if (!RecordsetIsEmpty(conflitto)) {
+    const Variant dataConflitto = GetField(conflitto, "DataRegistrazione");
+    AddMessage(aRegistrazione, WarnProtocolloString, aMessaggio,
+               {dataConflitto, GetField(conflitto, "Protocollo")});
+  }
 }
 
 }  // namespace
 
-void KalCOGCheck::TestProtocollo() {
-  Trap("KalCOGCheck.TestProtocollo", [&] {
-    const Protocollo protocollo{.IdEscluso = CLng(GetField(rsTesta_, "IdPrimaNota")),
-                                .Data = CDate(GetField(rsTesta_, "DataRegistrazione")),
-                                .TipoRegIva = causaleCorrente_.TipoRegIva,
-                                .SezionaleIva = CInt(GetField(rsTesta_, "SezionaleIva")),
-                                .Numero = CLng(GetField(rsTesta_, "Protocollo"))};
-    QueryBuilder query;
-    CercaConflitto(query, siblings_, protocollo);
-    const RecordsetRef conflitto = Open(query);
-    if (!RecordsetIsEmpty(conflitto)) {
-      AddMessage(warnProtocolloString_, MessageCode::ProtocolloNonInOrdine,
-                 {GetField(conflitto, "DataRegistrazione"), GetField(conflitto, "Protocollo")});
-    }
+void TestProtocollo(Registrazione& aRegistrazione) {
+  Trap(aRegistrazione, "KalCOGCheck.TestProtocollo", [&] {
+    const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+    CercaConflitto(aRegistrazione,
+                   {.IdEscluso = CLng(GetField(rsTesta, "IdPrimaNota")),
+                    .Data = CDate(GetField(rsTesta, "DataRegistrazione")),
+                    .TipoRegIva = aRegistrazione.CausaleCorrente.TipoRegIva,
+                    .SezionaleIva = CInt(GetField(rsTesta, "SezionaleIva")),
+                    .Numero = CLng(GetField(rsTesta, "Protocollo"))},
+                   MessageCode::ProtocolloNonInOrdine);
   });
 }
 
-void KalCOGCheck::TestProtocolloIntra(std::int32_t aIdLink, std::int32_t aProtocolloCollegato,
-                                      std::int16_t aSezionaleIva) {
-  Trap("KalCOGCheck.TestProtocolloIntra", [&] {
-    Protocollo protocollo{.IdEscluso = aIdLink,
-                          .Data = GetField(rsTesta_, "DataRegistrazione"),
+void TestProtocolloIntra(Registrazione& aRegistrazione) {
+  const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+  const std::int32_t idLink = CLng(GetField(rsTesta, "IdLink"));
+  Trap(aRegistrazione, "KalCOGCheck.TestProtocolloIntra", [&] {
+    Protocollo protocollo{.IdEscluso = idLink,
+                          .Data = GetField(rsTesta, "DataRegistrazione"),
                           .TipoRegIva = kVendite,
-                          .SezionaleIva = aSezionaleIva,
-                          .Numero = aProtocolloCollegato};
-    if (aProtocolloCollegato == -1) {
-      protocollo.Numero = siblings_.CreateProtocolNumbering()->NextProtocol(kVendite, aSezionaleIva,
-                                                                            protocollo.Data);
+                          .SezionaleIva = aRegistrazione.Corsa.SezionaleAutofattura,
+                          .Numero = aRegistrazione.Corsa.ProtocolloCollegato};
+    if (protocollo.Numero == -1) {
+      protocollo.Numero = ProtocolNumbering(aRegistrazione.Siblings)
+                              .NextProtocol(kVendite, protocollo.SezionaleIva, protocollo.Data);
     }
-    QueryBuilder query;
-    CercaConflitto(query, siblings_, protocollo);
-    const RecordsetRef conflitto = Open(query);
-    if (!RecordsetIsEmpty(conflitto)) {
-      AddMessage(warnProtocolloString_, MessageCode::AutofatturaNonInOrdine,
-                 {GetField(conflitto, "DataRegistrazione"), GetField(conflitto, "Protocollo")});
-    }
+    CercaConflitto(aRegistrazione, protocollo, MessageCode::AutofatturaNonInOrdine);
   });
 }
 

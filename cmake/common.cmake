@@ -37,7 +37,7 @@ if(KAL_SANITIZE)
 endif()
 
 # The portable core: the C++ standard library and nothing else.
-set(KAL_CORE_FOLDERS platform siblings frame messages checks save modify checker)
+set(KAL_CORE_FOLDERS platform siblings frame checks save modify checker)
 list(TRANSFORM KAL_CORE_FOLDERS REPLACE "(.+)" "${KAL_ROOT}/\\1/*.cpp" OUTPUT_VARIABLE KAL_CORE_GLOBS)
 file(GLOB KAL_CORE_SOURCES CONFIGURE_DEPENDS ${KAL_CORE_GLOBS})
 add_library(kal_core STATIC ${KAL_CORE_SOURCES})

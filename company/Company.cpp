@@ -1,152 +1,57 @@
 #include "company/Company.h"
 
-#include <cstdint>
-#include <filesystem>
-#include <random>
-#include <system_error>
-
-#include "company/Database.h"
-#include "company/SampleCompany.h"
-#include "company/Schema.h"
+#include "company/DataError.h"
 #include "company/Siblings.h"
-#include "company/Sqlite.h"
-#include "messages/Catalogue.h"
+#include "company/sqlite/CompanyFile.h"
+#include "company/sqlite/Sqlite.h"
+#include "company/sqlite/SqliteEngine.h"
 
 namespace kal::company {
 namespace {
 
-namespace fs = std::filesystem;
-
-fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
-
-[[noreturn]] void RaiseExists(const std::string& path) {
-  RaiseDataError(kDatabaseFailed, "There is a file " + path + " already");
-}
-
 void RequireLanguage(std::string_view language) {
   if (language != "it" && language != "en") {
-    RaiseDataError(static_cast<std::int32_t>(RunTime::TypeMismatch),
+    RaiseDataError(RunTime::TypeMismatch,
                    "There are no messages in the language '" + std::string(language) + "'");
   }
-}
-
-// The file under its name while it is being made; gone again unless it was moved to its place.
-class Draft {
- public:
-  explicit Draft(const std::string& target)
-      : path_(target + "." + std::to_string(std::random_device()()) + ".new") {}
-  Draft(const Draft&) = delete;
-  Draft& operator=(const Draft&) = delete;
-  ~Draft() {
-    std::error_code ignored;
-    fs::remove(PathOf(path_), ignored);
-    fs::remove(PathOf(path_ + "-journal"), ignored);
-  }
-
-  [[nodiscard]] const std::string& Path() const { return path_; }
-
-  // A second name that the target takes only when it is free: a rename would replace what another
-  // program put there meanwhile. Some file systems know no second names.
-  void MoveTo(const std::string& target) const {
-    std::error_code error;
-    fs::create_hard_link(PathOf(path_), PathOf(target), error);
-    if (!error) {
-      return;
-    }
-    if (fs::exists(PathOf(target))) {
-      RaiseExists(target);
-    }
-    fs::rename(PathOf(path_), PathOf(target), error);
-    if (error) {
-      RaiseDataError(kDatabaseFailed, target + ": " + error.message());
-    }
-  }
-
- private:
-  std::string path_;
-};
-
-void InsertTexts(Sqlite& file) {
-  SqliteStatement message(file, "INSERT INTO KalMessaggi (Codice, Lingua, Testo) VALUES (?, ?, ?)");
-  SqliteStatement translation(
-      file, "INSERT INTO KalDizionario (Testo, Lingua, Traduzione) VALUES (?, ?, ?)");
-  const auto insert = [](SqliteStatement& statement, const Variant& first,
-                         std::string_view language, std::string_view text) {
-    const Variant second(language);
-    const Variant third(text);
-    const StatementUse use(statement);
-    use->Bind(1, first);
-    use->Bind(2, second);
-    use->Bind(3, third);
-    use->Step();
-  };
-  for (const Message& known : Catalogue()) {
-    if (known.code) {
-      const auto code = static_cast<std::int32_t>(*known.code);
-      insert(message, code, "it", known.text.italian);
-      insert(message, code, "en", known.text.english);
-    }
-  }
-  for (const Wording& text : Dictionary()) {
-    insert(translation, text.italian, "en", text.english);
-  }
-}
-
-void FillCompany(const std::string& path, bool withSample) {
-  Sqlite file(path, Sqlite::Access::Create, Database::kBusyMilliseconds);
-  file.Execute("BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
-               "; PRAGMA user_version = " + std::to_string(kLayoutVersion) + ";");
-  file.Execute(SchemaSql());
-  InsertTexts(file);
-  if (withSample) {
-    file.Execute(std::string(SampleCompanySql()));
-  }
-  file.Execute("COMMIT");
 }
 
 }  // namespace
 
 void CreateCompany(const std::string& path, bool withSample) {
-  std::error_code ignored;
-  if (fs::exists(fs::symlink_status(PathOf(path), ignored))) {
-    RaiseExists(path);
-  }
-  const Draft draft(path);
-  FillCompany(draft.Path(), withSample);
-  draft.MoveTo(path);
+  CreateCompanyFile(path, withSample);
 }
 
-// Too late or refused, the account is kept: that is slower, and nothing else.
-void SpareMemoryAccounts() { (void)sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
+void SpareMemoryAccounts() { SpareSqliteMemoryAccounts(); }
 
 Company::Company(const std::string& path, std::string_view language) {
   RequireLanguage(language);
-  database_ = std::make_unique<Database>(path);
-  siblings_ = std::make_unique<CompanySiblings>(*database_, language);
+  engine_ = std::make_unique<SqliteEngine>(path);
+  siblings_ = std::make_unique<CompanySiblings>(*engine_, language);
 }
 
 Company::~Company() = default;
 
-SiblingFactory& Company::Siblings() { return *siblings_; }
+Siblings& Company::Siblings() { return *siblings_; }
 
-bool Company::HasTable(std::string_view name) { return database_->HasTable(name); }
+bool Company::HasTable(std::string_view name) { return engine_->HasTable(name); }
 
-const Company::Counters& Company::Counted() const { return database_->Counted(); }
+const Counters& Company::Counted() const { return engine_->Counted(); }
 
-void Company::Record(std::vector<std::string>* target) { database_->Record(target); }
+void Company::Record(std::vector<std::string>* target) { engine_->Record(target); }
 
 Company::Reading::Reading(Company& company) : company_(company) {
-  company_.database_->BeginReading();
+  company_.engine_->BeginReading();
 }
 
-Company::Reading::~Reading() { company_.database_->EndReading(); }
+Company::Reading::~Reading() { company_.engine_->EndReading(); }
 
 Company::TemporaryTable::TemporaryTable(Company& company, std::string_view name,
                                         const RowTable& rows)
     : company_(company), name_(name) {
-  company_.database_->CreateTemporaryTable(name_, rows);
+  company_.engine_->MakeTemporaryTable(name_, rows);
 }
 
-Company::TemporaryTable::~TemporaryTable() { company_.database_->DropTemporaryTable(name_); }
+Company::TemporaryTable::~TemporaryTable() { company_.engine_->DropTemporaryTable(name_); }
 
 }  // namespace kal::company

@@ -1,22 +1,21 @@
-// Company: the embedded company, an SQLite file that answers for all sibling components.
+// Company: the books of a company, which answer for all sibling components.
 //
-// A Company is one read-only connection, for one thread. Errors are RunTimeErrors with the source
-// "DataAccess" whose description names the file, table or column meant.
+// They are kept in an SQLite file. A Company is one read-only connection, for one thread. Errors
+// are RunTimeErrors with the source "DataAccess" whose description names the file, table or column
+// meant.
 
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "company/Engine.h"
 #include "platform/MemoryRecordset.h"
 #include "siblings/Siblings.h"
 
 namespace kal::company {
-
-class Database;
 
 // Makes a new company file: tables, indexes and message texts, and sample data where asked for.
 // Raises an error, and leaves what was there, when the file exists already.
@@ -36,7 +35,7 @@ class Company {
   ~Company();
 
   // The sibling components over this company; owned by it.
-  [[nodiscard]] SiblingFactory& Siblings();
+  [[nodiscard]] kal::Siblings& Siblings();
 
   // One state of the books for all that is read until it is let go, whatever others commit
   // meanwhile. Outside of one, every question sees the books as they are when it is asked.
@@ -54,15 +53,10 @@ class Company {
   [[nodiscard]] bool HasTable(std::string_view name);
 
   // What this connection has done so far.
-  struct Counters {
-    std::uint64_t queries = 0;       // selections and procedures that the database ran
-    std::uint64_t prepared = 0;      // statements prepared
-    std::uint64_t transactions = 0;  // Readings
-  };
   [[nodiscard]] const Counters& Counted() const;
 
-  // For measuring: every selection that the database runs from now on is added to the target as
-  // SQL with its values, until it is nullptr.
+  // For measuring: every selection that the database runs from now on is added to the target as it
+  // is run, with its values, until the target is nullptr.
   void Record(std::vector<std::string>* target);
 
   // A table of this connection alone, with the columns and rows given, gone when the object is.
@@ -80,8 +74,8 @@ class Company {
   };
 
  private:
-  std::unique_ptr<Database> database_;
-  std::unique_ptr<SiblingFactory> siblings_;  // after the database that answers them
+  std::unique_ptr<Engine> engine_;
+  std::unique_ptr<kal::Siblings> siblings_;  // after the engine that answers them
 };
 
 }  // namespace kal::company

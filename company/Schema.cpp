@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "company/QuerySql.h"
+#include "platform/LetterCase.h"
 
 namespace kal::company {
 namespace {
@@ -159,15 +159,9 @@ constexpr SchemaTable kTables[] = {
     {"KalDizionario", kDizionario},
 };
 
-struct Index {
-  std::string_view table;
-  std::string_view columns;  // separated by commas; Year(x) is the year of a date column
-  bool unique = false;
-};
-
 // The two indexes of protocols serve one question from both ends: higher numbers with earlier
 // dates, and later dates with lower numbers.
-constexpr Index kIndexes[] = {
+constexpr SchemaIndex kIndexes[] = {
     {"COGPrimeNoteTeste", "IdPrimaNota"},
     {"COGPrimeNoteTeste", "IdLink"},
     {"COGPrimeNoteTeste", "IdDoc,TipoDocumento"},
@@ -210,100 +204,16 @@ constexpr Index kIndexes[] = {
     {"KalDizionario", "Testo,Lingua"},
 };
 
-// How a column of each type is declared. Amounts and dates are kept as texts: the word TEXT in the
-// declaration stops SQLite from turning "0.10" or a large amount into a rounded number.
-struct Declaration {
-  DataType type;
-  std::string_view text;
-};
-constexpr Declaration kDeclarations[] = {
-    {kText, "TEXT"},     {kShort, "SMALLINT"}, {kLong, "INTEGER"}, {kAmount, "AMOUNT_TEXT"},
-    {kDay, "DATE_TEXT"}, {kFlag, "BOOLEAN"},   {kFloat, "DOUBLE"},
-};
-
-char Lower(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-std::string TableSql(const SchemaTable& table) {
-  std::string sql = "CREATE TABLE " + QuoteName(table.name) + " (";
-  std::string_view separator;
-  for (const SchemaColumn& column : table.columns) {
-    sql.append(separator).append(QuoteName(column.name)).append(" ");
-    sql += DeclarationOfType(column.type);
-    separator = ", ";
-  }
-  return sql + ");\n";
-}
-
-// The index is named after its table and columns.
-std::string IndexSql(const Index& index) {
-  constexpr std::string_view kYear = "Year(";
-  std::string name(index.table);
-  std::string columns;
-  for (std::string_view rest = index.columns; !rest.empty();) {
-    const std::size_t comma = std::min(rest.find(','), rest.size());
-    const std::string_view item = rest.substr(0, comma);
-    rest.remove_prefix(std::min(comma + 1, rest.size()));
-    columns += columns.empty() ? "" : ", ";
-    name += '_';
-    if (item.starts_with(kYear)) {
-      const std::string_view column = item.substr(kYear.size(), item.size() - kYear.size() - 1);
-      columns += YearExpression(QuoteName(column));
-      name.append("Year").append(column);
-    } else {
-      columns += QuoteName(item);
-      name += item;
-    }
-  }
-  return std::string(index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + QuoteName(name) +
-         " ON " + QuoteName(index.table) + " (" + columns + ");\n";
-}
-
 }  // namespace
 
 std::span<const SchemaTable> Tables() { return kTables; }
+
+std::span<const SchemaIndex> Indexes() { return kIndexes; }
 
 const SchemaTable* FindTable(std::string_view name) {
   const auto found = std::ranges::find_if(
       kTables, [name](const SchemaTable& table) { return SameName(table.name, name); });
   return found == std::end(kTables) ? nullptr : &*found;
-}
-
-bool SameName(std::string_view left, std::string_view right) {
-  return std::ranges::equal(left, right, {}, Lower, Lower);
-}
-
-std::string SchemaSql() {
-  std::string sql;
-  for (const SchemaTable& table : kTables) {
-    sql += TableSql(table);
-  }
-  for (const Index& index : kIndexes) {
-    sql += IndexSql(index);
-  }
-  return sql;
-}
-
-DataType TypeOfDeclaration(std::string_view declaration) {
-  const auto found =
-      std::ranges::find_if(kDeclarations, [declaration](const Declaration& candidate) {
-        return SameName(candidate.text, declaration);
-      });
-  return found == std::end(kDeclarations) ? kText : found->type;
-}
-
-std::string_view DeclarationOfType(DataType type) {
-  switch (type) {
-    case DataType::TinyInt:
-      return DeclarationOfType(kShort);
-    case DataType::Single:
-      return DeclarationOfType(kFloat);
-    default:
-      break;
-  }
-  const auto found = std::ranges::find(kDeclarations, type, &Declaration::type);
-  return found == std::end(kDeclarations) ? DeclarationOfType(kText) : found->text;
 }
 
 }  // namespace kal::company

@@ -1,37 +1,76 @@
 #include "company/Siblings.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
-#include "company/Schema.h"
+#include "company/DataError.h"
+#include "platform/LetterCase.h"
 
 namespace kal::company {
 namespace {
 
-[[noreturn]] void RaiseDataError(RunTime number, std::string description) {
-  company::RaiseDataError(static_cast<std::int32_t>(number), std::move(description));
-}
-
-// A master-data question: one column of the row with that key.
-Variant Lookup(Database& database, std::string_view table, std::string_view column,
-               std::string_view key, Variant value) {
-  QueryBuilder query;
-  query.Select(column).From(table).WhereEqual(key, std::move(value));
-  return database.FirstValue(query);
-}
+constexpr Selection kMessaggio =
+    Selection().Select("Testo").From("KalMessaggi").WhereEqual("Codice").WhereEqual("Lingua");
+constexpr Selection kTraduzione =
+    Selection().Select("Traduzione").From("KalDizionario").WhereEqual("Testo").WhereEqual("Lingua");
+constexpr Selection kParametro =
+    Selection().Select("Valore").From("STDParametriAzienda").WhereEqual("Nome");
+constexpr Selection kEsercizio = Selection()
+                                     .Select("*")
+                                     .From("STDEsercizi")
+                                     .Where("DataInizio", CompareWith::LessOrEqual)
+                                     .Where("DataFine", CompareWith::GreaterOrEqual);
+// The column is the one asked for.
+constexpr Selection kCliente =
+    Selection().Select(kGivenName).From("STDAnagraficaClienti").WhereEqual("IdAnagrafica");
+constexpr Selection kFornitore =
+    Selection().Select(kGivenName).From("STDAnagraficaFornitori").WhereEqual("IdAnagrafica");
+constexpr Selection kAmmessaFiscalita =
+    Selection().Select("AmmessaFiscalitaBL").From("STDIva").WhereEqual("CodIva");
+constexpr Selection kTipoIntra =
+    Selection().Select("TipoIntra").From("STDIva").WhereEqual("CodIva");
+constexpr Selection kNotaVariazione =
+    Selection().Select("NotaVariazione").From("COGCausaliContabili").WhereEqual("CodCausale");
+constexpr Selection kTipoParcella =
+    Selection().Select("TipoParcella").From("COGCausaliContabili").WhereEqual("CodCausale");
+constexpr Selection kSoggettoParcella = Selection()
+                                            .Select("SoggettoParcella")
+                                            .From("STDAnagraficaFornitori")
+                                            .WhereEqual("IdAnagrafica");
+constexpr Selection kBlocco = Selection()
+                                  .Select("DataFine")
+                                  .From("COGBlocchiPeriodo")
+                                  .Where("DataInizio", CompareWith::LessOrEqual)
+                                  .Where("DataFine", CompareWith::GreaterOrEqual);
+constexpr Selection kAttivita = Selection()
+                                    .Select("CodAttivita")
+                                    .From("COGNumerazioniIva")
+                                    .WhereEqual("Anno")
+                                    .WhereEqual("TipoRegIva")
+                                    .WhereEqual("SezionaleIva");
 
 bool FlagOrFalse(const Variant& value) { return !value.IsNull() && CBool(value); }
 
-std::string TextOr(const Variant& value, std::string otherwise) {
-  return value.IsNull() ? std::move(otherwise) : CStr(value);
+Variant ValueOr(const Variant& value, const Variant& otherwise) {
+  return value.IsNull() ? otherwise : value;
+}
+
+// The text of an argument, which becomes one where it is none.
+std::string_view Text(Variant& argument) {
+  if (!argument.AsText()) {
+    argument = CStr(argument);
+  }
+  return *argument.AsText();
 }
 
 // The calendar day of a date as it is stored; nothing for "", Null and Empty.
-std::optional<std::string> StoredDay(const Variant& date) {
+std::optional<Variant> StoredDay(const Variant& date) {
   constexpr std::size_t kIsoSize = 10;
   const auto text = date.AsText();
   if (date.IsNull() || date.IsEmpty() || (text && text->empty())) {
@@ -39,36 +78,6 @@ std::optional<std::string> StoredDay(const Variant& date) {
   }
   return CDate(date).ToIso().substr(0, kIsoSize);
 }
-
-class Status final : public KalStatus, public Pooled {
- public:
-  Status(Database& database, std::string_view language)
-      : database_(database), language_(language) {}
-
-  std::string GetMessage(std::int32_t code) override {
-    QueryBuilder query;
-    query.Select("Testo")
-        .From("KalMessaggi")
-        .WhereEqual("Codice", code)
-        .WhereEqual("Lingua", language_);
-    return TextOr(database_.FirstValue(query), "[" + std::to_string(code) + "]");
-  }
-
-  std::string TranslateFromDict(std::string_view text1, std::string_view /*text2*/,
-                                std::string_view /*text3*/, std::string_view /*text4*/,
-                                std::string_view /*text5*/, std::string_view /*text6*/) override {
-    QueryBuilder query;
-    query.Select("Traduzione")
-        .From("KalDizionario")
-        .WhereEqual("Testo", text1)
-        .WhereEqual("Lingua", language_);
-    return TextOr(database_.FirstValue(query), std::string(text1));
-  }
-
- private:
-  Database& database_;
-  std::string_view language_;
-};
 
 // The settings that are no texts.
 struct SettingType {
@@ -112,354 +121,302 @@ Variant SettingOfText(DataType type, std::string_view text) {
   return *date;
 }
 
-class Settings final : public CompanySettings, public Pooled {
- public:
-  explicit Settings(Database& database) : database_(database) {}
-
-  Variant Setting(std::string_view name) override {
-    Variant value = Lookup(database_, "STDParametriAzienda", "Valore", "Nome", name);
-    const auto text = value.AsText();
-    if (!text || text->empty()) {
-      return Null;
-    }
-    const auto* known = std::ranges::find(kSettingTypes, name, &SettingType::name);
-    if (known == std::end(kSettingTypes)) {
-      return value;
-    }
-    try {
-      return SettingOfText(known->type, *text);
-    } catch (const RunTimeError& error) {
-      company::RaiseDataError(error.Number(), "The setting " + std::string(name) +
-                                                  " can't have the value '" + std::string(*text) +
-                                                  "'");
+Date LastDay(std::int16_t month, std::int16_t year) {
+  constexpr int kLongestMonth = 31;
+  constexpr int kShortestMonth = 28;
+  for (int day = kLongestMonth; day >= kShortestMonth; --day) {
+    if (const std::optional<Date> last = Date::FromYmd(year, month, day)) {
+      return *last;
     }
   }
+  RaiseDataError(RunTime::TypeMismatch, "There is no month " + std::to_string(month) +
+                                            " of the year " + std::to_string(year));
+}
 
-  // Of overlapping years the one with the lowest code.
-  bool SelectFiscalYear(const Variant& date) override {
-    year_ = nullptr;
-    const std::optional<std::string> day = StoredDay(date);
-    if (!day) {
-      return false;
-    }
-    QueryBuilder query;
-    query.Select("*").From("STDEsercizi").Where("DataInizio", CompareWith::LessOrEqual, *day);
-    query.Where("DataFine", CompareWith::GreaterOrEqual, *day);
-    const RecordsetRef years = database_.Open(query);
-    const Field& code = years->Fields("CodEsercizio");
-    std::optional<Variant> lowest;
-    for (; !years->Eof(); years->MoveNext()) {
-      if (!lowest || code.Value() < *lowest) {
-        lowest = code.Value();
-      }
-    }
-    if (!lowest) {
-      return false;
-    }
-    for (years->MoveFirst(); !Identical(code.Value(), *lowest); years->MoveNext()) {
-    }
-    year_ = years;
-    return true;
-  }
+}  // namespace
 
-  Variant FiscalYearField(std::string_view name) override {
-    if (!year_) {
+struct CompanySiblings::FiscalYear final : SiblingState {
+  [[nodiscard]] Variant Value(std::string_view field) const {
+    if (!year) {
       RaiseDataError(RunTime::ObjectNotSet, "No fiscal year is selected");
     }
-    return year_->Fields(name).Value();
+    return year->Fields(field).Value();
   }
 
- private:
-  Database& database_;
-  RecordsetRef year_;  // on the selected year
+  RecordsetRef year;  // on the selected year
 };
 
-class Anagrafiche final : public KalAnagrafiche, public Pooled {
- public:
-  explicit Anagrafiche(Database& database) : database_(database) {}
+// A customer or supplier; which of them is settled by Init.
+struct CompanySiblings::Person final : SiblingState {
+  static constexpr std::int16_t kCustomer = 1;
+  static constexpr std::int16_t kSupplier = 2;
 
-  void IDAnagrafica(std::int32_t id) override { id_ = id; }
-  void TipoAnagrafica(std::int16_t type) override { type_ = type; }
-
-  void Init() override {
-    constexpr std::int16_t kCustomer = 1;
-    constexpr std::int16_t kSupplier = 2;
-    if (type_ != kCustomer && type_ != kSupplier) {
-      RaiseDataError(RunTime::TypeMismatch, "There is no TipoAnagrafica " + std::to_string(type_));
+  void Init() {
+    if (type != kCustomer && type != kSupplier) {
+      RaiseDataError(RunTime::TypeMismatch, "There is no TipoAnagrafica " + std::to_string(type));
     }
-    table_ = type_ == kCustomer ? "STDAnagraficaClienti" : "STDAnagraficaFornitori";
+    settled = type;
   }
 
-  Variant InfoAnagrafica(std::string_view name) override {
-    if (table_.empty()) {
-      RaiseDataError(RunTime::ObjectNotSet, "InfoAnagrafica was called before Init");
-    }
-    Variant value = Lookup(database_, table_, name, "IdAnagrafica", id_);
-    return value.IsNull() ? Variant(false) : value;
-  }
-
- private:
-  Database& database_;
-  std::int32_t id_ = 0;
-  std::int16_t type_ = 0;
-  std::string_view table_;
+  Variant id = 0;
+  std::int16_t type = 0;
+  std::int16_t settled = 0;
 };
 
-class Codes final : public VatCodes, public Pooled {
- public:
-  explicit Codes(Database& database) : database_(database) {}
-
-  bool AdmitsFiscalData(std::string_view vatCode) override {
-    return FlagOrFalse(Lookup(database_, "STDIva", "AmmessaFiscalitaBL", "CodIva", vatCode));
-  }
-
-  std::int32_t IntraClassification(std::string_view vatCode) override {
-    const Variant type = Lookup(database_, "STDIva", "TipoIntra", "CodIva", vatCode);
-    return type.IsNull() ? 0 : CLng(type);
-  }
-
-  Variant PeriodReferenceDate(std::int16_t month, std::int16_t year) override {
-    constexpr int kLongestMonth = 31;
-    constexpr int kShortestMonth = 28;
-    for (int day = kLongestMonth; day >= kShortestMonth; --day) {
-      if (const std::optional<Date> last = Date::FromYmd(year, month, day)) {
-        return *last;
-      }
-    }
-    RaiseDataError(RunTime::TypeMismatch, "There is no month " + std::to_string(month) +
-                                              " of the year " + std::to_string(year));
-  }
-
-  bool IsVariationNote(std::string_view templateCode) override {
-    return FlagOrFalse(
-        Lookup(database_, "COGCausaliContabili", "NotaVariazione", "CodCausale", templateCode));
-  }
-
- private:
-  Database& database_;
-};
-
-class Locks final : public PeriodLock, public Pooled {
- public:
-  explicit Locks(Database& database) : database_(database) {}
-
-  bool IsLocked(const Variant& date) override {
-    const std::optional<std::string> day = StoredDay(date);
-    if (!day) {
-      return false;
-    }
-    QueryBuilder query;
-    query.Select("DataFine").From("COGBlocchiPeriodo");
-    query.Where("DataInizio", CompareWith::LessOrEqual, *day);
-    query.Where("DataFine", CompareWith::GreaterOrEqual, *day);
-    return !database_.FirstValue(query).IsNull();
-  }
-
- private:
-  Database& database_;
-};
-
-class Activities final : public VatActivities, public Pooled {
- public:
-  explicit Activities(Database& database) : database_(database) {}
-
-  std::string ActivityCode(std::int16_t year, std::int16_t registerType,
-                           std::int16_t section) override {
-    QueryBuilder query;
-    query.Select("CodAttivita").From("COGNumerazioniIva").WhereEqual("Anno", year);
-    query.WhereEqual("TipoRegIva", registerType).WhereEqual("SezionaleIva", section);
-    return TextOr(database_.FirstValue(query), "");
-  }
-
- private:
-  Database& database_;
-};
-
-class Numbering final : public ProtocolNumbering, public Pooled {
- public:
-  explicit Numbering(Database& database) : database_(database) {}
-
-  std::int32_t NextProtocol(std::int16_t registerType, std::int16_t section,
-                            const Variant& date) override {
-    StatementUse highest(database_.Prepared(kHighest));
-    int parameter = 0;
-    for (const Variant& value : {Variant(Year(date)), Variant(registerType), Variant(section)}) {
-      highest->Bind(++parameter, value);
-    }
-    if (!highest->Step()) {
-      return 1;
-    }
-    const Variant protocol = highest->Value(0, DataType::Integer, "COGPrimeNoteTeste.Protocollo");
-    if (protocol.IsNull()) {
-      return 1;
-    }
-    if (CLng(protocol) == std::numeric_limits<std::int32_t>::max()) {
-      RaiseDataError(RunTime::Overflow, "There is no protocol after " + CStr(protocol));
-    }
-    return CLng(protocol) + 1;
-  }
-
- private:
-  // Walks the index of protocols down from the highest; Null comes last.
-  static constexpr std::string_view kHighest =
-      "SELECT Protocollo FROM COGPrimeNoteTeste "
-      "WHERE CAST(substr(DataRegistrazione, 1, 4) AS INTEGER) = ? AND TipoRegIva = ? "
-      "AND SezionaleIva = ? AND ifnull(Provvisoria, 0) = 0 ORDER BY Protocollo DESC LIMIT 1";
-
-  Database& database_;
-};
-
-class Fees final : public FeeNotes, public Pooled {
- public:
-  explicit Fees(Database& database) : database_(database) {}
-
-  bool SupplierTest(std::int32_t idAnagrafica) override {
-    return FlagOrFalse(Lookup(database_, "STDAnagraficaFornitori", "SoggettoParcella",
-                              "IdAnagrafica", idAnagrafica));
-  }
-
-  std::int16_t TemplateTest(std::string_view templateCode) override {
-    const Variant type =
-        Lookup(database_, "COGCausaliContabili", "TipoParcella", "CodCausale", templateCode);
-    return type.IsNull() ? std::int16_t{0} : CInt(type);
-  }
-
- private:
-  Database& database_;
-};
-
-class Functions final : public SqlFunctions, public Pooled {
- public:
-  std::string Expression(std::int32_t functionCode, std::string_view column) override {
-    constexpr std::int32_t kYear = 4;
-    if (functionCode != kYear) {
-      RaiseDataError(RunTime::NotSupported,
-                     "There is no function with the code " + std::to_string(functionCode));
-    }
-    return "Year(" + std::string(column) + ")";
-  }
-};
-
-class Sums final : public Totals, public Pooled {
- public:
-  void Attach(const RecordsetRef& set) override { set_ = set; }
-
-  void Columns(std::string_view list) override {
-    sums_.clear();
-    while (!list.empty()) {
-      const std::size_t comma = std::min(list.find(','), list.size());
-      std::string_view name = list.substr(0, comma);
-      list.remove_prefix(std::min(comma + 1, list.size()));
-      const std::size_t first = std::min(name.find_first_not_of(' '), name.size());
-      name.remove_prefix(first);
-      name = name.substr(0, name.find_last_not_of(' ') + 1);
-      sums_.push_back({std::string(name), Currency()});
-    }
-  }
-
-  void Compute() override {
-    for (Sum& sum : sums_) {
-      sum.total = Currency();
-    }
-    if (set_->RecordCount() == 0) {
-      return;
-    }
-    for (set_->MoveFirst(); !set_->Eof(); set_->MoveNext()) {
-      for (Sum& sum : sums_) {
-        const Variant value = set_->Fields(sum.column).Value();
-        sum.total += value.IsNull() ? Currency() : CCur(value);
-      }
-    }
-  }
-
-  Currency Total(std::string_view column) override {
-    const auto found = std::ranges::find_if(
-        sums_, [column](const Sum& sum) { return SameName(sum.column, column); });
-    if (found == sums_.end()) {
-      RaiseDataError(RunTime::NoSuchField, "No total was asked for " + std::string(column));
-    }
-    return found->total;
-  }
-
- private:
+struct CompanySiblings::Sums final : SiblingState {
   struct Sum {
     std::string column;
     Currency total;
   };
 
-  RecordsetRef set_;
-  std::vector<Sum> sums_;
-};
-
-class Access final : public DataAccess, public Pooled {
- public:
-  explicit Access(Database& database) : database_(database) {}
-
-  RecordsetRef Open(const QueryBuilder& query) override { return database_.Open(query); }
-
-  // COGNroChiusurePrimaNota(entry, 1, output count).
-  void Execute(std::string_view procedure, std::span<ProcedureArgument> arguments) override {
-    constexpr std::size_t kArguments = 3;
-    if (!SameName(procedure, "COGNroChiusurePrimaNota")) {
-      company::RaiseDataError(kBadCommand,
-                              "There is no stored procedure '" + std::string(procedure) + "'");
+  void Columns(std::string_view list) {
+    sums.clear();
+    while (!list.empty()) {
+      const std::size_t comma = std::min(list.find(','), list.size());
+      std::string_view name = list.substr(0, comma);
+      list.remove_prefix(std::min(comma + 1, list.size()));
+      name.remove_prefix(std::min(name.find_first_not_of(' '), name.size()));
+      name = name.substr(0, name.find_last_not_of(' ') + 1);
+      sums.push_back({std::string(name), Currency()});
     }
-    if (arguments.size() != kArguments || !arguments.back().output) {
-      company::RaiseDataError(
-          kBadCommand, std::string(procedure) + " takes an entry, a number and an output number");
-    }
-    StatementUse count(database_.Prepared(kClosings));
-    count->Bind(1, arguments.front().value);
-    count->Step();
-    arguments.back().value = count->Value(0, DataType::Integer, procedure);
   }
 
- private:
-  // A closing installment counts once, however many account lines carry what it closes.
-  static constexpr std::string_view kClosings =
-      "SELECT count(DISTINCT Chiusura.rowid) FROM COGPrimeNoteRCont AS Riga "
-      "JOIN COGScadenze AS Apertura ON Apertura.IdScadenza = Riga.IdScadenza "
-      "JOIN COGScadenze AS Chiusura ON Chiusura.LinkApertura = Apertura.IdScadenza "
-      "AND Chiusura.RataApertura = Apertura.NrRata "
-      "WHERE Riga.IdPrimaNota = ? AND Apertura.TipoRata = 0 AND Chiusura.TipoRata = 1";
+  void Compute() {
+    for (Sum& sum : sums) {
+      sum.total = Currency();
+    }
+    if (set->RecordCount() == 0) {
+      return;
+    }
+    for (set->MoveFirst(); !set->Eof(); set->MoveNext()) {
+      for (Sum& sum : sums) {
+        const Variant value = set->Fields(sum.column).Value();
+        sum.total += value.IsNull() ? Currency() : CCur(value);
+      }
+    }
+  }
 
-  Database& database_;
+  [[nodiscard]] Currency Total(std::string_view column) const {
+    const auto found = std::ranges::find_if(
+        sums, [column](const Sum& sum) { return SameName(sum.column, column); });
+    if (found == sums.end()) {
+      RaiseDataError(RunTime::NoSuchField, "No total was asked for " + std::string(column));
+    }
+    return found->total;
+  }
+
+  RecordsetRef set;
+  std::vector<Sum> sums;
 };
 
-}  // namespace
+template <class State>
+State& CompanySiblings::StateOf(const SiblingCall& call) {
+  if (call.state == nullptr) {
+    call.state.reset(new State());
+  }
+  return static_cast<State&>(*call.state);
+}
 
-std::unique_ptr<KalStatus> CompanySiblings::CreateKalStatus() {
-  return std::unique_ptr<KalStatus>(new (database_.Memory()) Status(database_, language_));
+RecordsetRef CompanySiblings::Open(const Query& query) {
+  constexpr std::size_t kMostSets = 8;
+  std::shared_ptr<const RowTable> rows = engine_.Rows(query);
+  for (const std::shared_ptr<MemoryRecordset>& set : sets_) {
+    if (set.use_count() == 1) {
+      set->StartOver(std::move(rows));
+      return set;
+    }
+  }
+  auto set = std::make_shared<MemoryRecordset>(std::move(rows));
+  if (sets_.size() < kMostSets) {
+    sets_.push_back(set);
+  }
+  return set;
 }
-std::unique_ptr<CompanySettings> CompanySiblings::CreateCompanySettings() {
-  return std::unique_ptr<CompanySettings>(new (database_.Memory()) Settings(database_));
+
+Variant CompanySiblings::FirstValue(const Query& query) {
+  const std::shared_ptr<const RowTable> rows = engine_.Rows(query);
+  return rows->RowCount() == 0 ? Variant(Null) : rows->Cell(0, 0);
 }
-std::unique_ptr<KalAnagrafiche> CompanySiblings::CreateKalAnagrafiche() {
-  return std::unique_ptr<KalAnagrafiche>(new (database_.Memory()) Anagrafiche(database_));
+
+template <const Selection& kSelection>
+Variant CompanySiblings::Find(const Variant& value) {
+  return FirstValue(Query::Of<kSelection>({&value, 1}));
 }
-std::unique_ptr<VatCodes> CompanySiblings::CreateVatCodes() {
-  return std::unique_ptr<VatCodes>(new (database_.Memory()) Codes(database_));
+
+SiblingAnswer CompanySiblings::Ask(const SiblingCall& call) {
+  const std::span<Variant> values = call.values;
+  switch (call.member) {
+    case Member::Create:
+      break;
+    case Member::KalStatus_GetMessage:
+      return {Message(values[0])};
+    case Member::KalStatus_TranslateFromDict:
+      return {Translation(values[0])};
+    case Member::CompanySettings_Setting:
+      return {Setting(values[0])};
+    case Member::CompanySettings_SelectFiscalYear:
+      return {SelectFiscalYear(StateOf<FiscalYear>(call), values[0])};
+    case Member::CompanySettings_FiscalYearField:
+      return {StateOf<FiscalYear>(call).Value(Text(values[0]))};
+    case Member::KalAnagrafiche_IDAnagrafica:
+      StateOf<Person>(call).id = CLng(values[0]);
+      break;
+    case Member::KalAnagrafiche_TipoAnagrafica:
+      StateOf<Person>(call).type = CInt(values[0]);
+      break;
+    case Member::KalAnagrafiche_Init:
+      StateOf<Person>(call).Init();
+      break;
+    case Member::KalAnagrafiche_InfoAnagrafica:
+      return {InfoAnagrafica(StateOf<Person>(call), values[0])};
+    case Member::VatCodes_AdmitsFiscalData:
+      return {FlagOrFalse(Find<kAmmessaFiscalita>(values[0]))};
+    case Member::VatCodes_IntraClassification:
+      return {CLng(ValueOr(Find<kTipoIntra>(values[0]), 0))};
+    case Member::VatCodes_PeriodReferenceDate:
+      return {LastDay(CInt(values[0]), CInt(values[1]))};
+    case Member::VatCodes_IsVariationNote:
+      return {FlagOrFalse(Find<kNotaVariazione>(values[0]))};
+    case Member::PeriodLock_IsLocked:
+      return {IsLocked(values[0])};
+    case Member::VatActivities_ActivityCode:
+      return {ValueOr(FirstValue(Query::Of<kAttivita>(values)), "")};
+    case Member::ProtocolNumbering_NextProtocol:
+      return {NextProtocol(values)};
+    case Member::FeeNotes_SupplierTest:
+      return {FlagOrFalse(Find<kSoggettoParcella>(values[0]))};
+    case Member::FeeNotes_TemplateTest:
+      return {CInt(ValueOr(Find<kTipoParcella>(values[0]), 0))};
+    case Member::SqlFunctions_Expression:
+      return {Expression(CLng(values[0]), Text(values[1]))};
+    case Member::Totals_Recordset:
+      StateOf<Sums>(call).set = call.set;
+      break;
+    case Member::Totals_Columns:
+      StateOf<Sums>(call).Columns(Text(values[0]));
+      break;
+    case Member::Totals_Compute:
+      StateOf<Sums>(call).Compute();
+      break;
+    case Member::Totals_Total:
+      return {StateOf<Sums>(call).Total(Text(values[0]))};
+    case Member::DataAccess_Open:
+      return {.rows = Open(*call.query)};
+    case Member::DataAccess_Execute:
+      return {Execute(values)};
+  }
+  return {};
 }
-std::unique_ptr<PeriodLock> CompanySiblings::CreatePeriodLock() {
-  return std::unique_ptr<PeriodLock>(new (database_.Memory()) Locks(database_));
+
+Variant CompanySiblings::Message(Variant& code) {
+  const std::array asked = {std::move(code), language_};
+  Variant text = FirstValue(Query::Of<kMessaggio>(asked));
+  return text.IsNull() ? Variant("[" + CStr(asked[0]) + "]") : text;
 }
-std::unique_ptr<VatActivities> CompanySiblings::CreateVatActivities() {
-  return std::unique_ptr<VatActivities>(new (database_.Memory()) Activities(database_));
+
+Variant CompanySiblings::Translation(Variant& text) {
+  const std::array asked = {std::move(text), language_};
+  return ValueOr(FirstValue(Query::Of<kTraduzione>(asked)), asked[0]);
 }
-std::unique_ptr<ProtocolNumbering> CompanySiblings::CreateProtocolNumbering() {
-  return std::unique_ptr<ProtocolNumbering>(new (database_.Memory()) Numbering(database_));
+
+Variant CompanySiblings::Setting(Variant& name) {
+  const std::string_view named = Text(name);
+  Variant value = Find<kParametro>(name);
+  const auto text = value.AsText();
+  if (!text || text->empty()) {
+    return Null;
+  }
+  const auto* known = std::ranges::find(kSettingTypes, named, &SettingType::name);
+  if (known == std::end(kSettingTypes)) {
+    return value;
+  }
+  try {
+    return SettingOfText(known->type, *text);
+  } catch (const RunTimeError& error) {
+    RaiseDataError(error.Number(), "The setting " + std::string(named) + " can't have the value '" +
+                                       std::string(*text) + "'");
+  }
 }
-std::unique_ptr<FeeNotes> CompanySiblings::CreateFeeNotes() {
-  return std::unique_ptr<FeeNotes>(new (database_.Memory()) Fees(database_));
+
+// Of overlapping years the one with the lowest code.
+bool CompanySiblings::SelectFiscalYear(FiscalYear& selected, const Variant& date) {
+  selected.year = nullptr;
+  const std::optional<Variant> day = StoredDay(date);
+  if (!day) {
+    return false;
+  }
+  const std::array asked = {*day, *day};
+  const RecordsetRef years = Open(Query::Of<kEsercizio>(asked));
+  const Field& code = years->Fields("CodEsercizio");
+  std::optional<Variant> lowest;
+  for (; !years->Eof(); years->MoveNext()) {
+    if (!lowest || code.Value() < *lowest) {
+      lowest = code.Value();
+    }
+  }
+  if (!lowest) {
+    return false;
+  }
+  for (years->MoveFirst(); !Identical(code.Value(), *lowest); years->MoveNext()) {
+  }
+  selected.year = years;
+  return true;
 }
-std::unique_ptr<SqlFunctions> CompanySiblings::CreateSqlFunctions() {
-  return std::unique_ptr<SqlFunctions>(new (database_.Memory()) Functions());
+
+Variant CompanySiblings::InfoAnagrafica(const Person& person, Variant& name) {
+  if (person.settled == 0) {
+    RaiseDataError(RunTime::ObjectNotSet, "InfoAnagrafica was called before Init");
+  }
+  const std::span<const Variant> id(&person.id, 1);
+  return ValueOr(
+      FirstValue(person.settled == Person::kCustomer ? Query::Of<kCliente>(id, Text(name))
+                                                     : Query::Of<kFornitore>(id, Text(name))),
+      false);
 }
-std::unique_ptr<Totals> CompanySiblings::CreateTotals() {
-  return std::unique_ptr<Totals>(new (database_.Memory()) Sums());
+
+Variant CompanySiblings::Expression(std::int32_t functionCode, std::string_view column) {
+  constexpr std::int32_t kYear = 4;
+  if (functionCode != kYear) {
+    RaiseDataError(RunTime::NotSupported,
+                   "There is no function with the code " + std::to_string(functionCode));
+  }
+  expression_.assign("Year(").append(column).append(")");
+  return expression_;
 }
-std::unique_ptr<DataAccess> CompanySiblings::CreateDataAccess() {
-  return std::unique_ptr<DataAccess>(new (database_.Memory()) Access(database_));
+
+bool CompanySiblings::IsLocked(const Variant& date) {
+  const std::optional<Variant> day = StoredDay(date);
+  if (!day) {
+    return false;
+  }
+  const std::array asked = {*day, *day};
+  return !FirstValue(Query::Of<kBlocco>(asked)).IsNull();
+}
+
+// Register type, section, date.
+std::int32_t CompanySiblings::NextProtocol(std::span<const Variant> values) {
+  const Variant highest = engine_.HighestProtocol(Year(values[2]), values[0], values[1]);
+  if (highest.IsNull()) {
+    return 1;
+  }
+  if (CLng(highest) == std::numeric_limits<std::int32_t>::max()) {
+    RaiseDataError(RunTime::Overflow, "There is no protocol after " + CStr(highest));
+  }
+  return CLng(highest) + 1;
+}
+
+// COGNroChiusurePrimaNota(entry, 1, output count).
+Variant CompanySiblings::Execute(std::span<Variant> values) {
+  constexpr std::size_t kArguments = 3;
+  const std::string_view procedure = Text(values[0]);
+  if (!SameName(procedure, "COGNroChiusurePrimaNota")) {
+    RaiseDataError(kBadCommand, "There is no stored procedure '" + std::string(procedure) + "'");
+  }
+  if (values.size() != 1 + kArguments) {
+    RaiseDataError(kBadCommand,
+                   std::string(procedure) + " takes an entry, a number and an output number");
+  }
+  return engine_.Closings(values[1]);
 }
 
 }  // namespace kal::company

@@ -5,36 +5,58 @@
 
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "company/Database.h"
+#include "company/Engine.h"
 #include "siblings/Siblings.h"
 
 namespace kal::company {
 
-class CompanySiblings final : public SiblingFactory {
+class CompanySiblings final : public Siblings {
  public:
-  // The database must outlive the factory, and the factory what it creates.
-  CompanySiblings(Database& database, std::string_view language)
-      : database_(database), language_(language) {}
+  // The engine must outlive the siblings, and these must outlive the states of their components.
+  CompanySiblings(Engine& engine, std::string_view language)
+      : engine_(engine), language_(language) {}
 
-  [[nodiscard]] std::unique_ptr<KalStatus> CreateKalStatus() override;
-  [[nodiscard]] std::unique_ptr<CompanySettings> CreateCompanySettings() override;
-  [[nodiscard]] std::unique_ptr<KalAnagrafiche> CreateKalAnagrafiche() override;
-  [[nodiscard]] std::unique_ptr<VatCodes> CreateVatCodes() override;
-  [[nodiscard]] std::unique_ptr<PeriodLock> CreatePeriodLock() override;
-  [[nodiscard]] std::unique_ptr<VatActivities> CreateVatActivities() override;
-  [[nodiscard]] std::unique_ptr<ProtocolNumbering> CreateProtocolNumbering() override;
-  [[nodiscard]] std::unique_ptr<FeeNotes> CreateFeeNotes() override;
-  [[nodiscard]] std::unique_ptr<SqlFunctions> CreateSqlFunctions() override;
-  [[nodiscard]] std::unique_ptr<Totals> CreateTotals() override;
-  [[nodiscard]] std::unique_ptr<DataAccess> CreateDataAccess() override;
+  SiblingAnswer Ask(const SiblingCall& call) override;
 
  private:
-  Database& database_;
-  std::string language_;
+  struct FiscalYear;
+  struct Person;
+  struct Sums;
+
+  // The component's state, made at its first use.
+  template <class State>
+  [[nodiscard]] State& StateOf(const SiblingCall& call);
+
+  [[nodiscard]] RecordsetRef Open(const Query& query);
+  // The first column of the first row; Null when there is no row.
+  [[nodiscard]] Variant FirstValue(const Query& query);
+  // The value that a constant selection finds for one value.
+  template <const Selection& kSelection>
+  [[nodiscard]] Variant Find(const Variant& value);
+
+  [[nodiscard]] Variant Message(Variant& code);
+  [[nodiscard]] Variant Translation(Variant& text);
+  [[nodiscard]] Variant Setting(Variant& name);
+  [[nodiscard]] bool SelectFiscalYear(FiscalYear& selected, const Variant& date);
+  [[nodiscard]] Variant InfoAnagrafica(const Person& person, Variant& name);
+  [[nodiscard]] Variant Expression(std::int32_t functionCode, std::string_view column);
+  [[nodiscard]] bool IsLocked(const Variant& date);
+  [[nodiscard]] std::int32_t NextProtocol(std::span<const Variant> values);
+  [[nodiscard]] Variant Execute(std::span<Variant> values);
+
+  Engine& engine_;
+  Variant language_;
+  std::string expression_;  // the last one; kept for its memory
+  // A check opens some twenty small record sets, few of them at a time: those that everybody else
+  // has let go of are handed out again.
+  std::vector<std::shared_ptr<MemoryRecordset>> sets_;
 };
 
 }  // namespace kal::company

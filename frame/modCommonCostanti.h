@@ -29,8 +29,10 @@ inline constexpr std::string_view kCodIvaVentilazione = "VENT";
 // The query option that the selections carry before their fields.
 inline constexpr std::int32_t kOpzioneLettura = 11;
 
-// The function code that asks SqlFunctions for the year of a date.
-inline constexpr std::int32_t kFunzioneAnno = 4;
+// Kinds of entry by the fiscal year (TipoMovimentoEsercizio).
+inline constexpr std::int16_t kMovimentoApertura = 0;
+inline constexpr std::int16_t kMovimentoAltro = 1;
+inline constexpr std::int16_t kMovimentoChiusura = 2;
 
 // Protocols have at most seven digits.
 inline constexpr std::int32_t kProtocolloMassimo = 9999999;

@@ -1,10 +1,8 @@
 #include "frame/modKalErrorHandling.h"
 
 #include <algorithm>
-#include <exception>
-#include <new>
 
-#include "frame/modCommonCostanti.h"
+#include "siblings/Components.h"
 
 namespace kal {
 namespace {
@@ -21,38 +19,58 @@ std::size_t FindPlaceholder(std::string_view text) {
   return std::string_view::npos;
 }
 
+// A finding knows the way on which it was found from the operations under way.
+void Add(Registrazione& aRegistrazione, Finding finding) {
+  const Operations& operations = aRegistrazione.Operazioni;
+  finding.path = operations.innermost->Path();
+  if (finding.check.empty()) {
+    finding.check = finding.path.back();
+  }
+  aRegistrazione.Rilievi.Add(std::move(finding));
+  if (operations.observer != nullptr) {
+    operations.observer->Added(aRegistrazione.Rilievi.All().back());
+  }
+}
+
 }  // namespace
 
-std::string AddMessage(SiblingFactory& siblings, std::string& target, MessageCode code,
-                       std::initializer_list<Variant> parameters) {
-  std::string text = siblings.CreateKalStatus()->GetMessage(static_cast<std::int32_t>(code));
+void AddMessage(Registrazione& aRegistrazione, ResultString target, MessageCode code,
+                std::initializer_list<Variant> parameters, SetRow at, std::string_view check) {
+  std::string text = KalStatus(aRegistrazione.Siblings).GetMessage(static_cast<std::int32_t>(code));
   for (const Variant& parameter : parameters) {
     const std::string value = CStr(parameter);
-    const std::size_t at = FindPlaceholder(text);
-    if (at != std::string_view::npos && text[at + 1] == 's') {
-      text.replace(at, kPlaceholder.size(), value);
+    const std::size_t place = FindPlaceholder(text);
+    if (place != std::string_view::npos && text[place + 1] == 's') {
+      text.replace(place, kPlaceholder.size(), value);
     }
   }
-  AppendLiteral(target, text);
-  return text;
+  Add(aRegistrazione, {.string = target,
+                       .code = code,
+                       .literal = {},
+                       .parameters = parameters,
+                       .text = std::move(text),
+                       .check = check,
+                       .path = {},
+                       .at = at});
 }
 
-void AppendLiteral(std::string& target, std::string_view text) {
-  std::string joined;
-  joined.reserve(target.size() + kCrLf.size() + text.size());
-  joined = target;
-  if (!joined.empty()) {
-    joined += kCrLf;
-  }
-  joined += text;
-  target = std::move(joined);
+void AppendLiteral(Registrazione& aRegistrazione, ResultString target,
+                   const testi::Letterale& literal, std::string_view shown, SetRow at) {
+  Add(aRegistrazione, {.string = target,
+                       .code = std::nullopt,
+                       .literal = literal.nome,
+                       .parameters = {},
+                       .text = std::string(shown),
+                       .check = {},
+                       .path = {},
+                       .at = at});
 }
 
-std::string TranslateText(SiblingFactory& siblings, std::string_view text1, std::string_view text2,
+std::string TranslateText(Siblings& siblings, std::string_view text1, std::string_view text2,
                           std::string_view text3, std::string_view text4, std::string_view text5,
                           std::string_view text6) {
   try {
-    return siblings.CreateKalStatus()->TranslateFromDict(text1, text2, text3, text4, text5, text6);
+    return KalStatus(siblings).TranslateFromDict(text1, text2, text3, text4, text5, text6);
   } catch (...) {  // an untranslated word is no reason to stop a check
     return {};
   }
@@ -82,27 +100,9 @@ void RaiseError(const RunTimeError& current, std::string_view tag, std::int32_t 
                      description.empty() ? current.Description() : std::string(description));
 }
 
-RunTimeError CurrentError() {
-  const auto raisedHere = [](RunTime number, const std::string& description) {
-    return RunTimeError(static_cast<std::int32_t>(number), std::string(kComponentName),
-                        description);
-  };
-  try {
-    throw;
-  } catch (const RunTimeError& error) {
-    return error;
-  } catch (const std::bad_alloc&) {
-    return raisedHere(RunTime::OutOfMemory, "Out of memory");
-  } catch (const std::exception& error) {
-    return raisedHere(RunTime::InternalError, error.what());
-  } catch (...) {
-    return raisedHere(RunTime::InternalError, "Internal error");
-  }
-}
-
-void ObservedOperation::Begin(std::string_view name) {
-  frame_ = {name, observation_->innermost};
-  observation_->innermost = &frame_;
+OperationUnderWay::OperationUnderWay(Operations& operations, std::string_view name)
+    : operations_(operations), frame_{name, operations.innermost} {
+  operations_.innermost = &frame_;
 }
 
 std::vector<std::string_view> OperationFrame::Path() const {

@@ -1,8 +1,8 @@
 // modKalErrorHandling: messages for the user, and the trail of unexpected errors.
 //
-// Findings are messages, appended to a result string. Everything else that goes wrong is a
-// RunTimeError: each operation that it leaves adds a line with its tag to the error's source, so
-// that the host sees the way it came.
+// What a check finds is a message, kept as a finding of the entry. Everything else that goes wrong
+// is a RunTimeError: each operation that it leaves adds a line with its tag to the error's source,
+// so that the host sees the way it came.
 
 #pragma once
 
@@ -13,28 +13,34 @@
 #include <type_traits>
 #include <utility>
 
-#include "frame/Observer.h"
+#include "frame/Registrazione.h"
+#include "frame/modCommonCostanti.h"
 #include "frame/modKalCommonErrorCodes.h"
 #include "platform/RunTimeError.h"
 #include "platform/Variant.h"
-#include "siblings/Siblings.h"
 
 namespace kal {
 
-// Appends the text of the code to the target, behind a CR LF unless the target is empty. Each
-// parameter takes the place of the first "%s" left in the text at its turn, so a parameter that
-// itself contains "%s" is filled by the next one, and a surplus parameter changes nothing. A
-// capital "%S" is found but not replaced: it swallows its own parameter and all later ones.
-// A Null parameter raises 94. Errors of the status component pass unchanged. Returns the text that
-// was appended.
-std::string AddMessage(SiblingFactory& siblings, std::string& target, MessageCode code,
-                       std::initializer_list<Variant> parameters = {});
+// Adds the message of the code to a result string. Each parameter takes the place of the first
+// "%s" left in the text at its turn, so a parameter that itself contains "%s" is filled by the next
+// one, and a surplus parameter changes nothing. A capital "%S" is found but not replaced: it
+// swallows its own parameter and all later ones. A Null parameter raises 94. Errors of the status
+// component pass unchanged. The row is the one that the message speaks of; the check is the
+// operation under way unless another one is named.
+void AddMessage(Registrazione& aRegistrazione, ResultString target, MessageCode code,
+                std::initializer_list<Variant> parameters = {}, SetRow at = {},
+                std::string_view check = {});
 
-// Appends a text of the component's own, joined as AddMessage joins.
-void AppendLiteral(std::string& target, std::string_view text);
+// Adds a text of the component's own, or what is shown in its place.
+void AppendLiteral(Registrazione& aRegistrazione, ResultString target,
+                   const testi::Letterale& literal, std::string_view shown, SetRow at = {});
+inline void AppendLiteral(Registrazione& aRegistrazione, ResultString target,
+                          const testi::Letterale& literal, SetRow at = {}) {
+  AppendLiteral(aRegistrazione, target, literal, literal.testo, at);
+}
 
 // The status component's translation of the text; "" when anything goes wrong.
-[[nodiscard]] std::string TranslateText(SiblingFactory& siblings, std::string_view text1,
+[[nodiscard]] std::string TranslateText(Siblings& siblings, std::string_view text1,
                                         std::string_view text2 = "", std::string_view text3 = "",
                                         std::string_view text4 = "", std::string_view text5 = "",
                                         std::string_view text6 = "");
@@ -48,10 +54,6 @@ void AppendLiteral(std::string& target, std::string_view text);
 // keep those of the error.
 [[noreturn]] void RaiseError(const RunTimeError& current, std::string_view tag,
                              std::int32_t number = -1, std::string_view description = "");
-
-// For a catch-all handler: what is being handled. A failure that is no RunTimeError becomes one (7
-// for memory, 51 otherwise).
-[[nodiscard]] RunTimeError CurrentError();
 
 // What an operation is known by: its tag in trails, which is always written out where it is used,
 // and its own name. That is the tag's last word unless the tag names another operation.
@@ -69,54 +71,44 @@ class OperationTag {
   std::string_view name_;
 };
 
-// One operation as its observer sees it; nothing happens where there is no observer.
-class ObservedOperation {
+// One operation while it is under way, and what its observer is told of it.
+class OperationUnderWay {
  public:
-  ObservedOperation(Observation* observation, std::string_view name)
-      : observation_(observation != nullptr && observation->observer != nullptr ? observation
-                                                                                : nullptr) {
-    if (observation_ != nullptr) {
-      Begin(name);
-    }
-  }
-  ObservedOperation(const ObservedOperation&) = delete;
-  ObservedOperation& operator=(const ObservedOperation&) = delete;
-  ~ObservedOperation() {
-    if (observation_ != nullptr) {
-      observation_->innermost = frame_.caller;
-    }
-  }
+  OperationUnderWay(Operations& operations, std::string_view name);
+  OperationUnderWay(const OperationUnderWay&) = delete;
+  OperationUnderWay& operator=(const OperationUnderWay&) = delete;
+  ~OperationUnderWay() { operations_.innermost = frame_.caller; }
 
-  void Enter() const {
-    if (observation_ != nullptr) {
-      observation_->observer->Entered(frame_.name);
+  void Enter() {
+    if (operations_.observer != nullptr) {
+      operations_.observer->Entered(frame_.name);
+      told_ = true;
     }
   }
-  template <class Answer>
-  void Leave(const Answer& answer) const {
-    if (observation_ != nullptr) {
-      observation_->observer->Answered(frame_.name, answer);
+  void Leave(const Variant& answer) const {
+    if (told_) {
+      operations_.observer->Answered(frame_.name, answer);
     }
   }
+  // Not told where the observer failed to take note that the operation began.
   void Fail(const RunTimeError& error) const {
-    if (observation_ != nullptr) {
-      observation_->observer->Failed(frame_.name, error);
+    if (told_) {
+      operations_.observer->Failed(frame_.name, error);
     }
   }
 
  private:
-  void Begin(std::string_view name);
-
-  Observation* observation_;
+  Operations& operations_;
   OperationFrame frame_;
+  bool told_ = false;
 };
 
-// Runs one operation. The only place where errors are trapped and raised again with the trail, and
-// where an observer is told of operations.
+// Runs one operation over an entry. The only place where errors are trapped and raised again with
+// the trail, and where an observer is told of operations.
 template <class Body>
-decltype(auto) Trap(OperationTag tag, Body&& body, Observation* observation = nullptr) {
+decltype(auto) Trap(const Registrazione& aRegistrazione, OperationTag tag, Body&& body) {
   using Result = std::invoke_result_t<Body>;
-  ObservedOperation operation(observation, tag.Name());
+  OperationUnderWay operation(aRegistrazione.Operazioni, tag.Name());
   try {
     operation.Enter();
     if constexpr (std::is_void_v<Result>) {

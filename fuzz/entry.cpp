@@ -16,10 +16,10 @@ void ReadOne(const std::string& text) {
   const EntryReading reading = ReadEntry(text);
   Require(reading.entry.has_value() == reading.error.empty(), "an entry or an error");
   const JsonReading json = ReadJson(text);
-  if (json.outcome == JsonReading::Outcome::Complete && json.error.empty()) {
+  if (json.ending == JsonReading::Ending::Complete && json.error.empty()) {
     const std::string shown = ToText(json.value);
     const JsonReading again = ReadJson(shown);
-    Require(again.outcome == JsonReading::Outcome::Complete, "shown JSON is JSON");
+    Require(again.ending == JsonReading::Ending::Complete, "shown JSON is JSON");
     Require(ToText(again.value) == shown, "shown JSON reads the same");
     Require(shown.find('\n') == std::string::npos, "shown JSON is one line");
   }

@@ -9,17 +9,10 @@ namespace {
 using kal::fuzz::Require;
 using namespace kal;
 
-struct Siblings : SiblingFactory {
-  struct Status : KalStatus {
-    explicit Status(const std::string& shown) : text(shown) {}
-    std::string GetMessage(std::int32_t) override { return text; }
-    std::string TranslateFromDict(std::string_view, std::string_view, std::string_view,
-                                  std::string_view, std::string_view, std::string_view) override {
-      return text;
-    }
-    std::string text;
-  };
-  std::unique_ptr<KalStatus> CreateKalStatus() override { return std::make_unique<Status>(text); }
+struct OneText final : Siblings {
+  SiblingAnswer Ask(const SiblingCall& call) override {
+    return {call.member == Member::KalStatus_GetMessage ? Variant(text) : Variant()};
+  }
   std::string text;
 };
 
@@ -53,21 +46,25 @@ std::string Filled(std::string text, const std::string& value) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Input input(data, size);
-  Siblings siblings;
+  OneText siblings;
   const std::string before = input.Text();
   siblings.text = input.Text();
   const Variant a = input.Value();
   const Variant b = input.Value();
-  std::string target = before;
   const bool bad = a.IsNull() || b.IsNull();
+  Registrazione entry(siblings);
+  const auto found = [&entry] { return entry.Rilievi.Text(ErrString); };
   try {
-    AddMessage(siblings, target, MessageCode::ContoMancante, {a, b});
+    Trap(entry, "KalCOGCheck.OkAggiorna", [&] {
+      AppendLiteral(entry, ErrString, testi::kPlafondSuperato, before);
+      AddMessage(entry, ErrString, MessageCode::ContoMancante, {a, b});
+    });
     Require(!bad, "a Null parameter is refused");
     const std::string text = Filled(Filled(siblings.text, CStr(a)), CStr(b));
-    Require(target == (before.empty() ? text : before + "\r\n" + text), "placeholders are filled");
+    Require(found() == (before.empty() ? text : before + "\r\n" + text), "placeholders are filled");
   } catch (const RunTimeError& error) {
     Require(bad && error.Number() == 94, "only Null is refused");
-    Require(target == before, "a refused message leaves the text");
+    Require(found() == before, "a refused message leaves the text");
   }
   return 0;
 }

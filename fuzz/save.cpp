@@ -2,9 +2,10 @@
 // whole trail. The same object asked again answers the same.
 
 #include <filesystem>
+#include <random>
 
+#include "checker/KalCOGCheck.h"
 #include "company/Company.h"
-#include "frame/KalCOGCheck.h"
 #include "fuzz/Input.h"
 #include "host/EntryFields.h"
 #include "platform/MemoryRecordset.h"
@@ -15,16 +16,22 @@ namespace {
 using kal::fuzz::Require;
 using namespace kal;
 
-// The sample company, made afresh when the program starts.
-company::Company& Books() {
-  static const std::string kPath =
-      (std::filesystem::temp_directory_path() / "kalcogcheck-fuzz.db").string();
-  static company::Company books = [] {
-    std::filesystem::remove(kPath);
-    company::CreateCompany(kPath, true);
-    return company::Company(kPath);
-  }();
-  return books;
+// A sample company of this process alone.
+struct Books {
+  Books() { company::CreateCompany(path, true); }
+  Books(const Books&) = delete;
+  Books& operator=(const Books&) = delete;
+  ~Books() { std::filesystem::remove(path); }
+
+  std::string path = (std::filesystem::temp_directory_path() /
+                      ("kalcogcheck-fuzz-" + std::to_string(std::random_device{}())))
+                         .string();
+};
+
+Siblings& BooksSiblings() {
+  static const Books kBooks;
+  static company::Company company(kBooks.path);
+  return company.Siblings();
 }
 
 // Usual values for the fields that decide which checks run, else the input's.
@@ -91,7 +98,7 @@ std::string Call(KalCOGCheck& checker, bool flag) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Input input(data, size);
-  KalCOGCheck checker(Books().Siblings());
+  KalCOGCheck checker(BooksSiblings());
   std::vector<std::pair<const host::EntrySet*, std::shared_ptr<const RowTable>>> sets;
   const auto mode = static_cast<EditMode>(input.Take<std::uint8_t>() % 3);
   for (const host::EntrySet& set : host::EntrySets()) {

@@ -180,7 +180,7 @@ class CheckRun {
       if (!asked) {
         return;
       }
-      Answered answer = Answer(*company_, asked->entry);
+      Answered answer = CheckOne(*company_, asked->entry);
       answer.bytesRead = asked->bytesRead;
       if (!Deliver({&answer, 1})) {
         return;
@@ -193,12 +193,14 @@ class CheckRun {
     }
     Workers(
         std::move(companies), [this] { return input_.NextFew(); },
-        [this](company::Company& company, const EntryText& text) { return Answer(company, text); },
+        [this](company::Company& company, const EntryText& text) {
+          return CheckOne(company, text);
+        },
         [this](std::span<const Answered> answers) { return Deliver(answers); })
         .Run();
   }
 
-  [[nodiscard]] Answered Answer(company::Company& company, const EntryText& text) const {
+  [[nodiscard]] Answered CheckOne(company::Company& company, const EntryText& text) const {
     if (options_.json) {
       const Outcome outcome = CheckEntry(company, text, Detail::Findings);
       return {VerdictOf(outcome), ToJson(outcome) + '\n'};
@@ -207,7 +209,7 @@ class CheckRun {
       const Outcome outcome = CheckEntry(company, text, Detail::FindingsAndSteps);
       return {VerdictOf(outcome), ToExplanation(outcome, style_)};
     }
-    const Outcome outcome = CheckEntry(company, text, Detail::None);
+    const Outcome outcome = CheckEntry(company, text, Detail::Findings);
     return {VerdictOf(outcome), ToBlock(outcome, style_)};
   }
 

@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-#include "frame/KalCOGCheck.h"
+#include "checker/KalCOGCheck.h"
 #include "host/JsonText.h"
 #include "platform/MemoryRecordset.h"
 

@@ -49,25 +49,25 @@ std::optional<EntryText> EntryFile::Start() {
   if (!first) {
     return AtEnd();
   }
-  const Outcome outcome = ReadJson(first->text).outcome;
+  const Ending ending = ReadJson(first->text).ending;
   held_.push_back(*std::move(first));
-  return outcome == Outcome::Complete ? NextLine() : Gather(outcome);
+  return ending == Ending::Complete ? NextLine() : Gather(ending);
 }
 
 // Tries the lines together, the first being as it is said; those of a file that turns out to be
 // JSON Lines stay held.
-std::optional<EntryText> EntryFile::Gather(Outcome outcome) {
+std::optional<EntryText> EntryFile::Gather(Ending ending) {
   std::string all(held_.front().number - 1, '\n');  // so that errors name the file's own lines
   all += held_.front().text;
-  for (std::size_t trial = kFirstTrial; outcome != Outcome::Wrong && !ended_; trial *= 2) {
+  for (std::size_t trial = kFirstTrial; ending != Ending::Wrong && !ended_; trial *= 2) {
     while (all.size() < trial && HoldLine()) {
       const std::size_t before = held_[held_.size() - 2].number;
       all.append(held_.back().number - before - 1, '\n');  // the blank lines between
       all += held_.back().text;
     }
-    outcome = ReadJson(all).outcome;
+    ending = ReadJson(all).ending;
   }
-  if (outcome != Outcome::Complete && FindWholeLine()) {
+  if (ending != Ending::Complete && FindWholeLine()) {
     return NextLine();
   }
   held_.clear();
@@ -88,7 +88,7 @@ bool EntryFile::FindWholeLine() {
   for (std::size_t i = 1; i < held_.size() || HoldLine(); ++i) {
     if (held_[i].text.front() == '{') {
       const JsonReading line = ReadJson(held_[i].text);
-      if (line.outcome == Outcome::Complete && HasEntryKey(line.value)) {
+      if (line.ending == Ending::Complete && HasEntryKey(line.value)) {
         return true;
       }
     }

@@ -37,7 +37,7 @@ class EntryFile {
   [[nodiscard]] std::uintmax_t BytesRead() const { return bytesRead_; }
 
  private:
-  using Outcome = JsonReading::Outcome;
+  using Ending = JsonReading::Ending;
 
   struct Line {
     std::string text;
@@ -46,7 +46,7 @@ class EntryFile {
 
   [[nodiscard]] std::optional<Line> ReadLine();  // the next one that is not blank
   [[nodiscard]] std::optional<EntryText> Start();
-  [[nodiscard]] std::optional<EntryText> Gather(Outcome outcome);
+  [[nodiscard]] std::optional<EntryText> Gather(Ending ending);
   bool HoldLine();
   [[nodiscard]] bool FindWholeLine();
   [[nodiscard]] std::optional<EntryText> NextLine();

@@ -220,7 +220,7 @@ void ReadHead(const JsonReading& json, EntryReading& reading) {
   if (operation != nullptr && operation->kind == Kind::Text) {
     reading.operation = operation->text;
   } else if (operation == nullptr && json.value.kind == Kind::Object &&
-             json.outcome == JsonReading::Outcome::Complete) {
+             json.ending == JsonReading::Ending::Complete) {
     reading.operation = kDefaultOperation;
   }
 }

@@ -1,8 +1,7 @@
-// ExplainPages: what users are told about each message, and the order of the checks.
+// ExplainPages: what users are told about each message.
 
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -16,14 +15,5 @@ namespace kal::host {
 [[nodiscard]] std::string ToText(const Message& message, Language language);
 // One line for each message: code, name, check, sample.
 [[nodiscard]] std::string PageList();
-
-// A check that an operation calls itself, and when it does; empty where it always does.
-struct OrderedCheck {
-  std::string_view name;
-  Wording applies;
-};
-// The checks of an operation in the order in which they are first called; none where it has no
-// order of its own.
-[[nodiscard]] std::span<const OrderedCheck> OrderOf(std::string_view operation);
 
 }  // namespace kal::host

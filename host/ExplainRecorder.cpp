@@ -1,27 +1,21 @@
 #include "host/ExplainRecorder.h"
 
-#include <algorithm>
-
-#include "messages/Catalogue.h"
-
 namespace kal::host {
 
 void ExplainRecorder::Asked(const SiblingQuestion& question) {
-  if (!withSteps_) {
-    return;
-  }
-  // Components are named by literals of the program.
   steps_.push_back({.kind = Step::Kind::Question,
                     .depth = open_.size(),
-                    .name = question.component,
+                    .member = question.call.member,
                     .text = std::string(question.text),
                     .answer = question.answer});
 }
 
 void ExplainRecorder::Entered(std::string_view operation) {
-  if (withSteps_) {
-    steps_.push_back({.depth = open_.size(), .name = operation, .findings = findings_.size()});
-    open_.push_back(steps_.size() - 1);
+  steps_.push_back({.depth = open_.size(), .name = operation, .findings = findings_});
+  open_.push_back(steps_.size() - 1);
+  if (!orders_.empty()) {
+    OrderRun& run = orders_.back();
+    run.entered = run.entered || run.order[run.applied.size() - 1].Controllo == operation;
   }
 }
 
@@ -29,41 +23,29 @@ void ExplainRecorder::Entered(std::string_view operation) {
 Step& ExplainRecorder::Leave() {
   Step& step = steps_[open_.back()];
   open_.pop_back();
-  step.findings = findings_.size() - step.findings;
+  step.findings = findings_ - step.findings;
   return step;
 }
 
 void ExplainRecorder::Answered(std::string_view /*operation*/, const Variant& answer) {
-  if (withSteps_) {
-    Leave().answer = answer;
-  }
+  Leave().answer = answer;
 }
 
 void ExplainRecorder::Failed(std::string_view /*operation*/, const RunTimeError& error) {
-  if (withSteps_) {
-    Leave().error = error;
-  }
+  Leave().error = error;
 }
 
-void ExplainRecorder::Added(const ObservedMessage& message) {
-  const Message* const known = FindMessage(message.name);
-  Finding finding{.string = message.target,
-                  .code = message.code,
-                  .name = message.name,
-                  .path = message.operation.Path(),
-                  .parameters = {message.parameters.begin(), message.parameters.end()},
-                  .text = std::string(message.text),
-                  .set = known == nullptr ? "" : known->set,
-                  .row = 0};
-  const auto set = std::ranges::find(sets_, finding.set, &NamedSet::first);
-  if (set != sets_.end()) {
-    finding.row = set->second->Row();
+void ExplainRecorder::Added(const Finding& /*finding*/) {
+  steps_.push_back({.kind = Step::Kind::Message, .depth = open_.size(), .finding = findings_});
+  ++findings_;
+}
+
+void ExplainRecorder::Reached(std::span<const Passo> order, std::size_t place, bool applies) {
+  if (place == 0) {
+    orders_.push_back({order, {}});
   }
-  if (withSteps_) {
-    steps_.push_back(
-        {.kind = Step::Kind::Message, .depth = open_.size(), .finding = findings_.size()});
-  }
-  findings_.push_back(std::move(finding));
+  orders_.back().applied.push_back(applies);
+  orders_.back().entered = false;
 }
 
 }  // namespace kal::host

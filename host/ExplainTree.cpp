@@ -1,11 +1,7 @@
 #include "host/ExplainTree.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
 #include <span>
-
-#include "host/ExplainPages.h"
 
 namespace kal::host {
 namespace {
@@ -32,7 +28,7 @@ std::string Spoken(const Variant& value, Language language) {
 // One line, or more where it is long. The colour paints the whole of it.
 std::string Line(std::string_view text, std::size_t depth, std::string_view colour,
                  const ReportStyle& style) {
-  std::string lines = Wrapped(Shown(text), (depth + 1) * kIndent);
+  std::string lines = Wrapped(Printable(text), (depth + 1) * kIndent);
   lines.pop_back();
   return Painted(lines, colour, style) + '\n';
 }
@@ -61,56 +57,29 @@ std::string OperationLine(const Step& step, std::span<const Step> inside,
   return Line(std::string(step.name) + ": " + said, step.depth, colour, style);
 }
 
-// What siblings are asked besides settings and selections; their arguments follow.
-struct QuestionWording {
-  std::string_view name;
-  Wording words;
-};
-
-constexpr std::array kQuestions = {
-    QuestionWording{"SelectFiscalYear", {"esercizio della data", "fiscal year of the date"}},
-    QuestionWording{"FiscalYearField", {"dell'esercizio", "of the fiscal year"}},
-    QuestionWording{"InfoAnagrafica", {"dell'anagrafica", "of the customer or supplier"}},
-    QuestionWording{"AdmitsFiscalData",
-                    {"codice IVA ammesso con dati fiscali", "VAT code allowed with fiscal data"}},
-    QuestionWording{"IntraClassification",
-                    {"tipo intracomunitario del codice IVA", "intra-community kind of VAT code"}},
-    QuestionWording{"PeriodReferenceDate",
-                    {"data di riferimento del mese", "reference date of the month"}},
-    QuestionWording{"IsVariationNote",
-                    {"causale di nota di variazione", "template for variation notes"}},
-    QuestionWording{"IsLocked", {"periodo bloccato alla data", "period locked at the date"}},
-    QuestionWording{
-        "ActivityCode",
-        {"attività di anno, registro, sezionale", "activity of year, register, section"}},
-    QuestionWording{"NextProtocol",
-                    {"prossimo protocollo di registro, sezionale, data",
-                     "next protocol of register, section, date"}},
-    QuestionWording{"SupplierTest", {"fornitore soggetto a parcella", "supplier with fee notes"}},
-    QuestionWording{"TemplateTest", {"causale da parcella", "template of fee notes"}},
-    QuestionWording{"Total", {"somma della colonna", "sum of the column"}},
-};
-
-std::string QuestionText(const Step& step, Language language) {
-  const std::string_view name = std::string_view(step.text).substr(0, step.text.find(' '));
-  const auto known = std::ranges::find(kQuestions, name, &QuestionWording::name);
-  return known == kQuestions.end() ? step.text
-                                   : known->words.In(language) + step.text.substr(name.size());
+// What is asked, as people read it: a selection or a setting as it is, else in the member's words.
+std::string QuestionText(const Step& step, const MemberInfo& asked, Language language) {
+  if (step.member == Member::CompanySettings_Setting) {
+    return step.text.substr(1, step.text.size() - 2);  // its name without the quotes
+  }
+  if (asked.words.IsEmpty()) {
+    return step.text;
+  }
+  return asked.words.In(language) + (step.text.empty() ? "" : " (" + step.text + ")");
 }
 
 // Message texts and expressions of the database language are no facts of the entry.
 std::string QuestionLine(const Step& step, const ReportStyle& style) {
-  if (step.name == "KalStatus" || step.name == "SqlFunctions") {
+  const MemberInfo& asked = kMembers[static_cast<std::size_t>(step.member)];
+  if (asked.component == Component::KalStatus || asked.component == Component::SqlFunctions) {
     return "";
   }
-  const bool isSelection =
-      step.name == "DataAccess" && step.answer.VarType() == Variant::Type::Boolean;
-  const std::string answer = isSelection
+  const std::string answer = asked.kind == CallKind::Open
                                  ? (CBool(step.answer) ? Wording{": trovata", ": found"}
                                                        : Wording{": nessuna riga", ": no row"})
                                        .In(style.language)
                                  : " = " + Spoken(step.answer, style.language);
-  return Line(QuestionText(step, style.language) + answer, step.depth, "", style);
+  return Line(QuestionText(step, asked, style.language) + answer, step.depth, "", style);
 }
 
 std::string FindingLine(const Finding& finding, std::size_t depth, const ReportStyle& style) {
@@ -120,46 +89,33 @@ std::string FindingLine(const Finding& finding, std::size_t depth, const ReportS
   if (finding.code) {
     text += ' ' + std::to_string(static_cast<std::int32_t>(*finding.code));
   }
-  text += ' ' + std::string(finding.name);
-  if (finding.row != 0) {
-    text += " (" + std::string(finding.set) + ' ' + Wording{"riga", "row"}.In(style.language) +
-            ' ' + std::to_string(finding.row) + ")";
+  text += ' ' + std::string(finding.code ? NameOf(*finding.code) : finding.literal);
+  if (finding.at.row != 0) {
+    text += " (" + std::string(finding.at.set) + ' ' + Wording{"riga", "row"}.In(style.language) +
+            ' ' + std::to_string(finding.at.row) + ")";
   }
-  std::string_view said = finding.text;
-  while (said.ends_with("\r\n")) {
-    said.remove_suffix(2);
-  }
-  return Line(text + ": " + std::string(said), depth, isError ? kRed : kYellow, style);
+  return Line(text + ": " + std::string(WithoutLineEnd(finding.text)), depth,
+              isError ? kRed : kYellow, style);
 }
 
-// The checks of one operation's order that its run did not enter. A check that always applies and
-// was not entered shows that the run ended early: then what stands behind was not reached.
-std::string PassedOver(const Step& operation, std::span<const Step> inside,
-                       const ReportStyle& style) {
-  const std::span<const OrderedCheck> order = OrderOf(operation.name);
-  std::vector<bool> entered;
-  for (const OrderedCheck& check : order) {
-    entered.push_back(std::ranges::any_of(inside, [&](const Step& step) {
-      return step.kind == Step::Kind::Operation && step.name == check.name;
-    }));
-  }
-  bool endedEarly = operation.error.has_value();
-  std::size_t last = 0;
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    endedEarly = endedEarly || (!entered[i] && order[i].applies.IsEmpty());
-    last = entered[i] ? i : last;
-  }
+// The checks of an order that its run passed over, each with when it applies, and those that it
+// did not come to.
+std::string PassedOver(const OrderRun& run, const ReportStyle& style) {
+  // An error may end the run between a row and the beginning of its check.
+  const std::size_t reached =
+      run.applied.size() - (run.applied.back() && !run.entered ? std::size_t{1} : std::size_t{0});
   std::string lines;
   std::string notReached;
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    if (entered[i]) {
+  for (std::size_t place = 0; place < run.order.size(); ++place) {
+    const Passo& row = run.order[place];
+    if (row.Controllo.empty()) {
       continue;
     }
-    if (endedEarly && i >= last) {
-      notReached += (notReached.empty() ? " " : ", ") + std::string(order[i].name);
-    } else {
-      lines += Line(std::string(order[i].name) + ": " + order[i].applies.In(style.language), 1, "",
-                    style);
+    if (place >= reached) {
+      notReached += (notReached.empty() ? " " : ", ") + std::string(row.Controllo);
+    } else if (!run.applied[place]) {
+      lines += Line(std::string(row.Controllo) + ": " + row.Quando->Parole.In(style.language), 1,
+                    "", style);
     }
   }
   if (!notReached.empty()) {
@@ -181,13 +137,11 @@ std::span<const Step> StepsInside(const std::vector<Step>& steps, std::size_t pl
 
 std::string ExplainTree(const Outcome& outcome, const ReportStyle& style) {
   std::string tree;
-  std::string passedOver;
   for (std::size_t i = 0; i < outcome.steps.size(); ++i) {
     const Step& step = outcome.steps[i];
     switch (step.kind) {
       case Step::Kind::Operation:
         tree += OperationLine(step, StepsInside(outcome.steps, i), style);
-        passedOver += PassedOver(step, StepsInside(outcome.steps, i), style);
         break;
       case Step::Kind::Question:
         tree += QuestionLine(step, style);
@@ -197,7 +151,10 @@ std::string ExplainTree(const Outcome& outcome, const ReportStyle& style) {
         break;
     }
   }
-  return tree + passedOver;
+  for (const OrderRun& run : outcome.orders) {
+    tree += PassedOver(run, style);
+  }
+  return tree;
 }
 
 }  // namespace kal::host

@@ -54,8 +54,8 @@ class TreeBuilder final : public nlohmann::json_sax<json> {
   bool parse_error(std::size_t position, const std::string&,
                    const json::exception& error) override {
     // The parser counts the end of the text as one more character.
-    reading_.outcome =
-        position > text_.size() ? JsonReading::Outcome::Unfinished : JsonReading::Outcome::Wrong;
+    reading_.ending =
+        position > text_.size() ? JsonReading::Ending::Unfinished : JsonReading::Ending::Wrong;
     reading_.error = "not JSON, " + PlaceOf(position) + ": " + BareMessage(error.what());
     return false;
   }
@@ -98,7 +98,7 @@ class TreeBuilder final : public nlohmann::json_sax<json> {
 
   bool Open(JsonValue::Kind kind) {
     if (open_.size() == kMaxJsonDepth) {
-      reading_.outcome = JsonReading::Outcome::Wrong;
+      reading_.ending = JsonReading::Ending::Wrong;
       reading_.error = "nested deeper than " + std::to_string(kMaxJsonDepth) + " levels";
       return false;
     }

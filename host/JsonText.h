@@ -29,13 +29,13 @@ struct JsonValue {
 };
 
 struct JsonReading {
-  enum class Outcome {
+  enum class Ending {
     Complete,    // one value and nothing behind it
     Unfinished,  // the text ends before the value does
     Wrong,       // whatever followed, it would not become one value
   };
 
-  Outcome outcome = Outcome::Complete;
+  Ending ending = Ending::Complete;
   JsonValue value;    // what was read up to the error, without the containers left open inside
   std::string error;  // "" when there is none; a complete value may still repeat a key
 };

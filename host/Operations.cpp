@@ -52,8 +52,8 @@ struct Member<member> {
   static constexpr std::array<ArgumentKind, sizeof...(Args)> kKinds = {
       Argument<std::remove_cvref_t<Args>>::kKind...};
 
-  static Answer Call(KalCOGCheck& checker, std::span<const Variant> arguments) {
-    return [&]<std::size_t... i>(std::index_sequence<i...>)->Answer {
+  static OperationResult Call(KalCOGCheck& checker, std::span<const Variant> arguments) {
+    return [&]<std::size_t... i>(std::index_sequence<i...>)->OperationResult {
       return (checker.*member)(Argument<std::remove_cvref_t<Args>>::Take(arguments[i])...);
     }
     (std::index_sequence_for<Args...>());

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <variant>
 
-#include "frame/KalCOGCheck.h"
+#include "checker/KalCOGCheck.h"
 #include "platform/Variant.h"
 
 namespace kal::host {
@@ -16,14 +16,14 @@ namespace kal::host {
 // The types of an operation's arguments; a date may also be the empty text or Null.
 enum class ArgumentKind { Flag, Short, Long, Text, Day };
 
-using Answer = std::variant<bool, std::int32_t>;
+using OperationResult = std::variant<bool, std::int32_t>;
 
 struct Operation {
   std::string_view name;
   bool isCheck;  // a verdict on the entry with findings; otherwise a lookup that only answers
   std::span<const ArgumentKind> arguments;
   // Takes one variant of the right type for each argument.
-  Answer (*call)(KalCOGCheck&, std::span<const Variant>);
+  OperationResult (*call)(KalCOGCheck&, std::span<const Variant>);
 };
 
 // In interface order.

@@ -36,28 +36,25 @@ constexpr std::array kVerdicts = {
 };
 
 struct FindingKind {
-  std::string Outcome::*findings;
   Wording name;
   std::string_view colour;
 };
 
-constexpr std::array kFindings = {
-    FindingKind{&Outcome::errString, {"errore", "error"}, kRed},
-    FindingKind{&Outcome::warnString, {"avviso", "warning"}, kYellow},
-    FindingKind{&Outcome::warnProtocolloString, {"avviso protocollo", "protocol warning"}, kYellow},
-    FindingKind{&Outcome::warnDuplicatoDocString,
-                {"avviso documento duplicato", "duplicate document warning"},
-                kYellow},
-    FindingKind{
-        &Outcome::warnInfragruppoString, {"avviso infragruppo", "intra-group warning"}, kYellow},
+// By ResultString.
+constexpr std::array kFindingKinds = {
+    FindingKind{{"errore", "error"}, kRed},
+    FindingKind{{"avviso", "warning"}, kYellow},
+    FindingKind{{"avviso protocollo", "protocol warning"}, kYellow},
+    FindingKind{{"avviso documento duplicato", "duplicate document warning"}, kYellow},
+    FindingKind{{"avviso infragruppo", "intra-group warning"}, kYellow},
 };
 
 const VerdictWording& WordingOf(Verdict verdict) {
   return kVerdicts[static_cast<std::size_t>(verdict)];
 }
 
-// The messages of a result string, or the lines of an error's trail.
-std::vector<std::string_view> Pieces(std::string_view text) {
+// The lines of an error's trail.
+std::vector<std::string_view> TrailOf(std::string_view text) {
   std::vector<std::string_view> pieces;
   while (!text.empty()) {
     const std::size_t end = text.find(kCrLf);
@@ -72,26 +69,32 @@ std::vector<std::string_view> Pieces(std::string_view text) {
 std::string Why(const Outcome& outcome, const ReportStyle& style) {
   if (!outcome.error) {
     const bool placeIsHeader = outcome.id.kind == JsonValue::Kind::Null;
-    return "  " + Shown((placeIsHeader ? "" : outcome.place + ": ") + outcome.inputError) + '\n';
+    return "  " + Printable((placeIsHeader ? "" : outcome.place + ": ") + outcome.inputError) +
+           '\n';
   }
   const RunTimeError& error = *outcome.error;
   std::string text = "  " +
                      Painted(Wording{"errore di esecuzione", "run-time error"}.In(style.language) +
                                  ' ' + std::to_string(error.Number()),
                              kRed, style) +
-                     ": " + Shown(error.Description()) + '\n';
-  for (const std::string_view step : Pieces(error.Source())) {
-    text += "    " + Shown(step) + '\n';
+                     ": " + Printable(error.Description()) + '\n';
+  for (const std::string_view step : TrailOf(error.Source())) {
+    text += "    " + Printable(step) + '\n';
   }
   return text;
 }
 
-std::string Findings(const Outcome& outcome, const ReportStyle& style) {
+// A line for each finding, in the order of the result strings.
+std::string FindingLines(const Outcome& outcome, const ReportStyle& style) {
   std::string text;
-  for (const FindingKind& kind : kFindings) {
-    for (const std::string_view finding : Pieces(outcome.*kind.findings)) {
-      text += "  " + Painted(kind.name.In(style.language), kind.colour, style) + ": " +
-              Shown(finding) + '\n';
+  for (std::size_t string = 0; string < kFindingKinds.size(); ++string) {
+    const FindingKind& kind = kFindingKinds[string];
+    for (const Finding& finding : outcome.findings) {
+      const std::string_view said = WithoutLineEnd(finding.text);
+      if (finding.string == static_cast<ResultString>(string) && !said.empty()) {
+        text += "  " + Painted(kind.name.In(style.language), kind.colour, style) + ": " +
+                Printable(said) + '\n';
+      }
     }
   }
   return text;
@@ -108,8 +111,8 @@ std::string Heading(const Outcome& outcome, const ReportStyle& style) {
   if (outcome.result && std::holds_alternative<std::int32_t>(*outcome.result)) {
     answer = std::to_string(std::get<std::int32_t>(*outcome.result));
   }
-  return Painted(Shown(name), kBold, style) + "  " +
-         (outcome.operation ? Shown(*outcome.operation) + ": " : "") +
+  return Painted(Printable(name), kBold, style) + "  " +
+         (outcome.operation ? Printable(*outcome.operation) + ": " : "") +
          Painted(answer, WordingOf(verdict).colour, style) + '\n' +
          (verdict == Verdict::Unchecked ? Why(outcome, style) : "");
 }
@@ -136,13 +139,13 @@ ordered_json FindingJson(const Finding& finding) {
     parameters.push_back(ParameterJson(parameter));
   }
   ordered_json at = ordered_json::object();
-  if (finding.row != 0) {
-    at[std::string(finding.set)] = finding.row;
+  if (finding.at.row != 0) {
+    at[std::string(finding.at.set)] = finding.at.row;
   }
   return {{"kind", finding.string == ResultString::ErrString ? "error" : "warning"},
           {"string", kResultStringNames[static_cast<std::size_t>(finding.string)]},
           {"code", finding.code ? ordered_json(static_cast<std::int32_t>(*finding.code)) : nullptr},
-          {"check", finding.path.back()},
+          {"check", finding.check},
           {"path", finding.path},
           {"parameters", std::move(parameters)},
           {"text", finding.text},
@@ -173,7 +176,7 @@ ordered_json ResultJson(const Outcome& outcome) {
   if (!outcome.result) {
     return nullptr;
   }
-  return std::visit([](auto answer) { return ordered_json(answer); }, *outcome.result);
+  return std::visit([](auto result) { return ordered_json(result); }, *outcome.result);
 }
 
 }  // namespace
@@ -225,7 +228,7 @@ std::string ToJson(const Outcome& outcome) {
 }
 
 std::string ToBlock(const Outcome& outcome, const ReportStyle& style) {
-  return Heading(outcome, style) + Findings(outcome, style);
+  return Heading(outcome, style) + FindingLines(outcome, style);
 }
 
 std::string ToExplanation(const Outcome& outcome, const ReportStyle& style) {

@@ -1,12 +1,10 @@
 #include "host/Runner.h"
 
 #include <algorithm>
-#include <exception>
 #include <memory>
-#include <new>
 #include <utility>
 
-#include "frame/KalCOGCheck.h"
+#include "checker/KalCOGCheck.h"
 #include "host/EntryReader.h"
 #include "platform/MemoryRecordset.h"
 
@@ -16,22 +14,12 @@ namespace {
 // What the operation's caller sees as the current error. The first one counts.
 template <class Body>
 void Attempt(Outcome& outcome, Body&& body) {
-  std::optional<RunTimeError> error;
   try {
     std::forward<Body>(body)();
-  } catch (const RunTimeError& raised) {
-    error = raised;
-  } catch (const std::bad_alloc&) {
-    error.emplace(static_cast<std::int32_t>(RunTime::OutOfMemory), std::string(kComponentName),
-                  "Out of memory");
-  } catch (const std::exception& other) {
-    error.emplace(static_cast<std::int32_t>(RunTime::InternalError), std::string(kComponentName),
-                  other.what());
-  }
-  if (error) {
+  } catch (...) {
     outcome.result.reset();
     if (!outcome.error) {
-      outcome.error = std::move(error);
+      outcome.error = CurrentError();
     }
   }
 }
@@ -68,23 +56,16 @@ void ReadState(const KalCOGCheck& checker, Outcome& outcome) {
 
 using Sets = std::vector<std::shared_ptr<MemoryRecordset>>;
 
-std::vector<ExplainRecorder::NamedSet> Named(const Entry& entry, const Sets& sets) {
-  std::vector<ExplainRecorder::NamedSet> named;
-  for (std::size_t i = 0; i < sets.size(); ++i) {
-    named.emplace_back(entry.sets[i].set->name, sets[i]);
-  }
-  return named;
-}
-
-// Runs the operation, watched as the detail asks.
+// Runs the operation, watched where there is a recorder.
 void RunOperation(KalCOGCheck& checker, const Entry& entry, ExplainRecorder* recorder,
                   Outcome& outcome) {
   checker.Observe(recorder);
   Attempt(outcome, [&] { outcome.result = entry.operation->call(checker, entry.arguments); });
   checker.Observe(nullptr);
+  outcome.findings = checker.Findings().All();
   if (recorder != nullptr) {
-    outcome.findings = recorder->TakeFindings();
     outcome.steps = recorder->TakeSteps();
+    outcome.orders = recorder->TakeOrders();
   }
 }
 
@@ -96,15 +77,11 @@ void RunEntry(company::Company& company, const Entry& entry, Detail detail, Outc
   Attempt(outcome, [&] {
     const company::Company::Reading books(company);
     const auto temporaryTable = MakeTemporaryTable(company, entry);
-    const bool withSteps = detail == Detail::FindingsAndSteps;
     std::optional<ExplainRecorder> recorder;
-    if (detail != Detail::None) {
-      recorder.emplace(Named(entry, sets), withSteps);
-    }
-    SiblingFactory* siblings = &company.Siblings();
-    std::optional<ObservedSiblings> observed;
-    if (withSteps) {
-      siblings = &observed.emplace(*siblings, *recorder);
+    std::optional<WatchedSiblings> watched;
+    Siblings* siblings = &company.Siblings();
+    if (detail == Detail::FindingsAndSteps) {
+      siblings = &watched.emplace(*siblings, recorder.emplace());
     }
     KalCOGCheck checker(*siblings);
     for (std::size_t i = 0; i < sets.size(); ++i) {

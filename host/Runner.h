@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "company/Company.h"
+#include "frame/Findings.h"
 #include "host/EntryFile.h"
 #include "host/ExplainRecorder.h"
 #include "host/JsonText.h"
@@ -33,7 +34,7 @@ struct Outcome {
   std::string place;                     // where the entry stands: "FILE" or "FILE line 17"
   std::optional<std::string> operation;  // nothing when it could not be read
   bool isCheck = true;
-  std::optional<Answer> result;  // nothing when there is an error of either kind
+  std::optional<OperationResult> result;  // nothing when there is an error of either kind
   std::string errString;
   std::string warnString;
   std::string warnProtocolloString;
@@ -43,15 +44,16 @@ struct Outcome {
   bool chiusuraRateInSospensione = false;
   bool riaperturaRateInSospensione = false;
   std::string isInfragruppo = "False";
-  std::vector<Finding> findings;  // the messages of the result strings one by one, as told
-  std::vector<Step> steps;        // how the decision came about, where told
+  std::vector<Finding> findings;  // which the result strings join
+  std::vector<Step> steps;        // how the decision came about, where asked for
+  std::vector<OrderRun> orders;   // likewise: which checks it came to
   std::vector<SetState> sets;
   std::string inputError;             // why the entry could not be read; "" when it could
   std::optional<RunTimeError> error;  // what the operation raised
 };
 
-// What an outcome tells besides the answer and the result strings.
-enum class Detail { None, Findings, FindingsAndSteps };
+// Whether an outcome tells how the decision came about.
+enum class Detail { Findings, FindingsAndSteps };
 
 // Never throws for what is wrong with the entry or the company: that is in the outcome.
 [[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text,

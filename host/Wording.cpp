@@ -24,13 +24,17 @@ std::size_t BytesOf(std::string_view text, std::size_t characters) {
 
 }  // namespace
 
-std::string Shown(std::string_view text) {
+std::string Printable(std::string_view text) {
   std::string shown(text);
   for (char& c : shown) {
     const auto byte = static_cast<unsigned char>(c);
     c = byte < 0x20U || byte == 0x7FU ? '?' : c;
   }
   return shown;
+}
+
+std::string_view WithoutLineEnd(std::string_view text) {
+  return text.substr(0, text.find_last_not_of("\r\n") + 1);
 }
 
 std::string Painted(const std::string& text, std::string_view colour, const ReportStyle& style) {

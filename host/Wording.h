@@ -21,7 +21,10 @@ inline constexpr std::string_view kYellow = "\x1b[33m";
 inline constexpr std::string_view kBold = "\x1b[1m";
 
 // The text with its control characters as "?": one from outside must not steer the terminal.
-[[nodiscard]] std::string Shown(std::string_view text);
+[[nodiscard]] std::string Printable(std::string_view text);
+
+// The text without the line ends behind it, which some messages bring along.
+[[nodiscard]] std::string_view WithoutLineEnd(std::string_view text);
 
 // The text in that colour where the style has colours.
 [[nodiscard]] std::string Painted(const std::string& text, std::string_view colour,

@@ -140,6 +140,32 @@ KAL_CHECK("CreaRecordCausale",
   "La causale, dalla quale dipende ogni altro controllo.",
   "The posting template, on which every other check depends.")
 
+KAL_CHECK("CheckIncassiInSospensione",
+  "L'IVA in sospensione: se la registrazione chiude, o riapre, rate di registrazioni in "
+    "sospensione.",
+  "VAT in suspension: whether the entry closes, or reopens, installments of entries in suspension.")
+KAL_CHECK("CheckPlafond",
+  "Il plafond: quanto ne usa un acquisto con dichiarazione d'intento.",
+  "The plafond: how much of it a purchase with a declaration of intent uses.")
+KAL_CHECK("SezionaleIvaAutofattura",
+  "Il sezionale vendite in cui si numera l'autofattura.",
+  "The sales section in which the self-invoice is numbered.")
+KAL_CHECK("EseguiControlliDichiarazioneIntento",
+  "La dichiarazione d'intento, dove ce n'è una: importo, validità e documento.",
+  "The declaration of intent, where there is one: amount, validity and document.")
+KAL_CHECK("CheckDuplicatoNrDocRicevuto",
+  "Il numero del documento ricevuto: per ogni fornitore si registra una volta sola.",
+  "The number of the document received: it is registered only once for each supplier.")
+KAL_CHECK("IsDocumentoSplitPayment",
+  "Gli incassi e i pagamenti già registrati su un documento in split payment, di cui l'azienda "
+    "gira l'IVA.",
+  "The collections and payments already registered on a split-payment document, whose VAT the "
+    "company transfers.")
+KAL_CHECK("ScadenzeInDistintaIncPag",
+  "Le distinte già presentate in banca con gli incassi e i pagamenti delle rate.",
+  "The remittances already handed to the bank with the collections and payments of the "
+    "installments.")
+
 // What the messages protect whose check is an operation with several concerns.
 
 KAL_THEME("Registri",

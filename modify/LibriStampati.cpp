@@ -1,14 +1,29 @@
 // Whether a date of the ledger is frozen: its general journal or VAT register printed on the
-// official pages, its fiscal year closed. The lookups give no message. A printed flag that is
-// Null is an error: nobody may guess whether a book is printed.
+// official pages, its fiscal year closed. A printed flag that is Null is an error: nobody may
+// guess whether a book is printed.
 
-#include "frame/KalCOGCheck.h"
+#include "checks/Checks.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
+#include "modify/Modify.h"
 
 namespace kal {
 namespace {
+
+constexpr Selection kBollati =
+    Selection().Select("*").From("COGBollati").WhereEqual("Anno").WhereEqual("Mese");
+constexpr Selection kBollatiIva = Selection()
+                                      .Select("*")
+                                      .From("COGBollatiIva")
+                                      .WhereEqual("IdBollato")
+                                      .WhereEqual("SezionaleIva");
+
+RecordsetRef BollatiDelMese(const Registrazione& aRegistrazione, const Variant& aData) {
+  const std::int16_t anno = Year(aData);
+  return Open<kBollati>(aRegistrazione, anno, Month(aData));
+}
 
 // The column of COGBollatiIva that tells of a register; "" for a type that has no register.
 std::string_view ColonnaStampati(std::int16_t tipoRegIva) {
@@ -26,32 +41,35 @@ std::string_view ColonnaStampati(std::int16_t tipoRegIva) {
 
 }  // namespace
 
-bool KalCOGCheck::LibroGiornaleStampato(const Variant& aDataReg) {
-  return Trap("KalCOGCheck.LibroGiornaleStampato", [&] {
-    const RecordsetRef bollati = BollatiDelMese(aDataReg);
+bool LibroGiornaleStampato(const Registrazione& aRegistrazione, const Variant& aDataReg) {
+  return Trap(aRegistrazione, "KalCOGCheck.LibroGiornaleStampato", [&] {
+    const RecordsetRef bollati = BollatiDelMese(aRegistrazione, aDataReg);
     return !RecordsetIsEmpty(bollati) && CBool(bollati->Fields("GiorContStampato").Value());
   });
 }
 
-bool KalCOGCheck::RegistriIvaStampati(const Variant& aDataReg, std::int16_t aTipoRegIva,
-                                      std::int16_t aSezionale) {
-  return Trap("KalCOGCheck.RegistriIvaStampati", [&] {
+void SegnalaLibroGiornale(Registrazione& aRegistrazione) {
+  if (LibroGiornaleStampato(aRegistrazione,
+                            GetField(aRegistrazione.RsTesta, "DataRegistrazione"))) {
+    AddMessage(aRegistrazione, ErrString, MessageCode::LibroGiornaleGiaStampato);
+  }
+}
+
+bool RegistriIvaStampati(Registrazione& aRegistrazione, const Variant& aDataReg,
+                         std::int16_t aTipoRegIva, std::int16_t aSezionale) {
+  return Trap(aRegistrazione, "KalCOGCheck.RegistriIvaStampati", [&] {
     if (aTipoRegIva == kNessunRegistro) {
       return false;
     }
-    if (CBool(RiepilogoStampato(aDataReg, aTipoRegIva, aSezionale))) {
+    if (RiepilogoStampato(aRegistrazione, aDataReg, aTipoRegIva, aSezionale)) {
       return true;
     }
-    const RecordsetRef bollati = BollatiDelMese(aDataReg);
+    const RecordsetRef bollati = BollatiDelMese(aRegistrazione, aDataReg);
     if (RecordsetIsEmpty(bollati)) {
       return false;
     }
-    QueryBuilder query;
-    query.Select("*")
-        .From("COGBollatiIva")
-        .WhereEqual("IdBollato", CLng(GetField(bollati, "IdBollato")))
-        .WhereEqual("SezionaleIva", aSezionale);
-    const RecordsetRef bollatiIva = Open(query);
+    const RecordsetRef bollatiIva =
+        Open<kBollatiIva>(aRegistrazione, CLng(GetField(bollati, "IdBollato")), aSezionale);
     const std::string_view colonna = ColonnaStampati(aTipoRegIva);
     if (RecordsetIsEmpty(bollatiIva) || colonna.empty()) {
       return false;
@@ -60,23 +78,20 @@ bool KalCOGCheck::RegistriIvaStampati(const Variant& aDataReg, std::int16_t aTip
   });
 }
 
-bool KalCOGCheck::ContabilitaChiusa() {
-  return Trap("KalCOGCheck.ContabilitaChiusa", [&] {
-    const auto esercizio = siblings_.CreateCompanySettings();
-    if (!esercizio->SelectFiscalYear(GetField(rsTesta_, "DataCompetenza"))) {
+bool ContabilitaChiusa(const Registrazione& aRegistrazione) {
+  return Trap(aRegistrazione, "KalCOGCheck.ContabilitaChiusa", [&] {
+    CompanySettings esercizio(aRegistrazione.Siblings);
+    if (!esercizio.SelectFiscalYear(GetField(aRegistrazione.RsTesta, "DataCompetenza"))) {
       return false;
     }
-    return CBool(esercizio->FiscalYearField("ContabilitaChiusa"));
+    return CBool(esercizio.FiscalYearField("ContabilitaChiusa"));
   });
 }
 
-RecordsetRef KalCOGCheck::BollatiDelMese(const Variant& aData) const {
-  QueryBuilder query;
-  query.Select("*")
-      .From("COGBollati")
-      .WhereEqual("Anno", Year(aData))
-      .WhereEqual("Mese", Month(aData));
-  return Open(query);
+void SegnalaContabilitaChiusa(Registrazione& aRegistrazione) {
+  if (ContabilitaChiusa(aRegistrazione)) {
+    AddMessage(aRegistrazione, ErrString, MessageCode::ContabilitaEsercizioChiusa);
+  }
 }
 
 }  // namespace kal

@@ -2,53 +2,92 @@
 // received documents number by supplier, issued ones by register and section. The entry under
 // edit, where it has an id, does not count.
 
-#include <string>
-
-#include "frame/KalCOGCheck.h"
+#include "frame/Azienda.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
+#include "modify/Modify.h"
 
 namespace kal {
 namespace {
 
-// The definitive entries of the document's year that carry the number, less the one under edit.
-void CercaNumero(QueryBuilder& query, SiblingFactory& siblings, const std::string& numeroDoc,
-                 const Variant& dataDoc, std::int32_t idPrimaNota) {
-  const std::string anno =
-      siblings.CreateSqlFunctions()->Expression(kFunzioneAnno, "DataDocumento");
-  query.Select("IdPrimaNota")
+// The definitive entries that carry the number; the name that comes with each use is the year of
+// the document date.
+consteval Selection ConNumero() {
+  return Selection()
+      .Select("IdPrimaNota")
       .From("COGPrimeNoteTeste")
-      .WhereEqual(anno, CStr(Year(dataDoc)))
-      .WhereEqual("NumeroDocumento", numeroDoc)
-      .WhereEqual("IsNull(Provvisoria,0)", 0);
-  if (idPrimaNota != 0) {
-    query.Where("IdPrimaNota", CompareWith::NotEqual, idPrimaNota);
-  }
+      .WhereEqual(kGivenName)
+      .WhereEqual("NumeroDocumento")
+      .WhereEqual("IsNull(Provvisoria,0)");
+}
+consteval Selection ConNumeroMenoUna() {
+  return ConNumero().Where("IdPrimaNota", CompareWith::NotEqual);
+}
+
+constexpr Selection kRicevuto = ConNumero().WhereEqual("IdAnagrafica").WhereEqual("TipoRegIva");
+constexpr Selection kRicevutoMenoUno =
+    ConNumeroMenoUna().WhereEqual("IdAnagrafica").WhereEqual("TipoRegIva");
+constexpr Selection kEmesso = ConNumero().WhereEqual("TipoRegIva").WhereEqual("SezionaleIva");
+constexpr Selection kEmessoMenoUno =
+    ConNumeroMenoUna().WhereEqual("TipoRegIva").WhereEqual("SezionaleIva");
+
+// The keys are the two by which the kind of document numbers.
+template <const Selection& kTutti, const Selection& kMenoUno, class... Keys>
+bool Esiste(const Registrazione& aRegistrazione, const std::string& aNumeroDoc,
+            const Variant& aDataDoc, std::int32_t aIdPrimaNota, const Keys&... keys) {
+  const Variant anno = AnnoDi(aRegistrazione, "DataDocumento");
+  const std::string_view colonna = *anno.AsText();
+  const std::string annoDocumento = CStr(Year(aDataDoc));
+  return !RecordsetIsEmpty(
+      aIdPrimaNota == 0
+          ? OpenNamed<kTutti>(aRegistrazione, colonna, annoDocumento, aNumeroDoc, 0, keys...)
+          : OpenNamed<kMenoUno>(aRegistrazione, colonna, annoDocumento, aNumeroDoc, 0, aIdPrimaNota,
+                                keys...));
 }
 
 }  // namespace
 
-bool KalCOGCheck::CheckDuplicatoNrDocRicevuto(const std::string& aNumeroDoc,
-                                              const Variant& aDataDoc, std::int32_t aIdAnagrafica,
-                                              std::int32_t aIdPrimaNota) {
-  return Trap("KalCOGCheck.CheckDuplicatoNrDocRicevuto", [&] {
-    QueryBuilder query;
-    CercaNumero(query, siblings_, aNumeroDoc, aDataDoc, aIdPrimaNota);
-    query.WhereEqual("IdAnagrafica", aIdAnagrafica).WhereEqual("TipoRegIva", kAcquisti);
-    return !RecordsetIsEmpty(Open(query));
+bool CheckDuplicatoNrDocRicevuto(const Registrazione& aRegistrazione, const std::string& aNumeroDoc,
+                                 const Variant& aDataDoc, std::int32_t aIdAnagrafica,
+                                 std::int32_t aIdPrimaNota) {
+  return Trap(aRegistrazione, "KalCOGCheck.CheckDuplicatoNrDocRicevuto", [&] {
+    return Esiste<kRicevuto, kRicevutoMenoUno>(aRegistrazione, aNumeroDoc, aDataDoc, aIdPrimaNota,
+                                               aIdAnagrafica, kAcquisti);
   });
 }
 
-bool KalCOGCheck::CheckDuplicatoNrDocEmesso(std::int16_t aTipoRegIva, std::int16_t aSezionaleIva,
-                                            const std::string& aNumeroDoc, const Variant& aDataDoc,
-                                            std::int32_t aIdPrimaNota) {
-  return Trap("KalCOGCheck.CheckDuplicatoNrDocEmesso", [&] {
-    QueryBuilder query;
-    CercaNumero(query, siblings_, aNumeroDoc, aDataDoc, aIdPrimaNota);
-    query.WhereEqual("TipoRegIva", aTipoRegIva).WhereEqual("SezionaleIva", aSezionaleIva);
-    return !RecordsetIsEmpty(Open(query));
+bool CheckDuplicatoNrDocEmesso(const Registrazione& aRegistrazione, std::int16_t aTipoRegIva,
+                               std::int16_t aSezionaleIva, const std::string& aNumeroDoc,
+                               const Variant& aDataDoc, std::int32_t aIdPrimaNota) {
+  return Trap(aRegistrazione, "KalCOGCheck.CheckDuplicatoNrDocEmesso", [&] {
+    return Esiste<kEmesso, kEmessoMenoUno>(aRegistrazione, aNumeroDoc, aDataDoc, aIdPrimaNota,
+                                           aTipoRegIva, aSezionaleIva);
   });
+}
+
+void SegnalaNumeroRicevuto(Registrazione& aRegistrazione) {
+  const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+  const std::string numeroDocumento = CStr(GetField(rsTesta, "NumeroDocumento"));
+  const Variant dataDocumento = GetField(rsTesta, "DataDocumento");
+  const std::int32_t idPrimaNota = CLng(GetField(rsTesta, "IdPrimaNota"));
+  const std::int32_t idAnagrafica = CLng(GetField(rsTesta, "IdAnagrafica"));
+  if (CheckDuplicatoNrDocRicevuto(aRegistrazione, numeroDocumento, dataDocumento, idAnagrafica,
+                                  idPrimaNota)) {
+    AddMessage(aRegistrazione, WarnDuplicatoDocString, MessageCode::NumeroDocumentoDuplicato);
+  }
+}
+
+void SegnalaNumeroEmesso(Registrazione& aRegistrazione) {
+  const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+  const std::string numeroDocumento = CStr(GetField(rsTesta, "NumeroDocumento"));
+  const Variant dataDocumento = GetField(rsTesta, "DataDocumento");
+  const std::int32_t idPrimaNota = CLng(GetField(rsTesta, "IdPrimaNota"));
+  const std::int16_t sezionaleIva = CInt(GetField(rsTesta, "SezionaleIva"));
+  if (CheckDuplicatoNrDocEmesso(aRegistrazione, aRegistrazione.CausaleCorrente.TipoRegIva,
+                                sezionaleIva, numeroDocumento, dataDocumento, idPrimaNota)) {
+    AddMessage(aRegistrazione, WarnDuplicatoDocString, MessageCode::NumeroDocumentoDuplicato);
+  }
 }
 
 }  // namespace kal

@@ -6,30 +6,21 @@
 // installment is not the VAT alone; it leaves RsScadenze where its walk stopped, and filtered
 // where there is no ordinary installment or the payment terms are not found.
 
-#include "frame/KalCOGCheck.h"
+#include "frame/Azienda.h"
 #include "frame/Rate.h"
 #include "frame/modCommonCostanti.h"
 #include "frame/modDatabaseUtility.h"
 #include "frame/modKalErrorHandling.h"
+#include "modify/Modify.h"
 
 namespace kal {
 namespace {
 
 constexpr std::int16_t kPrimoAnno = 2015;
 
-bool IsTrue(const Variant& value) { return !value.IsNull() && CBool(value); }
-bool IsFalse(const Variant& value) { return !value.IsNull() && !CBool(value); }
-
-bool PrimaDelRegime(const Variant& data) { return !data.IsNull() && Year(data) < kPrimoAnno; }
-
-}  // namespace
-
-bool KalCOGCheck::IsDocumentoSplitPayment() {
-  return Trap("KalCOGCheck.IsDocumentoSplitPayment", [&] {
-    const Variant dataInizio = Setting("DataInizioSplitPayment");
-    const bool aziendaSplit = SettingFlag("AziendaSplitPayment");
-    QueryBuilder query;
-    query.Select("IdPrimaNota, DataRegistrazione, DataDocumento, DataCompetenza, NumeroDocumento")
+constexpr Selection kSalvata =
+    Selection()
+        .Select("IdPrimaNota, DataRegistrazione, DataDocumento, DataCompetenza, NumeroDocumento")
         .Select("TotImposta, TotDocumento, TotImpostaVB, TotDocumentoVB")
         .Select("SegnoIVA, Partita, COGPrimeNoteTeste.TipoRegIva, CodDivisa, Fixing")
         .Select("IdLink, COGPrimeNoteTeste.SezionaleIva, Splitpayment, SoggettoSplitPayment")
@@ -42,8 +33,48 @@ bool KalCOGCheck::IsDocumentoSplitPayment() {
         .On("COGPrimeNoteTeste.SezionaleIva", "COGNumerazioniIva.SezionaleIva")
         .On("COGPrimeNoteTeste.TipoRegIva", "COGNumerazioniIva.TipoRegIva")
         .On("Year(COGPrimeNoteTeste.DataRegistrazione)", "COGNumerazioniIva.Anno")
-        .WhereEqual("COGPrimeNoteTeste.IdPrimaNota", GetField(rsTesta_, "IdPrimaNota"));
-    const RecordsetRef salvata = Open(query);
+        .WhereEqual("COGPrimeNoteTeste.IdPrimaNota");
+constexpr Selection kSezionaleVendite = Selection()
+                                            .Select("Splitpayment")
+                                            .From("COGNumerazioniIva")
+                                            .WhereEqual("COGNumerazioniIva.SezionaleIva")
+                                            .WhereEqual("COGNumerazioniIva.TipoRegIva")
+                                            .WhereEqual("COGNumerazioniIva.Anno");
+constexpr Selection kCondizioni = Selection()
+                                      .Select("TipoGestioneIva")
+                                      .From("STDCondizioniPagamentoTeste")
+                                      .WhereEqual("CodPagamento");
+constexpr Selection kTipologia =
+    Selection().Select("Effetto").From("STDTipologiePagamento").WhereEqual("IdTipologiaPagamento");
+
+bool IsTrue(const Variant& value) { return !value.IsNull() && CBool(value); }
+bool IsFalse(const Variant& value) { return !value.IsNull() && !CBool(value); }
+
+bool PrimaDelRegime(const Variant& data) { return !data.IsNull() && Year(data) < kPrimoAnno; }
+
+// The place of the first visible installment paid by bill, counted from 1, the set being left on
+// it; 0 with the set at its end. A payment type missing from its table is passed over.
+std::size_t PrimaRataConEffetto(const Registrazione& aRegistrazione) {
+  const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
+  std::size_t rata = 1;
+  for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext(), ++rata) {
+    const RecordsetRef tipologia =
+        Open<kTipologia>(aRegistrazione, GetField(rsScadenze, "IdTipologiaPagamento"));
+    if (!RecordsetIsEmpty(tipologia) && IsTrue(tipologia->Fields("Effetto").Value())) {
+      return rata;
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+bool IsDocumentoSplitPayment(const Registrazione& aRegistrazione) {
+  return Trap(aRegistrazione, "KalCOGCheck.IsDocumentoSplitPayment", [&] {
+    const Variant dataInizio = Setting(aRegistrazione, "DataInizioSplitPayment");
+    const bool aziendaSplit = SettingFlag(aRegistrazione, "AziendaSplitPayment");
+    const RecordsetRef salvata =
+        Open<kSalvata>(aRegistrazione, GetField(aRegistrazione.RsTesta, "IdPrimaNota"));
     if (RecordsetIsEmpty(salvata)) {
       return false;
     }
@@ -64,69 +95,53 @@ bool KalCOGCheck::IsDocumentoSplitPayment() {
   });
 }
 
-bool KalCOGCheck::IsClienteSplitPayment() {
-  return Trap("KalCOGCheck.IsClienteSplitPayment", [&] {
-    const std::int16_t anno = Year(GetField(rsTesta_, "DataRegistrazione"));
+bool IsClienteSplitPayment(const Registrazione& aRegistrazione) {
+  return Trap(aRegistrazione, "KalCOGCheck.IsClienteSplitPayment", [&] {
+    const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
+    const std::int16_t anno = Year(GetField(rsTesta, "DataRegistrazione"));
     if (anno < kPrimoAnno) {
       return false;
     }
-    QueryBuilder query;
-    query.Select("Splitpayment")
-        .From("COGNumerazioniIva")
-        .WhereEqual("COGNumerazioniIva.SezionaleIva", GetField(rsTesta_, "SezionaleIva"))
-        .WhereEqual("COGNumerazioniIva.TipoRegIva", kVendite)
-        .WhereEqual("COGNumerazioniIva.Anno", anno);
-    const RecordsetRef numerazione = Open(query);
+    const RecordsetRef numerazione =
+        Open<kSezionaleVendite>(aRegistrazione, GetField(rsTesta, "SezionaleIva"), kVendite, anno);
     return !RecordsetIsEmpty(numerazione) && !IsFalse(numerazione->Fields("SplitPayment").Value());
   });
 }
 
-bool KalCOGCheck::CheckEffettiSplitPayment(const std::string& aCodPagamento) {
-  return Trap("KalCOGCheck.CheckEffettiSplitPayment", [&] {
+bool CheckEffettiSplitPayment(Registrazione& aRegistrazione, const std::string& aCodPagamento) {
+  return Trap(aRegistrazione, "KalCOGCheck.CheckEffettiSplitPayment", [&] {
     constexpr std::int32_t kPrimaRataSoloIva = 2;
-    if (rsScadenze_.IsNothing() || !IsClienteSplitPayment()) {
+    const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
+    if (rsScadenze.IsNothing() || !IsClienteSplitPayment(aRegistrazione)) {
       return false;
     }
-    rsScadenze_->Filter(kFiltroRateOrdinarie);
-    if (RecordsetIsEmpty(rsScadenze_)) {
+    rsScadenze->Filter(kFiltroRateOrdinarie);
+    if (RecordsetIsEmpty(rsScadenze)) {
       return false;
     }
-    const std::size_t rata = PrimaRataConEffetto();
+    const std::size_t rata = PrimaRataConEffetto(aRegistrazione);
     if (rata == 0) {
-      rsScadenze_->Filter("");
-      VaiAllaFine(*rsScadenze_);
+      rsScadenze->Filter("");
+      VaiAllaFine(*rsScadenze);
       return false;
     }
-    QueryBuilder query;
-    query.Select("TipoGestioneIva")
-        .From("STDCondizioniPagamentoTeste")
-        .WhereEqual("CodPagamento", aCodPagamento);
-    const RecordsetRef condizioni = Open(query);
+    const RecordsetRef condizioni = Open<kCondizioni>(aRegistrazione, aCodPagamento);
     if (RecordsetIsEmpty(condizioni)) {
       return false;
     }
     const bool problema = CLng(condizioni->Fields("TipoGestioneIva").Value()) != kPrimaRataSoloIva;
-    rsScadenze_->Filter("");
-    VaiAllaRataOrdinaria(*rsScadenze_, rata);
+    rsScadenze->Filter("");
+    VaiAllaRataOrdinaria(*rsScadenze, rata);
     return problema;
   });
 }
 
-// The place of the first visible installment paid by bill, counted from 1, the set being left on
-// it; 0 with the set at its end. A payment type missing from its table is passed over.
-std::size_t KalCOGCheck::PrimaRataConEffetto() {
-  QueryBuilder query;
-  query.Select("Effetto").From("STDTipologiePagamento");
-  std::size_t rata = 1;
-  for (rsScadenze_->MoveFirst(); !rsScadenze_->Eof(); rsScadenze_->MoveNext(), ++rata) {
-    query.ClearConditions().WhereEqual("IdTipologiaPagamento",
-                                       GetField(rsScadenze_, "IdTipologiaPagamento"));
-    const RecordsetRef tipologia = Open(query);
-    if (!RecordsetIsEmpty(tipologia) && IsTrue(tipologia->Fields("Effetto").Value())) {
-      return rata;
-    }
+void SegnalaEffettiSplitPayment(Registrazione& aRegistrazione) {
+  if (CheckEffettiSplitPayment(aRegistrazione,
+                               CStr(GetField(aRegistrazione.RsTesta, "CodPagamento")))) {
+    AppendLiteral(aRegistrazione, WarnString, testi::kEffettiSplitPayment,
+                  aRegistrazione.RsScadenze.Riga());
   }
-  return 0;
 }
 
 }  // namespace kal

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "platform/FilterValue.h"
+#include "platform/LetterCase.h"
 #include "platform/NumberText.h"
 #include "platform/Quoted.h"
 #include "platform/RunTimeError.h"
@@ -75,7 +76,7 @@ class Parser {
   }
 
   bool AcceptWord(std::string_view word) {
-    if (!EqualNames(Word(), word)) {
+    if (!SameName(Word(), word)) {
       return false;
     }
     at_ += word.size();

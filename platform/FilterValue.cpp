@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/Compare.h"
+#include "platform/LetterCase.h"
 
 namespace kal {
 namespace {
@@ -48,8 +49,6 @@ Kind KindOf(DataType column) {
 }
 
 Variant ZeroOrOne(bool value) { return static_cast<std::int16_t>(value ? 1 : 0); }
-
-char FoldedAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // The byte at that place in lower case. À to Þ are the byte C3 followed by 80 to 9E, of which 97
 // is the multiplication sign; their lower-case letters lie 20 higher.
@@ -154,11 +153,6 @@ bool ContainsFolded(std::string_view text, std::string_view part) {
     }
   }
   return false;
-}
-
-bool EqualNames(std::string_view left, std::string_view right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return a == b || FoldedAscii(a) == FoldedAscii(b); });
 }
 
 }  // namespace kal

@@ -32,7 +32,5 @@ namespace kal {
 // Whether the text begins with, or contains, the other one.
 [[nodiscard]] bool StartsWithFolded(std::string_view text, std::string_view start);
 [[nodiscard]] bool ContainsFolded(std::string_view text, std::string_view part);
-// Equality of names and key words: without regard to the case of A to Z.
-[[nodiscard]] bool EqualNames(std::string_view left, std::string_view right);
 
 }  // namespace kal

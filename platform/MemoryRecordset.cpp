@@ -11,6 +11,7 @@
 
 #include "platform/FilterParser.h"
 #include "platform/FilterValue.h"
+#include "platform/LetterCase.h"
 #include "platform/Quoted.h"
 #include "platform/RunTimeError.h"
 
@@ -119,7 +120,7 @@ std::ptrdiff_t RowLayout::Find(std::string_view name) const {
   std::size_t slot = HashName(name) & (slots_.size() - 1);
   for (; slots_[slot] != 0; slot = (slot + 1) & (slots_.size() - 1)) {
     const std::size_t column = slots_[slot] - 1;
-    if (columns_[column].name == name || EqualNames(columns_[column].name, name)) {
+    if (columns_[column].name == name || SameName(columns_[column].name, name)) {
       return static_cast<std::ptrdiff_t>(column);
     }
   }
@@ -129,8 +130,7 @@ std::ptrdiff_t RowLayout::Find(std::string_view name) const {
 RowTable::RowTable(std::vector<Column> columns)
     : RowTable(std::make_shared<RowLayout>(std::move(columns))) {}
 
-RowTable::RowTable(std::shared_ptr<const RowLayout> layout, std::pmr::memory_resource* memory)
-    : layout_(std::move(layout)), memory_(memory) {}
+RowTable::RowTable(std::shared_ptr<const RowLayout> layout) : layout_(std::move(layout)) {}
 
 RowTable::~RowTable() { ReleaseCells(); }
 
@@ -147,7 +147,7 @@ void RowTable::Reserve(std::size_t rows) {
   if (rows <= capacity_) {
     return;
   }
-  Variant* const roomier = memory_.allocate(rows * Columns().size());
+  Variant* const roomier = std::allocator<Variant>().allocate(rows * Columns().size());
   for (std::size_t column = 0; column < Columns().size() && rowCount_ > 0; ++column) {
     std::uninitialized_move_n(Place(0, column), rowCount_, roomier + column * rows);
   }
@@ -168,7 +168,7 @@ void RowTable::ReleaseCells() noexcept {
   for (std::size_t column = 0; column < Columns().size(); ++column) {
     std::destroy_n(Place(0, column), rowCount_);
   }
-  memory_.deallocate(cells_, capacity_ * Columns().size());
+  std::allocator<Variant>().deallocate(cells_, capacity_ * Columns().size());
 }
 
 std::span<const std::uint32_t> RowTable::RowsWhereEqual(std::size_t column,
@@ -211,17 +211,23 @@ class MemoryRecordset::CellField final  // NOLINT(cppcoreguidelines-virtual-clas
   std::size_t column_;
 };
 
-MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::EditMode editMode,
-                                 std::pmr::memory_resource* memory)
-    : table_(std::move(table)), editMode_(editMode), fields_(memory) {}
+MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::EditMode editMode)
+    : table_(std::move(table)), editMode_(editMode) {}
 
 MemoryRecordset::~MemoryRecordset() = default;
 
+void MemoryRecordset::StartOver(std::shared_ptr<const RowTable> table) {
+  table_ = std::move(table);
+  filterText_.clear();
+  filtered_ = false;
+  position_ = 0;
+}
+
 MemoryRecordset::CellField& MemoryRecordset::FieldAt(std::size_t column) {
-  if (fields_.empty()) {
+  if (fields_.size() < table_->Columns().size()) {
     fields_.reserve(table_->Columns().size());
-    for (std::size_t place = 0; place < table_->Columns().size(); ++place) {
-      fields_.emplace_back(*this, place);
+    while (fields_.size() < table_->Columns().size()) {
+      fields_.emplace_back(*this, fields_.size());
     }
   }
   return fields_[column];
@@ -284,6 +290,9 @@ void MemoryRecordset::Gather(const FilterExpression& condition) {
   }
   for (std::uint32_t row = 0; row < table_->RowCount(); ++row) {
     if (matches(row)) {
+      if (gathered_.capacity() == 0) {
+        gathered_.reserve(std::min(table_->RowCount(), kSmallSet));
+      }
       gathered_.push_back(row);
     }
   }

@@ -22,7 +22,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <memory_resource>
 #include <new>
 #include <span>
 #include <string>
@@ -55,9 +54,7 @@ class RowLayout {
 class RowTable {
  public:
   explicit RowTable(std::vector<Column> columns);
-  // The cells are taken from the memory given, which must outlive the table.
-  explicit RowTable(std::shared_ptr<const RowLayout> layout,
-                    std::pmr::memory_resource* memory = std::pmr::get_default_resource());
+  explicit RowTable(std::shared_ptr<const RowLayout> layout);
   RowTable(const RowTable&) = delete;
   RowTable& operator=(const RowTable&) = delete;
   ~RowTable();
@@ -99,7 +96,6 @@ class RowTable {
   void ReleaseCells() noexcept;
 
   std::shared_ptr<const RowLayout> layout_;
-  std::pmr::polymorphic_allocator<Variant> memory_;
   // Column by column, each with room for so many rows: a walk reads few columns of every row.
   // There are values for the rows added, and nothing but room behind them.
   Variant* cells_ = nullptr;
@@ -134,12 +130,14 @@ void RowTable::AddRowOf(MakeCell makeCell) {
 
 class MemoryRecordset final : public Recordset {
  public:
-  // The set starts on the first row of the table, unfiltered. Its fields are taken from the memory
-  // given, which must outlive it.
+  // The set starts on the first row of the table, unfiltered.
   explicit MemoryRecordset(std::shared_ptr<const RowTable> table,
-                           kal::EditMode editMode = kal::EditMode::None,
-                           std::pmr::memory_resource* memory = std::pmr::get_default_resource());
+                           kal::EditMode editMode = kal::EditMode::None);
   ~MemoryRecordset() override;
+
+  // Becomes a set over that table, as one made anew would be, but for its edit mode and its memory.
+  // For whoever is alone in holding it: fields handed out before are good no longer.
+  void StartOver(std::shared_ptr<const RowTable> table);
 
   [[nodiscard]] const Field& Fields(std::string_view name) override;
   [[nodiscard]] const Field& Fields(std::size_t index) override;
@@ -160,7 +158,7 @@ class MemoryRecordset final : public Recordset {
   [[nodiscard]] const std::string& FilterText() const { return filterText_; }
   [[nodiscard]] std::size_t Position() const;
   // The current row's place in the table, whatever the filter, counted from 1; 0 likewise.
-  [[nodiscard]] std::size_t Row() const;
+  [[nodiscard]] std::size_t Row() const override;
 
  private:
   class CellField;  // NOLINT(cppcoreguidelines-virtual-class-destructor): final, never owned as
@@ -174,7 +172,7 @@ class MemoryRecordset final : public Recordset {
 
   std::shared_ptr<const RowTable> table_;
   kal::EditMode editMode_;
-  std::pmr::vector<CellField> fields_;  // empty until one is asked for
+  std::vector<CellField> fields_;  // by column; too few until one is asked for
   std::string filterText_;
   bool filtered_ = false;
   std::vector<std::uint32_t> visible_;   // the rows shown, when filtered

@@ -95,6 +95,9 @@ class Recordset {
   // Whether a row is current: whether the first field can be read. That is what a set of any make
   // is asked; one that knows may answer without trying.
   [[nodiscard]] virtual bool HasCurrentRow() noexcept;
+  // The current row's place among all rows of the set, counted from 1: what a message about the
+  // row is known by. 0 when no row is current, and where the set does not know.
+  [[nodiscard]] virtual std::size_t Row() const { return 0; }
 };
 
 // A counted reference to a record set, or Nothing. Using Nothing raises 91, as in automation.

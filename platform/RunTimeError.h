@@ -54,4 +54,8 @@ class RunTimeError : public std::exception {
 [[noreturn]] void Raise(RunTime number, std::string_view description,
                         std::string_view source = kComponentName);
 
+// For a catch-all handler: what is being handled. A failure that is no RunTimeError becomes one of
+// the component's own (7 for memory, 51 otherwise).
+[[nodiscard]] RunTimeError CurrentError();
+
 }  // namespace kal

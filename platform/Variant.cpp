@@ -11,6 +11,7 @@
 
 #include "platform/Compare.h"
 #include "platform/DecimalDigits.h"
+#include "platform/LetterCase.h"
 #include "platform/NumberText.h"
 #include "platform/Quoted.h"
 #include "platform/RunTimeError.h"
@@ -194,13 +195,6 @@ std::string ShowFloating(double value, int mostDigits) {
   return text + (exponent < 0 ? "E-" : "E+") + (places.size() < 2 ? "0" : "") + places;
 }
 
-bool EqualsWord(std::string_view text, std::string_view lowerWord) {
-  return std::equal(text.begin(), text.end(), lowerWord.begin(), lowerWord.end(),
-                    [](char c, char lower) {
-                      return (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) == lower;
-                    });
-}
-
 }  // namespace
 
 std::partial_ordering CompareValues(const Variant& left, const Variant& right) {
@@ -332,7 +326,7 @@ Decimal CDec(const Variant& value) {
 bool CBool(const Variant& value) {
   RefuseNull(value, "boolean");
   if (const auto text = value.AsText()) {
-    if (EqualsWord(*text, "true") || EqualsWord(*text, "false")) {
+    if (SameName(*text, "true") || SameName(*text, "false")) {
       return text->size() == std::string_view("true").size();
     }
     const std::optional<NumberText> number = ReadNumber(*text, NumberShape::Automation);

@@ -188,7 +188,7 @@ class Variant {
     std::size_t size;
   };
 
-  // A variant is three words and most copies are plain: cells of record sets are copied more often
+  // A variant is 24 bytes and most copies are plain: cells of record sets are copied more often
   // than anything else is done with them, and in large sets their size is what a walk waits for.
   // The last byte of a text tells its size, or that it stands on the heap.
   static constexpr std::size_t kSize = 23;

@@ -1,6 +1,5 @@
 #include "server/Boundary.h"
 
-#include <new>
 #include <string>
 
 #include "platform/RunTimeError.h"
@@ -28,40 +27,19 @@ constexpr KnownResult kKnownResults[] = {
     {DISP_E_BADPARAMCOUNT, 450},
 };
 
-struct Failure {
-  std::int32_t number;
-  std::string source;
-  std::string description;
-};
-
-void SetErrorObject(const Failure& failure) {
+void SetErrorObject(const RunTimeError& raised) {
   ComPtr<ICreateErrorInfo> creator;
   if (FAILED(CreateErrorInfo(creator.Put()))) {
     return;
   }
-  std::wstring source = ToUtf16(failure.source);
-  std::wstring description = ToUtf16(failure.description);
+  std::wstring source = ToUtf16(raised.Source());
+  std::wstring description = ToUtf16(raised.Description());
   creator->SetGUID(kInterfaceId);
   creator->SetSource(source.data());
   creator->SetDescription(description.data());
   ComPtr<IErrorInfo> error;
   if (SUCCEEDED(creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(error.Put())))) {
     SetErrorInfo(0, error.Get());
-  }
-}
-
-Failure CurrentFailure() {
-  const std::string component(kComponentName);
-  try {
-    throw;
-  } catch (const RunTimeError& error) {
-    return {error.Number(), error.Source(), error.Description()};
-  } catch (const std::bad_alloc&) {
-    return {static_cast<std::int32_t>(RunTime::OutOfMemory), component, "Out of memory"};
-  } catch (const std::exception& error) {
-    return {static_cast<std::int32_t>(RunTime::InternalError), component, error.what()};
-  } catch (...) {
-    return {static_cast<std::int32_t>(RunTime::InternalError), component, "Internal error"};
   }
 }
 
@@ -89,9 +67,9 @@ std::int32_t NumberOfResult(HRESULT result) {
 
 HRESULT ReportCurrentError() noexcept {
   try {
-    const Failure failure = CurrentFailure();
-    SetErrorObject(failure);
-    return ResultOfNumber(failure.number);
+    const RunTimeError error = CurrentError();
+    SetErrorObject(error);
+    return ResultOfNumber(error.Number());
   } catch (...) {  // there is no memory left to say what went wrong
     return ResultOfNumber(static_cast<std::int32_t>(RunTime::OutOfMemory));
   }

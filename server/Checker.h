@@ -7,7 +7,7 @@
 
 #include <atomic>
 
-#include "frame/KalCOGCheck.h"
+#include "checker/KalCOGCheck.h"
 #include "server/Boundary.h"
 #include "server/Conversion.h"
 #include "server/DispatchSiblings.h"

@@ -5,59 +5,76 @@
 namespace kal {
 namespace {
 
-void AddComparison(LateBound& builder, std::string_view left, CompareWith operation,
-                   const Variant& value) {
-  builder.Do(names::query::kAddCondition, left,
-             names::query::kOperators.at(static_cast<std::size_t>(operation)), value);
-}
+using names::QueryMember;
 
-void AddAnyOf(LateBound& builder, const QueryBuilder::Condition& group) {
-  builder.Do(names::query::kBeginAnyOf);
-  for (const auto& alternative : group.alternatives) {
-    builder.Do(names::query::kBeginAlternative);
-    for (const QueryBuilder::Comparison& comparison : alternative) {
-      AddComparison(builder, comparison.left, comparison.operation, comparison.value);
+class QueryDescription {
+ public:
+  explicit QueryDescription(const Query& query) : query_(query) {}
+
+  LateBound Describe() && {
+    const Selection& selection = query_.What();
+    if (selection.Option() != 0) {
+      builder_.Put(names::NameOf(QueryMember::Option), selection.Option());
+    }
+    for (const std::string_view columns : selection.Columns()) {
+      Say(QueryMember::AddFields, {query_.Text(columns)});
+    }
+    Say(QueryMember::AddTable, {query_.Text(selection.Table())});
+    for (const Selection::Join& join : selection.Joins()) {
+      Say(QueryMember::AddJoin, {names::NumberOf(join.kind), query_.Text(join.table)});
+      AddAll(join.on);
+    }
+    Say(QueryMember::BeginWhere);
+    AddAll(selection.Conditions());
+    return std::move(builder_);
+  }
+
+ private:
+  void Say(QueryMember member, std::initializer_list<Variant> values = {}) {
+    builder_.Do(names::NameOf(member), values);
+  }
+
+  template <class Conditions>
+  void AddAll(const Conditions& conditions) {
+    for (const Selection::Condition& condition : conditions) {
+      Add(condition);
     }
   }
-  builder.Do(names::query::kEndAnyOf);
-}
 
-void AddCondition(LateBound& builder, const QueryBuilder::Condition& condition) {
-  switch (condition.kind) {
-    case QueryBuilder::Condition::Kind::Value:
-      return AddComparison(builder, condition.left, condition.operation, condition.value);
-    case QueryBuilder::Condition::Kind::Columns:
-      return builder.Do(names::query::kAddColumnPair, condition.left, condition.right);
-    case QueryBuilder::Condition::Kind::Literal:
-      return builder.Do(names::query::kAddLiteral, condition.left);
-    case QueryBuilder::Condition::Kind::AnyOf:
-      return AddAnyOf(builder, condition);
+  void Add(const Selection::Condition& condition) {
+    switch (condition.kind) {
+      case Selection::Condition::Kind::Value:
+        return Add(Selection::Comparison{condition.left, condition.operation});
+      case Selection::Condition::Kind::Columns:
+        return Say(QueryMember::AddColumnPair,
+                   {query_.Text(condition.left), query_.Text(condition.right)});
+      case Selection::Condition::Kind::Literal:
+        return Say(QueryMember::AddLiteral, {query_.Text(condition.left)});
+      case Selection::Condition::Kind::AnyOf:
+        break;
+    }
+    Say(QueryMember::BeginAnyOf);
+    for (const Selection::All& alternative : condition.alternatives) {
+      Say(QueryMember::BeginAlternative);
+      for (const Selection::Comparison& comparison : alternative) {
+        Add(comparison);
+      }
+    }
+    Say(QueryMember::EndAnyOf);
   }
-}
+
+  void Add(const Selection::Comparison& comparison) {
+    Say(QueryMember::AddCondition, {query_.Text(comparison.left),
+                                    names::NameOf(comparison.operation), query_.Values()[next_++]});
+  }
+
+  const Query& query_;
+  LateBound builder_ = LateBound::Create(names::kQueryBuilderClass);
+  std::size_t next_ = 0;  // of the values, which come in the order of the comparisons
+};
 
 }  // namespace
 
-LateBound DescribeQuery(const QueryBuilder& query) {
-  LateBound builder = LateBound::Create(names::query::kProgId);
-  for (const std::int32_t option : query.Options()) {
-    builder.Put(names::query::kOption, option);
-  }
-  for (const std::string_view columns : query.Columns()) {
-    builder.Do(names::query::kAddFields, columns);
-  }
-  builder.Do(names::query::kAddTable, query.Table());
-  for (const QueryBuilder::Join& join : query.Joins()) {
-    builder.Do(names::query::kAddJoin,
-               names::query::kJoinKinds.at(static_cast<std::size_t>(join.kind)), join.table);
-    for (const QueryBuilder::Condition& condition : join.on) {
-      AddCondition(builder, condition);
-    }
-  }
-  builder.Do(names::query::kBeginWhere);
-  for (const QueryBuilder::Condition& condition : query.Conditions()) {
-    AddCondition(builder, condition);
-  }
-  return builder;
-}
+LateBound DescribeQuery(const Query& query) { return QueryDescription(query).Describe(); }
 
 }  // namespace kal

@@ -1,13 +1,13 @@
-// DispatchQuery: a selection handed over to the system's QueryBuilder, word by word.
+// DispatchQuery: a selection handed over to the system's query builder, word by word.
 
 #pragma once
 
 #include "server/LateBound.h"
-#include "siblings/QueryBuilder.h"
+#include "siblings/Selection.h"
 
 namespace kal {
 
-// A fresh QueryBuilder object that holds the selection.
-[[nodiscard]] LateBound DescribeQuery(const QueryBuilder& query);
+// A fresh query builder that holds the selection with the values of this use.
+[[nodiscard]] LateBound DescribeQuery(const Query& query);
 
 }  // namespace kal

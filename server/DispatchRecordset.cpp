@@ -8,9 +8,9 @@ namespace kal {
 // the one that every record set understands.
 ComPtr<IDispatch> DispatchRecordset::FieldObject(const Variant& key) {
   if (!collection_) {
-    collection_.emplace(set_.GetObject(L"Fields"), kRecordsetSource);
+    collection_.emplace(set_.GetObject("Fields"), kRecordsetSource);
   }
-  return collection_->GetObject(L"Item", key);
+  return collection_->GetObject("Item", {&key, 1});
 }
 
 LateBound& DispatchRecordset::DispatchField::Object() const {
@@ -22,7 +22,7 @@ LateBound& DispatchRecordset::DispatchField::Object() const {
 
 DataType DispatchRecordset::DispatchField::Type() const {
   if (!type_) {
-    type_ = static_cast<DataType>(CLng(Object().Get(L"Type")));
+    type_ = static_cast<DataType>(CLng(Object().Get("Type")));
   }
   return *type_;
 }

@@ -30,16 +30,16 @@ class DispatchRecordset final : public Recordset {
 
   [[nodiscard]] const Field& Fields(std::string_view name) override;
   [[nodiscard]] const Field& Fields(std::size_t index) override;
-  [[nodiscard]] std::int32_t RecordCount() override { return CLng(set_.Get(L"RecordCount")); }
+  [[nodiscard]] std::int32_t RecordCount() override { return CLng(set_.Get("RecordCount")); }
   [[nodiscard]] kal::EditMode EditMode() override {
-    return static_cast<kal::EditMode>(CLng(set_.Get(L"EditMode")));
+    return static_cast<kal::EditMode>(CLng(set_.Get("EditMode")));
   }
-  void Filter(std::string_view condition) override { set_.Put(L"Filter", condition); }
-  void Filter(FilterGroup group) override { set_.Put(L"Filter", static_cast<std::int32_t>(group)); }
-  void MoveFirst() override { set_.Do(L"MoveFirst"); }
-  void MoveNext() override { set_.Do(L"MoveNext"); }
-  void MoveLast() override { set_.Do(L"MoveLast"); }
-  [[nodiscard]] bool Eof() override { return CBool(set_.Get(L"EOF")); }
+  void Filter(std::string_view condition) override { set_.Put("Filter", condition); }
+  void Filter(FilterGroup group) override { set_.Put("Filter", static_cast<std::int32_t>(group)); }
+  void MoveFirst() override { set_.Do("MoveFirst"); }
+  void MoveNext() override { set_.Do("MoveNext"); }
+  void MoveLast() override { set_.Do("MoveLast"); }
+  [[nodiscard]] bool Eof() override { return CBool(set_.Get("EOF")); }
 
   [[nodiscard]] const ComPtr<IDispatch>& Object() const { return set_.Object(); }
   void LetFieldsGo();
@@ -49,7 +49,7 @@ class DispatchRecordset final : public Recordset {
    public:
     DispatchField(DispatchRecordset& set, Variant key) : set_(set), key_(std::move(key)) {}
 
-    [[nodiscard]] Variant Value() const override { return Object().Get(L"Value"); }
+    [[nodiscard]] Variant Value() const override { return Object().Get("Value"); }
     [[nodiscard]] DataType Type() const override;
     // The field's object, fetched where it is not held. Raises 3265.
     LateBound& Object() const;

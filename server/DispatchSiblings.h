@@ -1,33 +1,20 @@
 // DispatchSiblings: the sibling components of the installed system, called by member names.
 //
-// Each is created fresh by its ProgID when it is asked for, and released with what is handed out.
-// Raises 429 for one that is not installed.
+// Each is created fresh by its class's name and released with the state of whoever asks it.
 
 #pragma once
-
-#include <memory>
 
 #include "server/DispatchRecordset.h"
 #include "siblings/Siblings.h"
 
 namespace kal {
 
-class DispatchSiblings final : public SiblingFactory {
+class DispatchSiblings final : public Siblings {
  public:
-  // The sets must outlive the factory and what it makes.
+  // The sets must outlive this.
   explicit DispatchSiblings(BorrowedSets& sets) : sets_(sets) {}
 
-  [[nodiscard]] std::unique_ptr<KalStatus> CreateKalStatus() override;
-  [[nodiscard]] std::unique_ptr<CompanySettings> CreateCompanySettings() override;
-  [[nodiscard]] std::unique_ptr<KalAnagrafiche> CreateKalAnagrafiche() override;
-  [[nodiscard]] std::unique_ptr<VatCodes> CreateVatCodes() override;
-  [[nodiscard]] std::unique_ptr<PeriodLock> CreatePeriodLock() override;
-  [[nodiscard]] std::unique_ptr<VatActivities> CreateVatActivities() override;
-  [[nodiscard]] std::unique_ptr<ProtocolNumbering> CreateProtocolNumbering() override;
-  [[nodiscard]] std::unique_ptr<FeeNotes> CreateFeeNotes() override;
-  [[nodiscard]] std::unique_ptr<SqlFunctions> CreateSqlFunctions() override;
-  [[nodiscard]] std::unique_ptr<Totals> CreateTotals() override;
-  [[nodiscard]] std::unique_ptr<DataAccess> CreateDataAccess() override;
+  SiblingAnswer Ask(const SiblingCall& call) override;
 
  private:
   BorrowedSets& sets_;

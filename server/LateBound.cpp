@@ -1,6 +1,6 @@
 #include "server/LateBound.h"
 
-#include <cwchar>
+#include <cstdint>
 
 #include "platform/RunTimeError.h"
 #include "server/Boundary.h"
@@ -11,6 +11,8 @@ namespace {
 // Numbers of the language that only callers of objects raise.
 constexpr std::int32_t kObjectRequired = 424;
 constexpr std::int32_t kAutomationError = 440;
+
+constexpr WORD kReads = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
 struct ScopedException {
   EXCEPINFO info{};
@@ -36,37 +38,110 @@ std::string InHex(HRESULT result) {
   return "0x" + text;
 }
 
+// Values as arguments in automation's order.
+class Arguments {
+ public:
+  explicit Arguments(std::span<const Variant> values) {
+    owned_.reserve(values.size());
+    for (const Variant& value : values) {
+      owned_.push_back(ToVariant(value));
+    }
+    for (std::size_t at = owned_.size(); at-- > 0;) {
+      reversed_.push_back(*owned_[at]);
+    }
+  }
+
+  [[nodiscard]] std::span<VARIANT> Reversed() { return reversed_; }
+  [[nodiscard]] VARIANT& Last() { return *owned_.back(); }
+
+ private:
+  std::vector<ScopedVariant> owned_;
+  std::vector<VARIANT> reversed_;
+};
+
+// A reference to the value that a variant holds, as typed callers pass a variable; to the whole
+// variant where it holds none.
+VARIANT ReferenceTo(VARIANT& value) {
+  VARIANT reference{};
+  if (value.vt == VT_EMPTY || value.vt == VT_NULL) {
+    reference.pvarVal = &value;
+    reference.vt = VT_BYREF | VT_VARIANT;
+  } else {
+    reference.byref = value.vt == VT_DECIMAL ? static_cast<void*>(&value.decVal) : &value.byref;
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
+  }
+  return reference;
+}
+
 }  // namespace
 
-LateBound LateBound::Create(const wchar_t* progId) {
+LateBound LateBound::Create(std::string_view progId) {
   CLSID id{};
   ComPtr<IDispatch> object;
-  HRESULT result = CLSIDFromProgID(progId, &id);
+  HRESULT result = CLSIDFromProgID(ToUtf16(progId).c_str(), &id);
   if (SUCCEEDED(result)) {
     result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
                               IID_IDispatch, reinterpret_cast<void**>(object.Put()));
   }
   if (FAILED(result)) {
     Raise(RunTime::CannotCreateObject,
-          "Can't create object " + ToUtf8(progId) + " (" + InHex(result) + ")");
+          "Can't create object " + std::string(progId) + " (" + InHex(result) + ")");
   }
-  return {std::move(object), ToUtf8(progId)};
+  return {std::move(object), progId};
 }
 
-ScopedVariant LateBound::DefaultValue() {
-  return Invoke(DISPID_VALUE, L"", DISPATCH_METHOD | DISPATCH_PROPERTYGET, nullptr, 0);
+Variant LateBound::Get(std::string_view member, Values values) {
+  return FromVariant(*CallWith(member, kReads, values));
 }
 
-DISPID LateBound::IdOf(const wchar_t* member) {
+ComPtr<IDispatch> LateBound::GetObject(std::string_view member, Values values) {
+  return ObjectOf(*CallWith(member, kReads, values));
+}
+
+ComPtr<IDispatch> LateBound::GetObject(std::string_view member, const ComPtr<IDispatch>& argument) {
+  const ScopedVariant held = ToVariant(argument);
+  VARIANT only = *held;
+  return ObjectOf(*Invoke(IdOf(member), member, kReads, {&only, 1}));
+}
+
+void LateBound::Do(std::string_view member, Values values) {
+  CallWith(member, DISPATCH_METHOD, values);
+}
+
+Variant LateBound::DoForOutput(std::string_view member, Values values) {
+  Arguments arguments(values);
+  arguments.Reversed().front() = ReferenceTo(arguments.Last());
+  Invoke(IdOf(member), member, DISPATCH_METHOD, arguments.Reversed());
+  return FromVariant(arguments.Last());
+}
+
+void LateBound::Put(std::string_view member, const Variant& value) {
+  CallWith(member, DISPATCH_PROPERTYPUT, {&value, 1});
+}
+
+void LateBound::PutRef(std::string_view member, const ComPtr<IDispatch>& object) {
+  const ScopedVariant held = ToVariant(object);
+  VARIANT only = *held;
+  Invoke(IdOf(member), member, DISPATCH_PROPERTYPUTREF, {&only, 1});
+}
+
+ScopedVariant LateBound::DefaultValue() { return Invoke(DISPID_VALUE, "", kReads, {}); }
+
+ScopedVariant LateBound::CallWith(std::string_view member, WORD kind, Values values) {
+  Arguments arguments(values);
+  return Invoke(IdOf(member), member, kind, arguments.Reversed());
+}
+
+DISPID LateBound::IdOf(std::string_view member) {
   if (!object_) {
     Raise(RunTime::ObjectNotSet, "Object variable not set");
   }
   for (const auto& [name, id] : ids_) {
-    if (name == member || std::wcscmp(name, member) == 0) {
+    if (name == member) {
       return id;
     }
   }
-  std::wstring name = member;
+  std::wstring name = ToUtf16(member);
   LPOLESTR names = name.data();
   DISPID id = DISPID_UNKNOWN;
   const HRESULT result = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
@@ -77,13 +152,13 @@ DISPID LateBound::IdOf(const wchar_t* member) {
   return id;
 }
 
-ScopedVariant LateBound::Invoke(DISPID id, const wchar_t* member, WORD kind, VARIANT* reversed,
-                                std::size_t count) {
+ScopedVariant LateBound::Invoke(DISPID id, std::string_view member, WORD kind,
+                                std::span<VARIANT> reversed) {
   const bool assigns = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
   DISPID assigned = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{};
-  parameters.rgvarg = reversed;
-  parameters.cArgs = static_cast<UINT>(count);
+  parameters.rgvarg = reversed.data();
+  parameters.cArgs = static_cast<UINT>(reversed.size());
   if (assigns) {
     parameters.rgdispidNamedArgs = &assigned;
     parameters.cNamedArgs = 1;
@@ -114,7 +189,7 @@ ComPtr<IDispatch> LateBound::ObjectOf(const VARIANT& value) const {
   return object;
 }
 
-void LateBound::RaiseFailure(HRESULT result, const EXCEPINFO& info, const wchar_t* member) const {
+void LateBound::RaiseFailure(HRESULT result, const EXCEPINFO& info, std::string_view member) const {
   std::int32_t number = NumberOfResult(result);
   std::string source;
   std::string description;
@@ -125,7 +200,7 @@ void LateBound::RaiseFailure(HRESULT result, const EXCEPINFO& info, const wchar_
   }
   if (description.empty()) {
     description = "Automation error " + InHex(result == DISP_E_EXCEPTION ? info.scode : result) +
-                  " in member '" + ToUtf8(member) + "'";
+                  " in member '" + std::string(member) + "'";
   }
   throw RunTimeError(number == 0 ? kAutomationError : number, source.empty() ? source_ : source,
                      description);

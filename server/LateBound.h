@@ -6,8 +6,8 @@
 
 #pragma once
 
-#include <array>
-#include <cstddef>
+#include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,66 +22,50 @@ namespace kal {
 
 class LateBound {
  public:
+  using Values = std::span<const Variant>;
+
   LateBound(ComPtr<IDispatch> object, std::string_view source)
       : object_(std::move(object)), source_(source) {}
 
   // A new object of that class. Raises 429 where there is none.
-  [[nodiscard]] static LateBound Create(const wchar_t* progId);
+  [[nodiscard]] static LateBound Create(std::string_view progId);
 
   [[nodiscard]] const ComPtr<IDispatch>& Object() const { return object_; }
 
-  // Calls a method, or reads a property. Arguments are variants or automation objects, in the
-  // order of the member's declaration. Member names live as long as the program.
-  template <class... Args>
-  [[nodiscard]] Variant Get(const wchar_t* member, const Args&... args) {
-    return FromVariant(*Call(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, args...));
+  // Calls a method, or reads a property. Values are in the order of the member's declaration.
+  [[nodiscard]] Variant Get(std::string_view member, Values values = {});
+  [[nodiscard]] Variant Get(std::string_view member, std::initializer_list<Variant> values) {
+    return Get(member, Values(values.begin(), values.size()));
   }
   // The same for a member that answers an object, which may be Nothing. Raises 424 for a value.
-  template <class... Args>
-  [[nodiscard]] ComPtr<IDispatch> GetObject(const wchar_t* member, const Args&... args) {
-    return ObjectOf(*Call(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, args...));
+  [[nodiscard]] ComPtr<IDispatch> GetObject(std::string_view member, Values values = {});
+  [[nodiscard]] ComPtr<IDispatch> GetObject(std::string_view member,
+                                            const ComPtr<IDispatch>& argument);
+  void Do(std::string_view member, Values values = {});
+  void Do(std::string_view member, std::initializer_list<Variant> values) {
+    Do(member, Values(values.begin(), values.size()));
   }
-  template <class... Args>
-  void Do(const wchar_t* member, const Args&... args) {
-    Call(member, DISPATCH_METHOD, args...);
-  }
+  // Calls a method whose last argument is an output: it is handed over by reference, with a value
+  // of its type. Returns what it became.
+  [[nodiscard]] Variant DoForOutput(std::string_view member, Values values);
   // Assigns a property: a value, or an object by reference.
-  void Put(const wchar_t* member, const Variant& value) {
-    Call(member, DISPATCH_PROPERTYPUT, value);
-  }
-  void PutRef(const wchar_t* member, const ComPtr<IDispatch>& object) {
-    Call(member, DISPATCH_PROPERTYPUTREF, object);
-  }
-  // Calls a method with arguments in automation's order: the last one first. They stay the
-  // caller's.
-  void DoWith(const wchar_t* member, std::vector<VARIANT>& reversed) {
-    Invoke(IdOf(member), member, DISPATCH_METHOD, reversed.data(), reversed.size());
-  }
+  void Put(std::string_view member, const Variant& value);
+  void PutRef(std::string_view member, const ComPtr<IDispatch>& object);
   // The value of the default property.
   [[nodiscard]] ScopedVariant DefaultValue();
 
  private:
-  template <class... Args>
-  ScopedVariant Call(const wchar_t* member, WORD kind, const Args&... args) {
-    const std::array<ScopedVariant, sizeof...(Args)> owned = {ToVariant(args)...};
-    std::array<VARIANT, sizeof...(Args) + 1> reversed{};  // one more, for calls without any
-    std::size_t at = owned.size();
-    for (const ScopedVariant& argument : owned) {
-      reversed[--at] = *argument;
-    }
-    return Invoke(IdOf(member), member, kind, reversed.data(), owned.size());
-  }
-
-  [[nodiscard]] DISPID IdOf(const wchar_t* member);
-  ScopedVariant Invoke(DISPID id, const wchar_t* member, WORD kind, VARIANT* reversed,
-                       std::size_t count);
+  ScopedVariant CallWith(std::string_view member, WORD kind, Values values);
+  [[nodiscard]] DISPID IdOf(std::string_view member);
+  // Arguments in automation's order: the last one first. They stay the caller's.
+  ScopedVariant Invoke(DISPID id, std::string_view member, WORD kind, std::span<VARIANT> reversed);
   [[nodiscard]] ComPtr<IDispatch> ObjectOf(const VARIANT& value) const;
   [[noreturn]] void RaiseFailure(HRESULT result, const EXCEPINFO& info,
-                                 const wchar_t* member) const;
+                                 std::string_view member) const;
 
   ComPtr<IDispatch> object_;
   std::string source_;
-  std::vector<std::pair<const wchar_t*, DISPID>> ids_;
+  std::vector<std::pair<std::string, DISPID>> ids_;
 };
 
 }  // namespace kal

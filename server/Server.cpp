@@ -1,10 +1,9 @@
 // The entry points of the DLL, and the class object that makes checkers.
 
-#include <atomic>
-
 #include "server/Automation.h"
 #include "server/Checker.h"
 #include "server/ComPtr.h"
+#include "server/Counted.h"
 #include "server/Module.h"
 #include "server/Registration.h"
 #include "server/modClassIdGenerator.h"
@@ -12,32 +11,8 @@
 namespace kal {
 namespace {
 
-class ClassObject final : public IClassFactory {
+class ClassObject final : public Counted<IClassFactory, IID_IClassFactory> {
  public:
-  ClassObject() = default;
-  ClassObject(const ClassObject&) = delete;
-  ClassObject& operator=(const ClassObject&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (object == nullptr) {
-      return E_POINTER;
-    }
-    *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
-    if (*object == nullptr) {
-      return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
     if (object == nullptr) {
       return E_POINTER;
@@ -59,10 +34,9 @@ class ClassObject final : public IClassFactory {
   }
 
  private:
-  ~ClassObject() = default;  // by its last Release
+  ~ClassObject() override = default;
 
   ModuleUse use_;
-  std::atomic<ULONG> references_{1};
 };
 
 }  // namespace

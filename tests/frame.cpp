@@ -10,37 +10,28 @@
 namespace kal {
 namespace {
 
-// A status component of one text, and settings that are all missing. It can also fail.
-class FakeSiblings : public SiblingFactory {
+// A status component of one text, and settings that are all missing. Either can be missing or fail.
+class FakeSiblings : public Siblings {
  public:
-  std::unique_ptr<KalStatus> CreateKalStatus() override { return std::make_unique<Status>(*this); }
-  std::unique_ptr<CompanySettings> CreateCompanySettings() override {
-    return std::make_unique<Settings>();
+  SiblingAnswer Ask(const SiblingCall& call) override {
+    if (lacks) NoSuchComponent(call.component);
+    if (fails) throw RunTimeError(70, "KalStatus", "Permission denied");
+    switch (call.member) {
+      case Member::KalStatus_GetMessage:
+        return {text};
+      case Member::KalStatus_TranslateFromDict: {
+        std::string all;
+        for (const Variant& value : call.values) all += CStr(value);
+        return {all};
+      }
+      default:
+        return {Null};
+    }
   }
 
   std::string text;
+  bool lacks = false;
   bool fails = false;
-
- private:
-  struct Status : KalStatus {
-    explicit Status(const FakeSiblings& fake) : owner(fake) {}
-    std::string GetMessage(std::int32_t /*code*/) override {
-      if (owner.fails) throw RunTimeError(70, "KalStatus", "Permission denied");
-      return owner.text;
-    }
-    std::string TranslateFromDict(std::string_view a, std::string_view b, std::string_view c,
-                                  std::string_view d, std::string_view e,
-                                  std::string_view f) override {
-      if (owner.fails) throw RunTimeError(70, "KalStatus", "Permission denied");
-      return std::string(a).append(b).append(c).append(d).append(e).append(f);
-    }
-    const FakeSiblings& owner;
-  };
-  struct Settings : CompanySettings {
-    Variant Setting(std::string_view /*name*/) override { return Null; }
-    bool SelectFiscalYear(const Variant& /*date*/) override { return false; }
-    Variant FiscalYearField(std::string_view /*name*/) override { return Null; }
-  };
 };
 
 // What the call raises: "number|source|description", or "nothing".
@@ -61,58 +52,82 @@ std::string TrailOf(Call&& call) {
   return raised.substr(0, raised.rfind('|'));
 }
 
-TEST(Messages, FillPlaceholdersAndAppend) {
+TEST(Messages, FillPlaceholders) {
   const struct {
     const char* name;
-    const char* target;
     const char* text;
     std::initializer_list<Variant> parameters;
     const char* expected;
   } kRows[] = {
-      {"first message", "", "a %s b %s", {"x", "y"}, "a x b y"},
-      {"one behind another", "first", "second", {}, "first\r\nsecond"},
-      {"behind a text that ends its line", "first\r\n", "second", {}, "first\r\n\r\nsecond"},
-      {"an empty text still takes its line", "first", "", {}, "first\r\n"},
-      {"parameters missing", "", "%s-%s", {"x"}, "x-%s"},
-      {"a parameter too many", "", "%s-%s", {"x", "y", "z"}, "x-y"},
-      {"a parameter with a placeholder", "", "%s-%s", {"%s", "y"}, "y-%s"},
-      {"no placeholder", "", "100%", {"x"}, "100%"},
-      {"a capital one swallows all", "", "%S-%s", {"x", "y"}, "%S-%s"},
-      {"a capital one behind", "", "%s-%S-%s", {"x", "y", "z"}, "x-%S-%s"},
-      {"a parameter with a capital one", "", "%s-%s", {"%S", "y"}, "%S-%s"},
-      {"percent signs before", "", "%%s 5%", {7}, "%7 5%"},
+      {"both", "a %s b %s", {"x", "y"}, "a x b y"},
+      {"parameters missing", "%s-%s", {"x"}, "x-%s"},
+      {"a parameter too many", "%s-%s", {"x", "y", "z"}, "x-y"},
+      {"a parameter with a placeholder", "%s-%s", {"%s", "y"}, "y-%s"},
+      {"no placeholder", "100%", {"x"}, "100%"},
+      {"a capital one swallows all", "%S-%s", {"x", "y"}, "%S-%s"},
+      {"a capital one behind", "%s-%S-%s", {"x", "y", "z"}, "x-%S-%s"},
+      {"a parameter with a capital one", "%s-%s", {"%S", "y"}, "%S-%s"},
+      {"percent signs before", "%%s 5%", {7}, "%7 5%"},
       {"each type",
-       "",
        "%s %s %s",
        {Date::FromYmd(2024, 3, 5).value(), true, -0.5},
        "05/03/2024 True -0.5"},
   };
   FakeSiblings siblings;
+  Registrazione entry(siblings);
+  const auto add = [&](std::initializer_list<Variant> parameters, ResultString target = ErrString) {
+    Trap(entry, {"Tag", "Check"}, [&] {
+      AddMessage(entry, target, MessageCode::ContoMancante, parameters, {"RsRCont", 3});
+    });
+  };
   for (const auto& row : kRows) {
-    SCOPED_TRACE(row.name);
-    std::string target = row.target;
     siblings.text = row.text;
-    AddMessage(siblings, target, MessageCode::ContoMancante, row.parameters);
-    EXPECT_EQ(target, row.expected);
+    entry.Rilievi.Clear();
+    add(row.parameters);
+    EXPECT_EQ(entry.Rilievi.Text(ErrString), row.expected) << row.name;
   }
-  std::string target = "first";
-  const auto add = [&] { AddMessage(siblings, target, MessageCode::ContoMancante, {Null}); };
   siblings.text = "no placeholder";
-  EXPECT_EQ(TrailOf(add), "94|Kal_COGCheck");
+  EXPECT_EQ(TrailOf([&] { add({Null}); }),
+            "94|Errore ( 94 ) - Componente ( Kal_COGCheck )\r\nKal_COGCheck.Tag");
   siblings.fails = true;
-  EXPECT_EQ(Raised(add), "70|KalStatus|Permission denied");
-  EXPECT_EQ(target, "first");
-  AppendLiteral(target, "second");
-  EXPECT_EQ(target, "first\r\nsecond");
+  EXPECT_EQ(TrailOf([&] { add({}); }),
+            "70|Errore ( 70 ) - Componente ( KalStatus )\r\nKal_COGCheck.Tag");
+  EXPECT_EQ(entry.Rilievi.All().size(), 1U) << "a message that fails is none";
+  const Finding& finding = entry.Rilievi.All()[0];
+  EXPECT_EQ(finding.check, "Check");
+  EXPECT_TRUE(finding.at.set == "RsRCont" && finding.at.row == 3);
+}
+
+TEST(Messages, JoinWhenTheyAreRead) {
+  const struct {
+    std::vector<std::string> texts;
+    const char* joined;
+  } kRows[] = {
+      {{"first", "second"}, "first\r\nsecond"},
+      {{"first\r\n", "second"}, "first\r\n\r\nsecond"},
+      {{"first", ""}, "first\r\n"},
+      {{"", "second"}, "second"},
+      {{"", ""}, ""},
+  };
+  for (const auto& row : kRows) {
+    Findings findings;
+    for (const std::string& text : row.texts) {
+      findings.Add({WarnString, {}, {}, {}, text, {}, {}, {}});
+      findings.Add({ErrString, {}, {}, {}, "between", {}, {}, {}});
+    }
+    EXPECT_EQ(findings.Text(WarnString), row.joined);
+    EXPECT_EQ(findings.IsEmpty(WarnString), *row.joined == '\0');
+    findings.Clear(WarnString);
+    EXPECT_EQ(findings.Text(WarnString), "");
+    EXPECT_EQ(findings.Text(ErrString), "between\r\nbetween");
+  }
 }
 
 TEST(Messages, TranslationNeverFails) {
   FakeSiblings siblings;
-  SiblingFactory none;
   EXPECT_EQ(TranslateText(siblings, "a", "b", "c", "d", "e", "f"), "abcdef");
   EXPECT_EQ(TranslateText(siblings, "a"), "a");
-  EXPECT_EQ(TranslateText(none, "a"), "");
-  siblings.fails = true;
+  siblings.lacks = true;
   EXPECT_EQ(TranslateText(siblings, "a"), "");
 }
 
@@ -137,9 +152,11 @@ TEST(Trail, GrowsByOneLineALevel) {
             "no table");
   EXPECT_EQ(Raised([&] { RaiseError(error, "Tag", 5, "other"); }),
             "5|Errore ( 5 ) - Componente ( DataAccess )\r\nKal_COGCheck.Tag|other");
-  EXPECT_EQ(TrailOf([&] { Trap("Tag", [] { throw std::bad_alloc(); }); }),
+  FakeSiblings siblings;
+  const Registrazione entry(siblings);
+  EXPECT_EQ(TrailOf([&] { Trap(entry, "Tag", [] { throw std::bad_alloc(); }); }),
             "7|Errore ( 7 ) - Componente ( Kal_COGCheck )\r\nKal_COGCheck.Tag");
-  EXPECT_EQ(Raised([&] { Trap("Tag", [] { throw std::logic_error("odd"); }); }),
+  EXPECT_EQ(Raised([&] { Trap(entry, "Tag", [] { throw std::logic_error("odd"); }); }),
             "51|Errore ( 51 ) - Componente ( Kal_COGCheck )\r\nKal_COGCheck.Tag|odd");
 }
 
@@ -152,12 +169,13 @@ RecordsetRef OneRow(std::vector<Column> columns, std::vector<Variant> values) {
 // One level, two and three: a member without what it needs, a field of the save check, a field
 // inside a check of it.
 TEST(Trail, NamesEveryOperationPassed) {
-  SiblingFactory none;
-  EXPECT_EQ(TrailOf([&] { (void)KalCOGCheck(none).IsInfragruppo(); }),
-            "429|Errore ( 429 ) - Componente ( Kal_COGCheck )\r\n"
-            "Kal_COGCheck.KalCOGCheck.IsInfragruppo");
   FakeSiblings siblings;
   KalCOGCheck checker(siblings);
+  siblings.lacks = true;
+  EXPECT_EQ(Raised([&] { (void)checker.IsInfragruppo(); }),
+            "429|Errore ( 429 ) - Componente ( Kal_COGCheck )\r\n"
+            "Kal_COGCheck.KalCOGCheck.IsInfragruppo|This host has no component CompanySettings");
+  siblings.lacks = false;
   const auto save = [&] { (void)checker.OkAggiorna(true, true); };
   EXPECT_EQ(TrailOf(save),
             "91|Errore ( 91 ) - Componente ( Kal_COGCheck )\r\n"
@@ -273,13 +291,10 @@ TEST(RecordsetIsEmpty, TriesSetsOfAnotherMake) {
 TEST(Checker, StartsEmpty) {
   FakeSiblings siblings;
   KalCOGCheck checker(siblings);
-  for (const std::string& text :
-       {checker.ErrString(), checker.WarnString(), checker.WarnDuplicatoDocString(),
-        checker.WarnProtocolloString(), checker.WarnInfragruppoString(),
-        checker.WarnStringModifica(), checker.TmpTableScadenze()}) {
-    EXPECT_EQ(text, "");
-  }
-  EXPECT_EQ(checker.IsInfragruppo(), "False");
+  EXPECT_EQ(checker.ErrString() + checker.WarnString() + checker.WarnDuplicatoDocString() +
+                checker.WarnProtocolloString() + checker.WarnInfragruppoString() +
+                checker.WarnStringModifica() + checker.TmpTableScadenze() + checker.IsInfragruppo(),
+            "False");
   EXPECT_EQ(checker.ImportoPlafond(), Currency());
   EXPECT_FALSE(checker.ChiusuraRateInSospensione() || checker.RiaperturaRateInSospensione());
   EXPECT_EQ(checker.GenericFx("anything", std::make_shared<int>(1)), 0);

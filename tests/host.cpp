@@ -180,7 +180,7 @@ std::string Places(const std::string& content) {
   EntryFile file(stream, "F");
   std::string places;
   while (const auto entry = file.Next()) {
-    const bool whole = ReadJson(entry->text).outcome == JsonReading::Outcome::Complete;
+    const bool whole = ReadJson(entry->text).ending == JsonReading::Ending::Complete;
     places += (places.empty() ? "" : ", ") + entry->place + (whole ? "" : "!");
   }
   return places;
@@ -271,7 +271,7 @@ TEST(Report, WritesResultsForPrograms) {
       {"x", "{\"id\":null,\"operation\":null,\"result\":null,"},
   };
   const TestCompany file;
-  company::Company company(file.Path().string());
+  company::Company company(file.Text());
   for (const auto& row : rows) {
     const std::string result = ToJson(CheckEntry(company, {row.entry, "F line 1", ""}));
     EXPECT_EQ(result.substr(0, row.result.size()), row.result) << row.entry;
@@ -279,27 +279,33 @@ TEST(Report, WritesResultsForPrograms) {
   }
 }
 
+// A line for each finding, also where a parameter brings a line end into it.
 TEST(Report, ShowsVerdictsAndFindingsToPeople) {
   const struct {
-    const char* name;
     bool isCheck;
-    std::optional<Answer> result;
-    const char* errors;
-    const char* warnings;
+    std::optional<OperationResult> result;
+    std::vector<std::pair<ResultString, const char*>> findings;
     const char* italian;
     const char* english;
   } rows[] = {
-      {"free", true, true, "", "", "libera\n", "free\n"},
-      {"warned", true, false, "", "\r\nuno\r\n\r\ndue",
+      {true, true, {}, "libera\n", "free\n"},
+      {true,
+       false,
+       {{WarnString, "uno\r\n"}, {WarnString, ""}, {WarnString, "due"}},
        "da confermare\n  avviso: uno\n  avviso: due\n",
        "to be confirmed\n  warning: uno\n  warning: due\n"},
-      {"blocked", true, false, "a\x1b[2J", "b", "bloccata\n  errore: a?[2J\n  avviso: b\n",
-       "blocked\n  error: a?[2J\n  warning: b\n"},
-      {"refused", true, false, "", "", "rifiutata senza rilievi\n", "refused without findings\n"},
-      {"yes", false, true, "", "", "s\xC3\xAC\n", "yes\n"},
-      {"no", false, false, "", "", "no\n", "no\n"},
-      {"number", false, std::int32_t{-1}, "", "", "-1\n", "-1\n"},
-      {"raised", true, std::nullopt, "a", "",
+      {true,
+       false,
+       {{WarnDuplicatoDocString, "c"}, {WarnString, "b"}, {ErrString, "a\x1b[2J\r\na"}},
+       "bloccata\n  errore: a?[2J??a\n  avviso: b\n  avviso documento duplicato: c\n",
+       "blocked\n  error: a?[2J??a\n  warning: b\n  duplicate document warning: c\n"},
+      {true, false, {}, "rifiutata senza rilievi\n", "refused without findings\n"},
+      {false, true, {}, "s\xC3\xAC\n", "yes\n"},
+      {false, false, {}, "no\n", "no\n"},
+      {false, std::int32_t{-1}, {}, "-1\n", "-1\n"},
+      {true,
+       std::nullopt,
+       {{ErrString, "a"}},
        "non controllata\n  errore di esecuzione 13: d\n    s\n    t\n  errore: a\n",
        "not checked\n  run-time error 13: d\n    s\n    t\n  error: a\n"},
   };
@@ -309,29 +315,31 @@ TEST(Report, ShowsVerdictsAndFindingsToPeople) {
     outcome.operation = "Op";
     outcome.isCheck = row.isCheck;
     outcome.result = row.result;
-    outcome.errString = row.errors;
-    outcome.warnString = row.warnings;
+    Findings findings;
+    for (const auto& [string, text] : row.findings) {
+      findings.Add({string, {}, {}, {}, text, {}, {}, {}});
+    }
+    outcome.findings = findings.All();
+    outcome.errString = findings.Text(ErrString);
+    outcome.warnString = findings.Text(WarnString);
     if (!row.result) outcome.error = RunTimeError(13, "s\r\nt", "d");
-    EXPECT_EQ(ToBlock(outcome, {}), std::string("F line 1  Op: ") + row.italian) << row.name;
+    EXPECT_EQ(ToBlock(outcome, {}), std::string("F line 1  Op: ") + row.italian);
     EXPECT_EQ(ToBlock(outcome, {Language::English, false}),
-              std::string("F line 1  Op: ") + row.english)
-        << row.name;
-    EXPECT_NE(ToBlock(outcome, {Language::Italian, true}).find("\x1b["), std::string::npos)
-        << row.name;
+              std::string("F line 1  Op: ") + row.english);
+    EXPECT_NE(ToBlock(outcome, {Language::Italian, true}).find("\x1b["), std::string::npos);
   }
   EXPECT_EQ(ToSummary({{Verdict::Free, 1}, {Verdict::Blocked, 2}}, Language::Italian),
             "3 registrazioni: 1 libera, 2 bloccate\n");
 }
 
 TEST(Runner, ReportsWhatIsInfragruppoRaisesUnlessTheOperationRaised) {
-  const TestCompany file("DROP TABLE STDParametriAzienda");
-  company::Company company(file.Path().string());
+  test::OpenedCompany books("DROP TABLE STDParametriAzienda");
   const std::pair<const char*, const char*> rows[] = {
       {"{\"operation\":\"LibroGiornaleStampato\",\"arguments\":[\"2024-01-01\"]}", "IsInfragruppo"},
       {"{\"operation\":\"LibroGiornaleStampato\",\"arguments\":[\"\"]}", "LibroGiornaleStampato"},
   };
   for (const auto& [text, source] : rows) {
-    const auto outcome = CheckEntry(company, {text, "F", ""});
+    const auto outcome = CheckEntry(books.company, {text, "F", ""});
     EXPECT_FALSE(outcome.result) << text;
     ASSERT_TRUE(outcome.error) << text;
     EXPECT_NE(outcome.error->Source().find(source), std::string::npos) << text;
@@ -342,7 +350,7 @@ TEST(Runner, ReportsWhatIsInfragruppoRaisesUnlessTheOperationRaised) {
 // A table of any name, beside one that the company has; none of it outlives the entry.
 TEST(Runner, MakesTheTemporaryInstallmentsTable) {
   const TestCompany file;
-  company::Company company(file.Path().string());
+  company::Company company(file.Text());
   for (const char* const name : {"\"Tmp\"", "\"a b\\\"c'd\"", "\"COGScadenze\"", "\"\""}) {
     for (const char* const changes : {"", "S!;"}) {
       const std::string change = std::string(changes) + "TmpTableScadenze=" + name;
@@ -360,24 +368,24 @@ struct ProgramRun {
 };
 
 ProgramRun RunProgram(const std::string& arguments, const std::string& input) {
-  const std::string base = testing::TempDir() + "kal_host_" + std::to_string(getpid());
-  std::ofstream(base + ".in") << input;
-  const int status = std::system(("\"" KAL_HOST_PROGRAM "\" < " + base + ".in > " + base +
-                                  ".out 2> " + base + ".err " + arguments)
+  const test::ScratchPath in;
+  const test::ScratchPath out;
+  const test::ScratchPath err;
+  std::ofstream(in.Path()) << input;
+  const int status = std::system(("\"" KAL_HOST_PROGRAM "\" < " + in.Text() + " > " + out.Text() +
+                                  " 2> " + err.Text() + " " + arguments)
                                      .c_str());
-  const auto content = [](const std::string& path) {
+  const auto content = [](const test::ScratchPath& path) {
     std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    std::filesystem::remove(path);
+    text << std::ifstream(path.Path()).rdbuf();
     return text.str();
   };
-  (void)content(base + ".in");
-  return {WEXITSTATUS(status), content(base + ".out"), content(base + ".err")};
+  return {WEXITSTATUS(status), content(out), content(err)};
 }
 
 TEST(Program, AnswersByItsExitStatus) {
   const TestCompany file;
-  const std::string company = file.Path().string();
+  const std::string company = file.Text();
   const std::string check = "check --company " + company + " ";
   const std::string yes = "{\"operation\":\"LeggiIdPrimaNota\",\"arguments\":[1,1]}\n";
   const std::string no =
@@ -419,32 +427,13 @@ TEST(Program, AnswersByItsExitStatus) {
   }
 }
 
-TEST(Program, AnswersEveryEntryInItsPlace) {
-  const TestCompany file;
-  std::string input;
-  for (int i = 1; i <= 1000; ++i) {
-    const std::string id = "{\"id\":" + std::to_string(i);
-    input += i % 10 == 0 ? id + ",\n" : id + ",\"operation\":\"OkModifica\"}\n\n";
-  }
-  const ProgramRun run = RunProgram("check --json --company " + file.Path().string() + " -", input);
-  EXPECT_EQ(run.status, 2);
-  std::istringstream lines(run.out);
-  std::string line;
-  for (int i = 1; i <= 1000; ++i) {
-    ASSERT_TRUE(std::getline(lines, line)) << i;
-    const json result = json::parse(line);
-    EXPECT_EQ(result["id"], i);
-    EXPECT_EQ(result["error"].contains("input"), i % 10 == 0) << line;
-  }
-  EXPECT_FALSE(std::getline(lines, line));
-}
-
 // Many workers give the answers of one, in the same order: from files, which they read some entries
 // at a time, and from standard input.
 TEST(ProgramThreads, AnswerInTheOrderOfTheEntries) {
-  const TestCompany file;
-  const std::string company = file.Path().string();
-  const std::string lines = testing::TempDir() + "kal_lines_" + std::to_string(getpid());
+  const TestCompany books;
+  const std::string company = books.Text();
+  const test::ScratchPath file;
+  const std::string lines = file.Text();
   std::string input;
   for (int i = 1; i <= 2000; ++i) {
     const std::string id = "{\"id\":" + std::to_string(i) + ",\"operation\":\"";
@@ -480,22 +469,6 @@ TEST(ProgramThreads, AnswerInTheOrderOfTheEntries) {
   std::ostream out(&soonFull);
   EXPECT_EQ(run("5", out, false), kExitTrouble);
   EXPECT_LT(in.tellg(), input.size() * 3 / 4);
-  std::filesystem::remove(lines);
-}
-
-// Output that ends early ends the run: the rest of the entries is not even read.
-TEST(Program, StopsWhenNobodyReads) {
-  struct Full : std::streambuf {};
-  Full full;
-  std::ostream out(&full);
-  std::istringstream in("{}\n{}\n{}\n");
-  std::ostringstream err;
-  const TestCompany file;
-  const std::string company = file.Path().string();
-  const char* const arguments[] = {"kalcogcheck", "check", "--company", company.c_str(), "-", "-"};
-  EXPECT_EQ(host::Run(6, arguments, in, out, err), kExitTrouble);
-  EXPECT_EQ(in.tellg(), 3);
-  EXPECT_NE(err.str().find("can't be written"), std::string::npos);
 }
 
 }  // namespace

@@ -7,69 +7,57 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
+#include "checker/KalCOGCheck.h"
 #include "company/Company.h"
-#include "frame/KalCOGCheck.h"
 #include "host/EntryReader.h"
 #include "siblings/Siblings.h"
 
 namespace kal::test {
 
-// A copy of the base company in a file of its own, with further SQL run on it.
-class TestCompany {
+// A path that nobody else has, and that is gone afterwards with whatever was made there.
+class ScratchPath {
  public:
-  explicit TestCompany(std::string_view sql = "");
-  TestCompany(const TestCompany&) = delete;
-  TestCompany& operator=(const TestCompany&) = delete;
-  ~TestCompany();
+  ScratchPath();
+  ScratchPath(const ScratchPath&) = delete;
+  ScratchPath& operator=(const ScratchPath&) = delete;
+  ~ScratchPath();
 
   [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
-  void Execute(std::string_view sql) const;
+  [[nodiscard]] std::string Text() const { return path_.string(); }
 
  private:
   std::filesystem::path path_;
 };
 
-// Hands every request through; a test overrides what it watches.
-class ForwardingSiblings : public SiblingFactory {
+// A copy of the base company in a file of its own, with further SQL run on it.
+class TestCompany : public ScratchPath {
  public:
-  explicit ForwardingSiblings(SiblingFactory& inner) : inner_(inner) {}
-  std::unique_ptr<KalStatus> CreateKalStatus() override { return inner_.CreateKalStatus(); }
-  std::unique_ptr<CompanySettings> CreateCompanySettings() override {
-    return inner_.CreateCompanySettings();
-  }
-  std::unique_ptr<KalAnagrafiche> CreateKalAnagrafiche() override {
-    return inner_.CreateKalAnagrafiche();
-  }
-  std::unique_ptr<VatCodes> CreateVatCodes() override { return inner_.CreateVatCodes(); }
-  std::unique_ptr<PeriodLock> CreatePeriodLock() override { return inner_.CreatePeriodLock(); }
-  std::unique_ptr<VatActivities> CreateVatActivities() override {
-    return inner_.CreateVatActivities();
-  }
-  std::unique_ptr<ProtocolNumbering> CreateProtocolNumbering() override {
-    return inner_.CreateProtocolNumbering();
-  }
-  std::unique_ptr<FeeNotes> CreateFeeNotes() override { return inner_.CreateFeeNotes(); }
-  std::unique_ptr<SqlFunctions> CreateSqlFunctions() override {
-    return inner_.CreateSqlFunctions();
-  }
-  std::unique_ptr<Totals> CreateTotals() override { return inner_.CreateTotals(); }
-  std::unique_ptr<DataAccess> CreateDataAccess() override { return inner_.CreateDataAccess(); }
-
- protected:
-  SiblingFactory& inner_;
+  explicit TestCompany(std::string_view sql = "");
+  void Execute(std::string_view sql) const;
 };
 
-// The company's siblings with a status component whose texts are the codes: "10520(%s)".
-class CodedSiblings : public ForwardingSiblings {
+// The company's siblings, which answer for a message its code in the place of its text:
+// "10520(%s)". A test overrides what it watches.
+class CodedSiblings : public Siblings {
  public:
-  using ForwardingSiblings::ForwardingSiblings;
-  std::unique_ptr<KalStatus> CreateKalStatus() override;
+  explicit CodedSiblings(Siblings& inner) : inner_(inner) {}
+  SiblingAnswer Ask(const SiblingCall& call) override;
+
+ protected:
+  Siblings& inner_;
+};
+
+// A test company with a connection to it.
+struct OpenedCompany : TestCompany {
+  using TestCompany::TestCompany;
+  company::Company company{Text()};
+  CodedSiblings siblings{company.Siblings()};
 };
 
 // An entry as JSON text: one of acquisto, vendita, corrispettivi, giroconto, with changes, one
@@ -83,15 +71,22 @@ class CodedSiblings : public ForwardingSiblings {
 
 // An entry's checker with its record sets.
 struct Checked {
-  explicit Checked(SiblingFactory& siblings, const std::string& entryText);
+  using Wrap = std::function<RecordsetRef(RecordsetRef)>;
 
+  Checked(Siblings& siblings, const std::string& entryText);
+
+  // Hands every record set of the entry over afresh, and Nothing for those that it lacks.
+  void Hand(const Wrap& wrap = {});
   // Runs the entry's operation: "True", "False" or a number, followed by each result string that
-  // is not empty: "False Err: 10520(1) / 10492 Warn: 10734". A run-time error shows its number and
-  // the tags that it passed, innermost first: "Error 94 in OkQuadratura < OkAggiorna".
+  // is not empty; False is left out before those: "Err: 10520(1) / 10492 Warn: 10734". A run-time
+  // error shows its number and
+  // the tags that it passed, innermost first and without the operation's own behind them: "Error 94
+  // in ContoInfragruppo < CheckInfragruppo", "Error 91 in itself".
   std::string Run();
   [[nodiscard]] std::string Findings() const;  // the result strings as Run shows them
-  // The position and filter of a supplied set: "2", "end", "1 where TipoRata = 0".
-  [[nodiscard]] std::string State(std::string_view set) const;
+  // The position and filter of a supplied set: "2", "end", "1 where TipoRata = 0"; for P the
+  // plafond used, for X whether installments in suspension are closed or opened again.
+  [[nodiscard]] std::string State(char letter) const;
 
   host::Entry entry;
   KalCOGCheck checker;
@@ -103,9 +98,11 @@ struct Checked {
 // left in: "True @ C 1, S 2 where TipoRata = 0". A row in brackets names the kind of entry of those
 // below it, and may give them changes and SQL: "[acquisto] | changes | sql". A row such as
 // "<locked> = text" gives a text a name; those of the literal messages are known, and so are <set>
-// for a company setting, <gone> behind ALTER TABLE and <missed> before the trail of its error.
+// for a company setting. SQL may say "COGBollati!" for a company that has lost the table, and
+// <missed> stands for the error then.
 void RunTable(std::string_view table);
 [[nodiscard]] std::vector<std::vector<std::string>> TableRows(std::string_view table);
+[[nodiscard]] std::string Replaced(std::string text, std::string_view from, std::string_view to);
 // The text with the names of literal messages replaced.
 [[nodiscard]] std::string Written(std::string text);
 

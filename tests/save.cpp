@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <thread>
 
 #include "tests/kit.h"
@@ -9,32 +10,14 @@
 namespace kal::test {
 namespace {
 
-// A status component that notes which texts were asked for, in one order over all result strings.
-class LoggedSiblings : public CodedSiblings {
- public:
-  using CodedSiblings::CodedSiblings;
-  std::unique_ptr<KalStatus> CreateKalStatus() override {
-    return std::make_unique<Status>(CodedSiblings::CreateKalStatus(), log);
+// The codes found, in one order over all result strings.
+std::string CodesOf(const Findings& findings) {
+  std::string codes;
+  for (const Finding& finding : findings.All()) {
+    if (finding.code) codes += " " + std::to_string(static_cast<int>(*finding.code));
   }
-  std::string log;
-
- private:
-  struct Status : KalStatus {
-    Status(std::unique_ptr<KalStatus> status, std::string& text)
-        : inner(std::move(status)), log(text) {}
-    std::string GetMessage(std::int32_t code) override {
-      log += " " + std::to_string(code);
-      return inner->GetMessage(code);
-    }
-    std::string TranslateFromDict(std::string_view text, std::string_view b, std::string_view c,
-                                  std::string_view d, std::string_view e,
-                                  std::string_view f) override {
-      return inner->TranslateFromDict(text, b, c, d, e, f);
-    }
-    std::unique_ptr<KalStatus> inner;
-    std::string& log;
-  };
-};
+  return codes;
+}
 
 // An entry with many defects, in the order in which they are found: the finding behind the name of
 // its string, and the change, or the change and the SQL, that takes it away and leaves the others.
@@ -45,7 +28,7 @@ struct Ruin {
   std::vector<std::vector<std::string>> defects;
 
   [[nodiscard]] std::string Shown() const {
-    std::string shown = defects.empty() ? "True" : "False";
+    std::string shown = defects.empty() ? " True" : "";
     for (const std::string name : {"Err", "Warn", "Prot", "Dup", "Group"}) {
       std::string separator = " " + name + ": ";
       for (const auto& defect : defects) {
@@ -55,7 +38,7 @@ struct Ruin {
         }
       }
     }
-    return shown;
+    return shown.substr(1);
   }
 
   [[nodiscard]] std::string Codes() const {
@@ -73,10 +56,11 @@ void RunRuin(Ruin ruin) {
   const TestCompany file(ruin.sql);
   for (std::string repaired = "nothing";; ruin.defects.pop_back()) {
     SCOPED_TRACE("repaired: " + repaired);
-    company::Company company(file.Path().string());
-    LoggedSiblings siblings(company.Siblings());
-    EXPECT_EQ(Checked(siblings, EntryText(ruin.kind, ruin.changes)).Run(), ruin.Shown());
-    EXPECT_EQ(siblings.log, ruin.Codes());
+    company::Company company(file.Text());
+    CodedSiblings siblings(company.Siblings());
+    Checked checked(siblings, EntryText(ruin.kind, ruin.changes));
+    EXPECT_EQ(checked.Run(), ruin.Shown());
+    EXPECT_EQ(CodesOf(checked.checker.Findings()), ruin.Codes());
     if (ruin.defects.empty() || testing::Test::HasFailure()) break;
     const std::vector<std::string>& last = ruin.defects.back();
     repaired = last[0];
@@ -225,8 +209,7 @@ Err 10726 | T.FiscalitaBL=false
 Warn <aliquote> | T.IdDichiarazione=9
 Group 10656 | C1.IdCliFor=10
 Warn 10734 | C+{"CodConto":"1001","ImportoAvere":0,"ImportoAvereVB":0}
-Err 10513 |
-    | INSERT INTO STDEsercizi VALUES (2030,'2030-03-15','2030-03-15',0,0);
+Err 10513 | | INSERT INTO STDEsercizi VALUES (2030,'2030-03-15','2030-03-15',0,0);
     INSERT INTO COGNumerazioniContabili VALUES (2030,1)
 Err 10514 | | INSERT INTO COGNumerazioniContabili VALUES (0,1)
 Err 10508 | T.Protocollo=1
@@ -252,9 +235,8 @@ void RunQueries(const char* kind, const char* changes, std::string_view tables) 
     const std::string& table = steps.back()[0];
     SCOPED_TRACE(table);
     sql += "ALTER TABLE " + table + " RENAME TO Gone" + table + ";";
-    const TestCompany file(sql);
-    company::Company company(file.Path().string());
-    EXPECT_EQ(Checked(company.Siblings(), EntryText(kind, changes)).Run(),
+    OpenedCompany books(sql);
+    EXPECT_EQ(Checked(books.siblings, EntryText(kind, changes)).Run(),
               "Error -2147217865 in " + steps.back()[1]);
   }
 }
@@ -265,99 +247,145 @@ TEST(OkAggiornaOrder, OfTheQueries) {
              T.DataPlafond="2024-03-15";T.TipoDocumento=4;T.ReverseCharge=true;C1.TipoCliFor=1;
              I1.ReverseCharge=true;T.TotDocumentoVB=0)",
              R"(
-COGCausaliContabili | CreaRecordCausale < OkAggiorna
-STDPianoDeiConti | SottoContoAssente < OkQuadratura < OkAggiorna
-Tmp | CheckChiusuraContenstualeSospensione < OkAggiorna
-COGScadenze | CheckIncassiInSospensione < OkAggiorna
-STDDichiarazioniIntento | CheckPlafond < OkAggiorna
-STDIva | CheckCodIva < OkAggiorna
-STDAnagraficaFornitori | CheckCompilazioneParcella < OkAggiorna
-STDAnagraficaClienti | ContoInfragruppo < CheckInfragruppo < OkAggiorna
-STDTipologiePagamento | CheckBanca < OkAggiorna
-STDEsercizi | ControllaCongruenzaDate < OkAggiorna
-COGBollati | LibroGiornaleStampato < OkAggiorna
-COGParametriIva | RiepilogoStampato < RegistriIvaStampati < OkAggiorna
-COGBlocchiPeriodo | OkAggiorna
-COGNumerazioniIva | SezionaleIvaAutofattura < OkAggiorna
+COGCausaliContabili | CreaRecordCausale
+STDPianoDeiConti | SottoContoAssente < OkQuadratura
+Tmp | CheckChiusuraContenstualeSospensione
+COGScadenze | CheckIncassiInSospensione
+STDDichiarazioniIntento | CheckPlafond
+STDIva | CheckCodIva
+STDAnagraficaFornitori | CheckCompilazioneParcella
+STDAnagraficaClienti | ContoInfragruppo < CheckInfragruppo
+STDTipologiePagamento | CheckBanca
+STDEsercizi | ControllaCongruenzaDate
+COGBollati | LibroGiornaleStampato
+COGParametriIva | RiepilogoStampato < RegistriIvaStampati
+COGBlocchiPeriodo | itself
+COGNumerazioniIva | SezionaleIvaAutofattura
 )");
   RunQueries("vendita", "T.TipoDocumento=4;C1.TipoCliFor=2", R"(
-STDAnagraficaFornitori | ContoInfragruppo < CheckInfragruppo < OkAggiorna
-STDTipologiePagamento | CheckBanca < OkAggiorna
-COGNumerazioniIva | IsClienteSplitPayment < CheckEffettiSplitPayment < OkAggiorna
-STDAnagraficaClienti | OkAggiorna
-STDEsercizi | ControllaCongruenzaDate < OkAggiorna
-COGBollati | LibroGiornaleStampato < OkAggiorna
-COGPrimeNoteTeste | CheckDuplicatoNrDocEmesso < OkAggiorna
+STDAnagraficaFornitori | ContoInfragruppo < CheckInfragruppo
+STDTipologiePagamento | CheckBanca
+COGNumerazioniIva | IsClienteSplitPayment < CheckEffettiSplitPayment
+STDAnagraficaClienti | itself
+STDEsercizi | ControllaCongruenzaDate
+COGBollati | LibroGiornaleStampato
+COGPrimeNoteTeste | CheckDuplicatoNrDocEmesso
+)");
+}
+
+// The entry itself is saved already, and one before it in each register.
+constexpr const char* kSavedBefore = R"(
+<save> = INSERT INTO COGPrimeNoteTeste (IdPrimaNota,TipoRegIva,SezionaleIva,Protocollo,
+    NumeroDocumento,IdAnagrafica,DataDocumento,DataRegistrazione) VALUES
+<books> = <save> (99,1,1,9,'F0',20,'2024-03-10','2024-03-14'),
+    (100,1,1,10,'F1',20,'2024-03-10','2024-03-15'),(99,2,1,9,'F0',10,'2024-03-15','2024-03-14'),
+    (100,2,1,10,'F1',10,'2024-03-15','2024-03-15');
+)";
+
+constexpr const char* kKinds = R"(
+[giroconto] | | <books>
+no VAT register | | True
+free registration | T.CodCausale="LIB" | True
+opening | T.CodCausale="APE";T.DataCompetenza="2024-01-01" | True
+closing | T.CodCausale="CHI";T.DataCompetenza="2024-12-31" | True
+adjustment | T.Rettifica=true;T.DataCompetenza="2024-03-31" | True
+currency on lines | T.CodProprieta="P" | INSERT INTO COGPrimeNoteProprieta VALUES ('P',1) | True
+[acquisto] | | <books>
+purchase | | True
+purchase in foreign currency | C1.CodDivisa="USD" | True
+credit note | T.CodCausale="NCA" | True
+fee note | T.CodCausale="PAR";T.IdAnagrafica=21;IsParcella=true | True
+intra-community | T.Intra=true;I1.CodIva="IC" | True
+reverse charge | T.ReverseCharge=true;I1.ReverseCharge=true;I1.CodIva="RC" | True
+accruals | R+{"CodContoContropartita":"4001"} | True
+fiscal data | T.FiscalitaBL=true;F+{"BeniImponibili":100,"ImpostaBeniImponibili":22} | True
+plafond | T.IdDichiarazione=2;T.DataPlafond="2024-03-10" | True
+group | T.Infragruppo=true | <set> ('GestisciPNInfragruppo','1') | True
+[vendita] | | <books>
+sale | | True
+sale with bills | T.TipoDocumento=4;S1.IdTipologiaPagamento=2;S1.IdBancaCliente=7 | True
+suspension | T.InSospensione=true;TmpTableScadenze="COGScadenze" | True
+split payment | T.IdAnagrafica=11;T.SezionaleIva=2 | True
+declaration of intent | T.IdDichiarazione=1;I1.CodIva="DI" | True
+[corrispettivi] | | <books>
+receipts | | True
+ventilated receipts | T.CodCausale="COV";I1.CodIva="VENT" | True
+till | T.CodCausale="COC" | True
+)";
+
+// Before it is saved again, and before it is modified.
+TEST(OkAggiorna, EntriesOfEveryKindPass) {
+  const std::string books = kSavedBefore;
+  RunTable(books + kKinds);
+  RunTable(books +
+           std::regex_replace(kKinds, std::regex("\\] \\|"), "] | operation=\"OkModifica\""));
+  RunTable(books + R"(
+[vendita] | T.Provvisoria=true;T.SezionaleIva=5;T.Protocollo=0;T.NumeroDocumento=null | <books>
+provisional | | True
+provisional, modified | operation="OkModifica" | False
 )");
 }
 
 // Saved entries: of the self-invoices' section, and two with the document number P.
 const std::string kSaved = R"(
 <saved> = INSERT INTO COGPrimeNoteTeste (IdPrimaNota,TipoRegIva,SezionaleIva,Protocollo,
-    DataRegistrazione,NumeroDocumento,DataDocumento,IdAnagrafica) VALUES
-    (300,2,9,50,'2024-03-01','L','2024-03-01',9), (301,2,9,51,'2024-02-01','M','2024-02-01',9),
-    (302,2,9,9999999,'2024-03-15','N','2024-02-01',9), (303,1,3,1,NULL,'P','2024-01-01',20),
-    (304,3,1,1,NULL,'P','2024-01-01',9)
+    DataRegistrazione,NumeroDocumento,DataDocumento,IdAnagrafica) VALUES (300,2,9,50,'2024-03-01','L','2024-03-01',9),
+    (301,2,9,51,'2024-02-01','M','2024-02-01',9), (302,2,9,9999999,'2024-03-15','N','2024-02-01',9),
+    (303,1,3,1,NULL,'P','2024-01-01',20), (304,3,1,1,NULL,'P','2024-01-01',9)
 )";
 
 TEST(OkAggiorna, Header) {
   RunTable(kSaved + R"(
 [acquisto]
 a valid purchase | | True
-no template: nothing else | T.CodCausale="fta";T.Protocollo=0 | False Err: 10525
-the host's template | T.CodCausale="NO";K.TipoRegIva=1;K.Operazione=1;T.Protocollo=0
-    | False Err: 10508
+no template: nothing else | T.CodCausale="fta";T.Protocollo=0 | Err: 10525
+the host's template | T.CodCausale="NO";K.TipoRegIva=1;K.Operazione=1;T.Protocollo=0 | Err: 10508
 a register for it | T.TipoDocumento=5 | True
 VAT lines are lines | C3-;C2-;C1- | True
-neither kind of lines | C3-;C2-;C1-;I1- | False Warn: 10522
+neither kind of lines | C3-;C2-;C1-;I1- | Warn: 10522
 one line, no VAT set | I!;C3-;C2-;C1.ImportoAvere=0;C1.ImportoAvereVB=0;T.TotDocumentoVB=0 | True
-number Null | T.NumeroDocumento=null | False Err: 10485
-provisional: nothing of the definitive
-    | T.Provvisoria=true;T.SezionaleIva=5;T.NumeroDocumento="";T.Protocollo=0;T.Intra=true;
-    T.InSospensione=true;T.TotDocumentoVB=-1;C1.TipoCliFor=0;R+{};F+{};T.DataDocumento=null;
-    T.DataIva="2025-01-10"
-    | True
-provisional: section, protocol, lines in reverse charge
-    | T.Provvisoria=true;T.ReverseCharge=true;T.Protocollo=10000000
-    | False Err: 10514 / 10731 Warn: 10738(del documento)
-no VAT set in reverse charge | T.ReverseCharge=true;I! | Error 91 in OkAggiorna
+number Null | T.NumeroDocumento=null | Err: 10485
+provisional: nothing of the definitive | T.Provvisoria=true;T.SezionaleIva=5;T.NumeroDocumento="";
+    T.Protocollo=0;T.Intra=true;T.InSospensione=true;T.TotDocumentoVB=-1;C1.TipoCliFor=0;R+{};F+{};
+    T.DataDocumento=null;T.DataIva="2025-01-10" | True
+provisional: section, protocol, lines in reverse charge | T.Provvisoria=true;T.ReverseCharge=true;
+    T.Protocollo=10000000 | Err: 10514 / 10731 Warn: 10738(del documento)
+no VAT set in reverse charge | T.ReverseCharge=true;I! | Error 91 in itself
 first day of the year | T.DataRegistrazione="2024-01-01";T.DataDocumento="2024-01-01" | True
 last day of the year before | T.DataRegistrazione="2023-12-31";T.DataDocumento="2023-12-31"
-    | False Err: 10505
-no document date | T.DataDocumento=null | Error 13 in CheckDuplicatoNrDocRicevuto < OkAggiorna
+    | Err: 10505
+no document date | T.DataDocumento=null | Error 13 in CheckDuplicatoNrDocRicevuto
 not asked for duplicates | T.DataDocumento=null;arguments=[true,false] | True
-duplicate purchase | T.NumeroDocumento="P" | <saved> | False Dup: 10507
+duplicate purchase | T.NumeroDocumento="P" | <saved> | Dup: 10507
 of another supplier | T.NumeroDocumento="P";T.IdAnagrafica=9 | <saved> | True
 [vendita]
 a valid sale | | True
-split customer | T.IdAnagrafica=11;T.Protocollo=10000000
-    | False Warn: 10738(del documento) / <sezionale>
-split customer, no section | T.IdAnagrafica=11;T.SezionaleIva=7
-    | False Err: 10505 Warn: <sezionale>
-split section of another year | T.SezionaleIva=2;T.DataRegistrazione="2025-03-31"
-    | False Err: 10505
+split customer | T.IdAnagrafica=11;T.Protocollo=10000000 | Warn: 10738(del documento) / <sezionale>
+split customer, no section | T.IdAnagrafica=11;T.SezionaleIva=7 | Err: 10505 Warn: <sezionale>
+split section of another year | T.SezionaleIva=2;T.DataRegistrazione="2025-03-31" | Err: 10505
 [corrispettivi]
 valid receipts | | True
-duplicate receipts | T.NumeroDocumento="P";T.Protocollo=2 | <saved> | False Dup: 10507
+duplicate receipts | T.NumeroDocumento="P";T.Protocollo=2 | <saved> | Dup: 10507
 receipts of a split customer | T.IdAnagrafica=11 | True
 [giroconto]
 a valid transfer | | True
-group alone | C1.TipoCliFor=1;C1.IdCliFor=12 | <set>('GestisciPNInfragruppo','1') | False Group: 10656
-document type 5 | T.TipoDocumento=5 | False Warn: 10699
-document type 6 | T.TipoDocumento=6 | False Warn: 10699
-document type 13 | T.TipoDocumento=13 | False Warn: 10699
-document type 14 | T.TipoDocumento=14 | False Warn: 10699
-no lines | C2-;C1- | False Warn: 10522
-no line set | C! | Error 91 in QuadraScadenze < OkAggiorna
+group alone | C1.TipoCliFor=1;C1.IdCliFor=12 | <set>('GestisciPNInfragruppo','1') | Group: 10656
+document type 5 | T.TipoDocumento=5 | Warn: 10699
+document type 6 | T.TipoDocumento=6 | Warn: 10699
+document type 13 | T.TipoDocumento=13 | Warn: 10699
+document type 14 | T.TipoDocumento=14 | Warn: 10699
+no lines | C2-;C1- | Warn: 10522
+no line set | C! | Error 91 in QuadraScadenze
 number without register | T.NumeroDocumento="" | True
-protocol Null | T.Protocollo=null | False Err: 10508
+protocol Null | T.Protocollo=null | Err: 10508
 protocol of seven digits | T.Protocollo=9999999 | True
-protocol of eight digits | T.Protocollo=10000000 | False Warn: 10738(del documento)
+protocol of eight digits | T.Protocollo=10000000 | Warn: 10738(del documento)
 )");
 }
 
 TEST(OkAggiorna, PrintedLockedSelfInvoiced) {
   RunTable(kSaved + R"(
+<reverse> = T.ReverseCharge=true;I1.ReverseCharge=true
 <activities> = INSERT INTO STDParametriAzienda VALUES ('AttivitaSeparateIva','1');
     INSERT INTO COGParametriIvaAttivitaRighe (Anno,CodAttivita) VALUES (2024,'A1'), (2024,'A9')
 <locked> = INSERT INTO COGBlocchiPeriodo VALUES ('2024-03-15','2024-03-15')
@@ -365,107 +393,91 @@ TEST(OkAggiorna, PrintedLockedSelfInvoiced) {
     INSERT INTO COGBollatiIva (IdBollato,SezionaleIva,AcqStampati,VenStampati) VALUES (1,1,1,1),
     (1,9,0,1)
 [acquisto]
-locked VAT date | | <locked> | False Warn: 10511(Salvando)
+locked VAT date | | <locked> | Warn: 10511(Salvando)
 no VAT date | T.DataIva=null | <locked> | True
 no parameters: the lock is not asked | T.DataIva="2025-03-15"
-    | INSERT INTO COGBlocchiPeriodo VALUES ('2024-03-15','2025-03-15') | False Err: 10519(2025)
-printed registers | T.ReverseCharge=true;I1.ReverseCharge=true;T.DataPlafond="2024-03-01"
-    | <printed> | False Err: 10487 / 10588(9) / 10516
-not asked for
-    | T.ReverseCharge=true;I1.ReverseCharge=true;T.DataPlafond="2024-03-01";arguments=[false,true]
-    | <printed> | True
-section of another activity | T.Intra=true;T.CodAttivita="A1" | <activities> | False Err: 10753
+    | INSERT INTO COGBlocchiPeriodo VALUES ('2024-03-15','2025-03-15') | Err: 10519(2025)
+printed registers | <reverse>;T.DataPlafond="2024-03-01" | <printed> | Err: 10487 / 10588(9) / 10516
+not asked for | <reverse>;T.DataPlafond="2024-03-01";arguments=[false,true] | <printed> | True
+section of another activity | T.Intra=true;T.CodAttivita="A1" | <activities> | Err: 10753
 of the same activity | T.Intra=true;T.CodAttivita="A9" | <activities> | True
-section of its own | T.Intra=true;T.SezionaleIva=2;T.CodAttivita="A9" | <activities>
-    | False Err: 10753
+section of its own | T.Intra=true;T.SezionaleIva=2;T.CodAttivita="A9" | <activities> | Err: 10753
 by the header's register type | T.Intra=true;T.SezionaleIva=2;T.TipoRegIva=2;T.CodAttivita="A9"
     | <activities> | True
 activities not separate | T.Intra=true;T.CodAttivita="A1" | True
-no section | T.Intra=true
-    | INSERT INTO STDParametriAzienda VALUES ('AttivitaSeparateIva','1');
-    DELETE FROM STDParametriAzienda WHERE Nome='SezionaleAutofatture'
-    | False Err: 10515
-linked number out of order | T.Intra=true;T.IdLink=300 | <saved>
-    | False Prot: 10587(01/02/2024)(51)
-next number too large | T.Intra=true | <saved> | False Warn: 10738(dell'autofattura)
+no section | T.Intra=true | INSERT INTO STDParametriAzienda VALUES ('AttivitaSeparateIva','1');
+    DELETE FROM STDParametriAzienda WHERE Nome='SezionaleAutofatture' | Err: 10515
+linked number out of order | T.Intra=true;T.IdLink=300 | <saved> | Prot: 10587(01/02/2024)(51)
+next number too large | T.Intra=true | <saved> | Warn: 10738(dell'autofattura)
 linked number: no next one | T.Intra=true;T.IdLink=302 | <saved> | True
 not for an entry that is no self-invoice | T.IdLink=300 | <saved> | True
 not twice | T.Intra=true;T.NoIntraBis=true | <saved> | True
-twice in reverse charge
-    | T.Intra=true;T.NoIntraBis=true;T.ReverseCharge=true;I1.ReverseCharge=true | <saved>
-    | False Warn: 10738(dell'autofattura)
+twice in reverse charge | T.Intra=true;T.NoIntraBis=true;<reverse> | <saved>
+    | Warn: 10738(dell'autofattura)
 [giroconto]
 no register, no VAT date | T.DataIva="2024-03-15" | <locked> | True
 [vendita]
-sales print one register | T.DataPlafond="2024-03-01";T.ReverseCharge=true;I1.ReverseCharge=true
-    | <printed> | False Err: 10487
+sales print one register | T.DataPlafond="2024-03-01";<reverse> | <printed> | Err: 10487
 sales need none | T.Intra=true;T.CodAttivita="A1" | <activities> | True
 )");
 }
 
 TEST(OkAggiorna, DeclarationOfIntent) {
   RunTable(R"(
-<expired> = UPDATE STDDichiarazioniIntento SET DataFineValidita='2024-03-09'
+<provisional> = T.Provvisoria=true;T.SezionaleIva=5
+<declarations> = UPDATE STDDichiarazioniIntento SET
+<purchase> = T.IdDichiarazione=2
+<expired> = <declarations> DataFineValidita='2024-03-09'
 <sale> = T.IdDichiarazione=1;I1.CodIva="DI"
-<usedUp> = UPDATE STDDichiarazioniIntento SET ImportoPlafond='1000'
-<usedUpBefore> = UPDATE STDDichiarazioniIntento SET ImportoPlafond='1000';
-    INSERT INTO COGPrimeNoteTeste (IdPrimaNota,TotImponibile,TotImposta,Provvisoria) VALUES
-    (100,'100','22',0), (101,'100','22',1)
+<usedUp> = <declarations> ImportoPlafond='1000'
+<usedUpBefore> = <declarations> ImportoPlafond='1000';
+    INSERT INTO COGPrimeNoteTeste (IdPrimaNota,TotImponibile,TotImposta,Provvisoria) VALUES (100,'100','22',0),
+    (101,'100','22',1)
 [vendita]
 valid | <sale> | True
-no end is before every date | <sale> | UPDATE STDDichiarazioniIntento SET DataFineValidita=NULL
-    | True
-no start is after every date | <sale> | UPDATE STDDichiarazioniIntento SET DataInizioValidita=NULL
-    | False Warn: <validità>
-provisional without a date
-    | T.IdDichiarazione=1;I1.CodIva="DI";T.Provvisoria=true;T.SezionaleIva=5;T.DataDocumento=null
-    | False Warn: <vuota>
-provisional with a date | T.IdDichiarazione=1;I1.CodIva="DI";T.Provvisoria=true;T.SezionaleIva=5
-    | <expired> | False Warn: <validità>
-definitive without a date
-    | T.IdDichiarazione=1;I1.CodIva="DI";T.DataDocumento=null;arguments=[true,false]
-    | False Warn: <validità>
-declaration 0 | T.Provvisoria=true;T.SezionaleIva=5;T.DataDocumento=null
-    | UPDATE STDDichiarazioniIntento SET IdDichiarazione=0 WHERE IdDichiarazione=1
-    | False Warn: <validità>
-a supplier's on a sale | T.IdDichiarazione=2 | <expired> | True
+no end is before every date | <sale> | <declarations> DataFineValidita=NULL | True
+no start is after every date | <sale> | <declarations> DataInizioValidita=NULL | Warn: <validità>
+provisional without a date | <sale>;<provisional>;T.DataDocumento=null | Warn: <vuota>
+provisional with a date | <sale>;<provisional> | <expired> | Warn: <validità>
+definitive without a date | <sale>;T.DataDocumento=null;arguments=[true,false] | Warn: <validità>
+declaration 0 | <provisional>;T.DataDocumento=null
+    | <declarations> IdDichiarazione=0 WHERE IdDichiarazione=1 | Warn: <validità>
+a supplier's on a sale | <purchase> | <expired> | True
 [corrispettivi]
-a customer's on receipts | <sale> | <expired> | False Warn: <validità>
+a customer's on receipts | <sale> | <expired> | Warn: <validità>
 receipts from the till | T.CodCausale="COC";T.IdDichiarazione=1 | <expired> | True
 [acquisto]
-variation note | T.CodCausale="NCA";T.IdDichiarazione=2 | <usedUp> | True
-no operation | T.CodCausale="ACQ";T.IdDichiarazione=2 | <usedUp> | True
-used up | T.IdDichiarazione=2 | <usedUp> | False Warn: <plafond>
-taxable less tax | T.IdDichiarazione=2;I1.Imposta=100 | <usedUp> | True
-another code | T.IdDichiarazione=2;I1.CodIva="VENT" | <usedUp> | True
-what it used when saved | T.IdDichiarazione=2 | <usedUpBefore> | True
-one ten-thousandth more | T.IdDichiarazione=2;I1.Imponibile="100.0001" | <usedUpBefore>
-    | False Warn: <plafond>
-a provisional one used nothing | T.IdDichiarazione=2;T.IdPrimaNota=101 | <usedUpBefore>
-    | False Warn: <plafond>
-no plafond | T.IdDichiarazione=2
-    | UPDATE STDDichiarazioniIntento SET ImportoPlafond='1000', TipoDichiarazione=1 | True
-no VAT lines | T.IdDichiarazione=2;I1- | Error 3021 in OkAggiorna
-no VAT set | T.IdDichiarazione=2;I! | Error 91 in OkAggiorna
+variation note | T.CodCausale="NCA";<purchase> | <usedUp> | True
+no operation | T.CodCausale="ACQ";<purchase> | <usedUp> | True
+used up | <purchase> | <usedUp> | Warn: <plafond>
+taxable less tax | <purchase>;I1.Imposta=100 | <usedUp> | True
+another code | <purchase>;I1.CodIva="VENT" | <usedUp> | True
+what it used when saved | <purchase> | <usedUpBefore> | True
+one ten-thousandth more | <purchase>;I1.Imponibile="100.0001" | <usedUpBefore> | Warn: <plafond>
+a provisional one used nothing | <purchase>;T.IdPrimaNota=101 | <usedUpBefore> | Warn: <plafond>
+no plafond | <purchase> | <declarations> ImportoPlafond='1000', TipoDichiarazione=1 | True
+no VAT lines | <purchase>;I1- | Error 3021 in itself
+no VAT set | <purchase>;I! | Error 91 in itself
 )");
 }
 
 TEST(OkAggiorna, Totals) {
   RunTable(R"(
-<dayBefore> = T.DataRegistrazione="2011-06-30";T.DataDocumento="2011-06-30";
-    T.DataIva="2011-07-01";T.DataCompetenza="2011-07-01";T.TotDocumentoVB=3600
-<firstDay> = T.DataRegistrazione="2011-07-01";T.DataDocumento="2011-07-01";
-    T.DataIva="2011-07-01";T.DataCompetenza="2011-07-01";T.TotDocumentoVB=3600
+<dayBefore> = T.DataRegistrazione="2011-06-30";T.DataDocumento="2011-06-30";T.DataIva="2011-07-01";
+    T.DataCompetenza="2011-07-01";T.TotDocumentoVB=3600
+<firstDay> = T.DataRegistrazione="2011-07-01";T.DataDocumento="2011-07-01";T.DataIva="2011-07-01";
+    T.DataCompetenza="2011-07-01";T.TotDocumentoVB=3600
 <in2011> = INSERT INTO STDEsercizi VALUES (2011,'2011-01-01','2011-12-31',0,0);
     INSERT INTO COGParametriIva VALUES (2011,0);
     INSERT INTO COGNumerazioniIva (Anno,TipoRegIva,SezionaleIva) VALUES (2011,3,1)
 [corrispettivi]
-first day of the threshold | <firstDay> | <in2011> | False Warn: 10735
+first day of the threshold | <firstDay> | <in2011> | Warn: 10735
 day before | <dayBefore> | <in2011> | True
 just below | T.TotDocumentoVB="3599.9999" | True
 opted out | T.TotDocumentoVB=3600;T.NonConsiderareAncheSeSopraLaSoglia=true | True
 a known customer | T.TotDocumentoVB=3600;T.TipoCliFor=1 | True
-fiscal data come first | T.TotDocumentoVB=3600;F+{} | False Warn: 10727 / 10735
+provisional | T.TotDocumentoVB=3600;T.Provvisoria=true;T.SezionaleIva=5 | True
+fiscal data come first | T.TotDocumentoVB=3600;F+{} | Warn: 10727 / 10735
 negative | T.TotDocumentoVB=-1 | True
 [vendita]
 a sale | T.TotDocumentoVB=3600;T.TipoCliFor=3 | True
@@ -478,33 +490,31 @@ negative without register | T.InSospensione=true;T.TotDocumentoVB=-1 | True
 
 // Another entry on the same object: the messages are its own, the template is kept.
 TEST(OkAggiorna, UsesOneObjectAgain) {
-  const TestCompany file(RuinedPurchase().sql);
-  company::Company company(file.Path().string());
-  CodedSiblings siblings(company.Siblings());
-  Checked ruined(siblings, EntryText("acquisto", RuinedPurchase().changes));
+  OpenedCompany books(RuinedPurchase().sql);
+  Checked ruined(books.siblings, EntryText("acquisto", RuinedPurchase().changes));
   EXPECT_EQ(ruined.Run(), RuinedPurchase().Shown());
   EXPECT_EQ(ruined.Run(), RuinedPurchase().Shown());
-  const Checked other(siblings, EntryText("acquisto", R"(T.CodCausale="NO";R+{};F+{})"));
+  const Checked other(books.siblings, EntryText("acquisto", R"(T.CodCausale="NO";R+{};F+{})"));
   for (std::size_t i = 0; i < other.sets.size(); ++i) {
     (ruined.checker.*other.entry.sets[i].set->assign)(other.sets[i]);
   }
   ruined.checker.RsFiscalitaBL(nullptr);
-  EXPECT_EQ(ruined.Run(), "False Err: 10486 / 10659");
+  EXPECT_EQ(ruined.Run(), "Err: 10486 / 10659");
   ruined.checker.RsRisconti(nullptr);
   ruined.checker.RsCausale(nullptr);
-  EXPECT_EQ(ruined.Run(), "False Err: 10525");
+  EXPECT_EQ(ruined.Run(), "Err: 10525");
 }
 
 TEST(OkAggiorna, HandsRecordSetsBack) {
   RunTable(R"(
 [acquisto]
-walked to the end and back | T.FiscalitaBL=true;F+{};F+{} | False Warn: 10727 @ T 1, I 1, C 1, S 1, F 1
-a plafond leaves the VAT lines | T.IdDichiarazione=2;T.ReverseCharge=true
-    | False Err: 10731 @ T 1, I end, C 1, S 1, F Nothing
+walked to the end and back | T.FiscalitaBL=true;F+{};F+{} | Warn: 10727 @ T 1, I 1, C 1, S 1, F 1
+a plafond leaves the VAT lines | T.IdDichiarazione=2;T.ReverseCharge=true | Err: 10731 @ T 1, I end,
+    C 1, S 1, F Nothing
 an error behind leaves none | T.InSospensione=true;TmpTableScadenze="Tmp"
-    | <missed> CheckChiusuraContenstualeSospensione < OkAggiorna @ C 1, S 1
+    | <missed> CheckChiusuraContenstualeSospensione @ C 1, S 1
 an error leaves the filters | S2.ImportoAvere=null
-    | Error 94 in QuadraScadenzeRiga < QuadraScadenze < OkAggiorna @ I end,
+    | Error 94 in QuadraScadenzeRiga < QuadraScadenze @ I end,
     C 1 where IdCliFor <> 0 and IdCliFor <> Null and TipoCliFor <> 3 and TipoCliFor <> 0,
     S 2 where IdScadenza = 1
 )");
@@ -513,11 +523,9 @@ an error leaves the filters | S2.ImportoAvere=null
 // Two objects share nothing.
 TEST(OkAggiornaThreads, TwoCheckersAtOnce) {
   const auto work = [](const Ruin& ruin) {
-    const TestCompany file(ruin.sql);
-    company::Company company(file.Path().string());
-    CodedSiblings siblings(company.Siblings());
+    OpenedCompany books(ruin.sql);
     for (int i = 0; i < 10; ++i) {
-      EXPECT_EQ(Checked(siblings, EntryText(ruin.kind, ruin.changes)).Run(), ruin.Shown());
+      EXPECT_EQ(Checked(books.siblings, EntryText(ruin.kind, ruin.changes)).Run(), ruin.Shown());
     }
   };
   std::thread first(work, RuinedPurchase());

@@ -4,75 +4,46 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <vector>
 
 #include "server/Conversion.h"
 #include "server/LateBound.h"
-#include "server/modClassIdGenerator.h"
-#include "tests/windows/Doors.h"
-#include "tests/windows/Doubles.h"
+#include "tests/windows/ServerFile.h"
 
 namespace kal::test {
 namespace {
 
-std::wstring InLowerCase(std::wstring text) {
-  CharLowerW(text.data());
-  return text;
-}
-
-// Everything below a key: "key|value", in lower case, to its content.
-void Collect(HKEY root, const std::wstring& key, std::map<std::wstring, std::wstring>& found) {
-  HKEY handle = nullptr;
-  if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ, &handle) != ERROR_SUCCESS) {
-    return;
-  }
-  found[InLowerCase(key)] = L"";
-  std::vector<wchar_t> name(1024);
-  for (DWORD at = 0;; ++at) {
-    std::vector<BYTE> data(4096);
-    auto nameSize = static_cast<DWORD>(name.size());
-    auto size = static_cast<DWORD>(data.size() - 2);
-    if (RegEnumValueW(handle, at, name.data(), &nameSize, nullptr, nullptr, data.data(), &size) !=
-        ERROR_SUCCESS) {
-      break;
+// How many keys there are beside each other in all places where the component has one.
+std::vector<DWORD> KeysOfClasses() {
+  std::vector<DWORD> counts;
+  for (HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+    for (const wchar_t* const place : {L"", L"\\CLSID", L"\\TypeLib", L"\\Interface"}) {
+      HKEY key = nullptr;
+      DWORD count = 0;
+      if (RegOpenKeyExW(root, (std::wstring(L"Software\\Classes") + place).c_str(), 0, KEY_READ,
+                        &key) == ERROR_SUCCESS) {
+        RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr, nullptr);
+        RegCloseKey(key);
+      }
+      counts.push_back(count);
     }
-    found[InLowerCase(key + L"|" + name.data())] = reinterpret_cast<const wchar_t*>(data.data());
   }
-  for (DWORD at = 0;; ++at) {
-    auto nameSize = static_cast<DWORD>(name.size());
-    if (RegEnumKeyExW(handle, at, name.data(), &nameSize, nullptr, nullptr, nullptr, nullptr) !=
-        ERROR_SUCCESS) {
-      break;
-    }
-    Collect(root, key + L"\\" + name.data(), found);
-  }
-  RegCloseKey(handle);
+  return counts;
 }
 
-std::map<std::wstring, std::wstring> Classes() {
-  std::map<std::wstring, std::wstring> found;
-  Collect(HKEY_LOCAL_MACHINE, L"Software\\Classes", found);
-  Collect(HKEY_CURRENT_USER, L"Software\\Classes", found);
-  return found;
-}
-
-// What was added, taken away or changed, one a line.
-std::string Difference(const std::map<std::wstring, std::wstring>& before,
-                       const std::map<std::wstring, std::wstring>& after) {
-  std::wstring shown;
-  for (const auto& [key, value] : before) {
-    shown += after.contains(key) ? L"" : L"- " + key + L"\n";
-  }
-  for (const auto& [key, value] : after) {
-    const auto was = before.find(key);
-    shown += was != before.end() && was->second == value ? L"" : L"+ " + key + L" " + value + L"\n";
-  }
-  return ToUtf8(shown);
+// A value of a class's key; "none" where it is not there.
+std::string Registered(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
+  std::vector<wchar_t> text(1024);
+  auto size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+  const LSTATUS status = RegGetValueW(root, (L"Software\\Classes\\" + key).c_str(), name,
+                                      RRF_RT_REG_SZ, nullptr, text.data(), &size);
+  return status == ERROR_SUCCESS ? ToUtf8(text.data()) : "none";
 }
 
 HRESULT Call(const char* function) {
   using EntryPoint = HRESULT(STDAPICALLTYPE*)();
-  return reinterpret_cast<EntryPoint>(reinterpret_cast<void*>(ServerFunction(function)))();
+  return ServerFunction<EntryPoint>(function)();
 }
 
 std::wstring Braced(const GUID& id) {
@@ -83,51 +54,41 @@ std::wstring Braced(const GUID& id) {
 
 TEST(Registration, IsCompleteAndLeavesNothingBehind) {
   ASSERT_EQ(Call("DllUnregisterServer"), S_OK);
-  const auto before = Classes();
+  const auto before = KeysOfClasses();
   ASSERT_EQ(Call("DllRegisterServer"), S_OK);
   ASSERT_EQ(Call("DllRegisterServer"), S_OK);  // a second time changes nothing
-  const auto during = Classes();
-  const std::wstring classes = L"Software\\Classes\\";
-  const std::wstring classKey = classes + L"CLSID\\" + Braced(kClassId);
-  const std::wstring library = classes + L"TypeLib\\" + Braced(kLibraryId) + L"\\5.5\\0\\" +
+  const std::wstring classKey = L"CLSID\\" + Braced(kClassId);
+  const std::wstring library = L"TypeLib\\" + Braced(kLibraryId) + L"\\5.5\\0\\" +
                                (sizeof(void*) == 8 ? L"win64" : L"win32");
-  const std::wstring interfaceKey = classes + L"Interface\\" + Braced(kInterfaceId);
-  const std::pair<std::wstring, std::wstring> expected[] = {
-      {classKey + L"\\InprocServer32|", ServerPath()},
-      {classKey + L"\\InprocServer32|ThreadingModel", L"Apartment"},
-      {classKey + L"\\ProgID|", kProgId},
-      {classKey + L"\\TypeLib|", Braced(kLibraryId)},
-      {classKey + L"\\Version|", L"5.5"},
-      {classes + kProgId + L"\\CLSID|", Braced(kClassId)},
-      {library + L"|", ServerPath()},
-      {interfaceKey + L"\\TypeLib|", Braced(kLibraryId)},
-  };
-  for (const auto& [key, value] : expected) {
-    const auto found = during.find(InLowerCase(key));
-    ASSERT_NE(found, during.end()) << ToUtf8(key);
-    EXPECT_EQ(InLowerCase(found->second), InLowerCase(value)) << ToUtf8(key);
-  }
+  const std::string path = ToUtf8(ServerPath());
+  HKEY root = HKEY_LOCAL_MACHINE;
+  EXPECT_EQ(Registered(root, classKey + L"\\InprocServer32"), path);
+  EXPECT_EQ(Registered(root, classKey + L"\\InprocServer32", L"ThreadingModel"), "Apartment");
+  EXPECT_EQ(Registered(root, classKey + L"\\ProgID"), ToUtf8(kProgId));
+  EXPECT_EQ(Registered(root, classKey + L"\\TypeLib"), ToUtf8(Braced(kLibraryId)));
+  EXPECT_EQ(Registered(root, classKey + L"\\Version"), "5.5");
+  EXPECT_EQ(Registered(root, kProgId + std::wstring(L"\\CLSID")), ToUtf8(Braced(kClassId)));
+  EXPECT_EQ(Registered(root, library), path);
+  EXPECT_EQ(Registered(root, L"Interface\\" + Braced(kInterfaceId) + L"\\TypeLib"),
+            ToUtf8(Braced(kLibraryId)));
   EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
-  EXPECT_EQ(Difference(before, Classes()), "");
+  EXPECT_EQ(KeysOfClasses(), before);
   EXPECT_EQ(Call("DllUnregisterServer"), S_OK);  // nor does taking back what is not there
 }
 
 // Where the machine's classes are refused: all keys of the class stand with the user.
 TEST(Registration, CanBeOfTheUserAlone) {
-  const auto before = Classes();
+  const auto before = KeysOfClasses();
   ASSERT_EQ(RegisterIn(HKEY_CURRENT_USER, ServerPath()), S_OK);
-  std::map<std::wstring, std::wstring> user;
-  Collect(HKEY_CURRENT_USER, L"Software\\Classes", user);
-  EXPECT_EQ(user[InLowerCase(std::wstring(L"Software\\Classes\\") + kProgId + L"\\CLSID|")],
-            Braced(kClassId));
+  EXPECT_EQ(Registered(HKEY_CURRENT_USER, kProgId + std::wstring(L"\\CLSID")),
+            ToUtf8(Braced(kClassId)));
+  EXPECT_EQ(Registered(HKEY_LOCAL_MACHINE, kProgId + std::wstring(L"\\CLSID")), "none");
   EXPECT_EQ(UnregisterFrom(HKEY_CURRENT_USER), S_OK);
-  EXPECT_EQ(Difference(before, Classes()), "");
+  EXPECT_EQ(KeysOfClasses(), before);
 }
 
 TEST(Server, UnloadsWithItsLastObject) {
-  using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-  const auto get = reinterpret_cast<GetClassObject>(
-      reinterpret_cast<void*>(ServerFunction("DllGetClassObject")));
+  const auto get = ServerFunction<GetClassObjectFunction>("DllGetClassObject");
   EXPECT_EQ(Call("DllCanUnloadNow"), S_OK);
   ComPtr<IClassFactory> classObject;
   void* none = &classObject;
@@ -156,13 +117,9 @@ TEST(Server, UnloadsWithItsLastObject) {
   EXPECT_EQ(checker->QueryInterface(IID_IPersist, &none), E_NOINTERFACE);
   errors = {};
   one = other = {};
-  const auto lock = [] {
-    ComPtr<IClassFactory> again;
-    reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(ServerFunction("DllGetClassObject")))(
-        kClassId, IID_IClassFactory, reinterpret_cast<void**>(again.Put()));
-    again->LockServer(FALSE);
-  };
-  lock();
+  ASSERT_EQ(get(kClassId, IID_IClassFactory, reinterpret_cast<void**>(classObject.Put())), S_OK);
+  classObject->LockServer(FALSE);
+  classObject = {};
   EXPECT_EQ(Call("DllCanUnloadNow"), S_FALSE) << "one object";
   EXPECT_EQ(checker->Release(), 0U);
   EXPECT_EQ(Call("DllCanUnloadNow"), S_OK);
@@ -174,12 +131,12 @@ TEST(Server, IsCreatedByNameAndGoesWithItsLastObject) {
   ASSERT_TRUE(CopyFileW(ServerPath().c_str(), copy.c_str(), FALSE));
   ASSERT_EQ(RegisterIn(HKEY_LOCAL_MACHINE, copy), S_OK);
   {
-    LateBound checker = LateBound::Create(kProgId);
+    LateBound checker = LateBound::Create(ToUtf8(kProgId));
     EXPECT_EQ(checker.Object().Get()->AddRef(), 2U);
     EXPECT_EQ(checker.Object().Get()->Release(), 1U);
     CoFreeUnusedLibrariesEx(0, 0);
     EXPECT_NE(GetModuleHandleW(copy.c_str()), nullptr);
-    EXPECT_TRUE(Identical(checker.Get(L"ErrString"), ""));
+    EXPECT_TRUE(Identical(checker.Get("ErrString"), ""));
   }
   CoFreeUnusedLibrariesEx(0, 0);
   EXPECT_EQ(GetModuleHandleW(copy.c_str()), nullptr);

@@ -8,8 +8,7 @@
 
 #include "cmake/Version.h"
 #include "server/Conversion.h"
-#include "server/modClassIdGenerator.h"
-#include "tests/windows/Doors.h"
+#include "tests/windows/ServerFile.h"
 
 namespace kal::test {
 namespace {

@@ -1,0 +1,139 @@
+#include "checker/KalCOGCheck.h"
+
+#include <utility>
+
+#include "frame/Azienda.h"
+#include "frame/modKalErrorHandling.h"
+#include "modify/Modify.h"
+#include "save/OkAggiorna.h"
+
+namespace kal {
+
+void KalCOGCheck::TmpTableScadenze(std::string_view name) {
+  Trap(registrazione_, "KalCOGCheck.TmpTableScadenze",
+       [&] { registrazione_.TmpTableScadenze = name; });
+}
+
+std::string KalCOGCheck::TmpTableScadenze() const {
+  return Trap(registrazione_, "KalCOGCheck.TmpTableScadenze",
+              [&] { return registrazione_.TmpTableScadenze; });
+}
+
+void KalCOGCheck::IsFromCard(bool value) { registrazione_.IsFromCard = value; }
+
+void KalCOGCheck::IsParcella(bool value) { registrazione_.IsParcella = value; }
+
+std::string KalCOGCheck::IsInfragruppo() const {
+  return Trap(registrazione_, "KalCOGCheck.IsInfragruppo", [&] {
+    const bool gestito = SettingFlag(registrazione_, "GestisciPNInfragruppo");
+    return CStr(gestito && registrazione_.Infragruppo);
+  });
+}
+
+std::string KalCOGCheck::WarnStringModifica() const { return {}; }
+
+std::string KalCOGCheck::WarnString() const {
+  return Trap(registrazione_, "KalCOGCheck.WarnString",
+              [&] { return registrazione_.Rilievi.Text(ResultString::WarnString); });
+}
+
+std::string KalCOGCheck::WarnDuplicatoDocString() const {
+  return Trap(registrazione_, "KalCOGCheck.WarnDuplicatoDocString",
+              [&] { return registrazione_.Rilievi.Text(ResultString::WarnDuplicatoDocString); });
+}
+
+std::string KalCOGCheck::WarnProtocolloString() const {
+  return Trap(registrazione_, "KalCOGCheck.WarnProtocolloString",
+              [&] { return registrazione_.Rilievi.Text(ResultString::WarnProtocolloString); });
+}
+
+std::string KalCOGCheck::WarnInfragruppoString() const {
+  return Trap(registrazione_, "KalCOGCheck.WarnInfragruppoString",
+              [&] { return registrazione_.Rilievi.Text(ResultString::WarnInfragruppoString); });
+}
+
+bool KalCOGCheck::OkCancellaDoc(std::int16_t aTipologiaDoc, std::int32_t aIdDoc) {
+  return kal::OkCancellaDoc(registrazione_, aTipologiaDoc, aIdDoc);
+}
+
+bool KalCOGCheck::OkModificaDoc(std::int16_t aTipologiaDoc, std::int32_t aIdDoc) {
+  return kal::OkModificaDoc(registrazione_, aTipologiaDoc, aIdDoc);
+}
+
+Currency KalCOGCheck::ImportoPlafond() const { return registrazione_.ImportoPlafond; }
+
+bool KalCOGCheck::ChiusuraRateInSospensione() const {
+  return registrazione_.ChiusuraRateInSospensione;
+}
+
+bool KalCOGCheck::RiaperturaRateInSospensione() const {
+  return registrazione_.RiaperturaRateInSospensione;
+}
+
+bool KalCOGCheck::OkModifica() { return kal::OkModifica(registrazione_); }
+
+bool KalCOGCheck::ScadenzeInDistinta() { return kal::ScadenzeInDistinta(registrazione_); }
+
+bool KalCOGCheck::ScadenzeInDistintaIncPag() {
+  return kal::ScadenzeInDistintaIncPag(registrazione_);
+}
+
+bool KalCOGCheck::OkCancella() { return kal::OkCancella(registrazione_); }
+
+bool KalCOGCheck::CheckDuplicatoNrDocRicevuto(const std::string& aNumeroDoc,
+                                              const Variant& aDataDoc, std::int32_t aIdAnagrafica,
+                                              std::int32_t aIdPrimaNota) {
+  return kal::CheckDuplicatoNrDocRicevuto(registrazione_, aNumeroDoc, aDataDoc, aIdAnagrafica,
+                                          aIdPrimaNota);
+}
+
+bool KalCOGCheck::ContabilitaChiusa() { return kal::ContabilitaChiusa(registrazione_); }
+
+void KalCOGCheck::RsCausale(RecordsetRef set) { registrazione_.RsCausale = std::move(set); }
+
+void KalCOGCheck::RsScadenze(RecordsetRef set) { registrazione_.RsScadenze = std::move(set); }
+
+std::string KalCOGCheck::ErrString() const {
+  return Trap(registrazione_, "KalCOGCheck.ErrString",
+              [&] { return registrazione_.Rilievi.Text(ResultString::ErrString); });
+}
+
+void KalCOGCheck::RsTesta(RecordsetRef set) { registrazione_.RsTesta = std::move(set); }
+
+void KalCOGCheck::RsRIva(RecordsetRef set) { registrazione_.RsRIva = std::move(set); }
+
+void KalCOGCheck::RsRCont(RecordsetRef set) { registrazione_.RsRCont = std::move(set); }
+
+bool KalCOGCheck::OkAggiorna(bool aCheckRegIva, bool aCheckDuplicatoDoc) {
+  return kal::OkAggiorna(registrazione_, aCheckRegIva, aCheckDuplicatoDoc);
+}
+
+bool KalCOGCheck::LibroGiornaleStampato(const Variant& aDataReg) {
+  return kal::LibroGiornaleStampato(registrazione_, aDataReg);
+}
+
+bool KalCOGCheck::RegistriIvaStampati(const Variant& aDataReg, std::int16_t aTipoRegIva,
+                                      std::int16_t aSezionale) {
+  return kal::RegistriIvaStampati(registrazione_, aDataReg, aTipoRegIva, aSezionale);
+}
+
+std::int32_t KalCOGCheck::LeggiIdPrimaNota(std::int32_t aIdDoc, std::int16_t aTipoDoc) {
+  return kal::LeggiIdPrimaNota(registrazione_, aIdDoc, aTipoDoc);
+}
+
+void KalCOGCheck::RsRisconti(RecordsetRef set) { registrazione_.RsRisconti = std::move(set); }
+
+void KalCOGCheck::RsFiscalitaBL(RecordsetRef set) { registrazione_.RsFiscalitaBL = std::move(set); }
+
+bool KalCOGCheck::CheckDuplicatoNrDocEmesso(std::int16_t aTipoRegIva, std::int16_t aSezionaleIva,
+                                            const std::string& aNumeroDoc, const Variant& aDataDoc,
+                                            std::int32_t aIdPrimaNota) {
+  return kal::CheckDuplicatoNrDocEmesso(registrazione_, aTipoRegIva, aSezionaleIva, aNumeroDoc,
+                                        aDataDoc, aIdPrimaNota);
+}
+
+std::int32_t KalCOGCheck::GenericFx(std::string_view /*v1*/, const std::shared_ptr<void>& /*v2*/) {
+  return 0;
+}
+
+}  // namespace kal

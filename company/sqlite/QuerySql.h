@@ -1,0 +1,28 @@
+// QuerySql: a selection as SQLite's SQL, its values as numbered parameters.
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "company/sqlite/QueryTexts.h"
+#include "siblings/Selection.h"
+
+namespace kal::company {
+
+struct ResultColumn {
+  std::string name;  // as the table writes it
+  DataType type;
+  std::string source;  // table.column, for error texts
+};
+
+struct RenderedQuery {
+  std::string sql;
+  std::vector<ResultColumn> columns;
+};
+
+// The SQL serves every use of the selection that brings the same name, and a Boolean where this
+// use brings one.
+[[nodiscard]] RenderedQuery RenderQuery(const Query& query, const ColumnsOfTable& tables);
+
+}  // namespace kal::company

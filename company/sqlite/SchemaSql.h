@@ -1,0 +1,24 @@
+// SchemaSql: the schema as SQLite's SQL.
+
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "company/Schema.h"
+
+namespace kal::company {
+
+// What marks a file as a company.
+inline constexpr std::int32_t kApplicationId = 0x4B434F47;  // "KCOG"
+
+// The statements that make an empty company: tables and indexes.
+[[nodiscard]] std::string SchemaSql();
+
+// The type that a column was declared with in the schema, for columns of tables that are not part
+// of it; a text type for a declaration that the schema never uses.
+[[nodiscard]] DataType TypeOfDeclaration(std::string_view declaration);
+[[nodiscard]] std::string_view DeclarationOfType(DataType type);
+
+}  // namespace kal::company

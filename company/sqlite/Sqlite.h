@@ -1,0 +1,155 @@
+// Sqlite: connections and statements of SQLite's C interface, closed when they go out of scope.
+//
+// Failures name the file.
+
+#pragma once
+
+#include <sqlite3.h>
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "company/Engine.h"
+#include "platform/Recordset.h"
+#include "platform/Variant.h"
+
+namespace kal::company {
+
+// Spares SQLite its account of the memory that it holds, for which all threads wait on each other.
+void SpareSqliteMemoryAccounts();
+
+// A connection for one thread.
+class Sqlite {
+ public:
+  enum class Access : std::uint8_t { Read, Create };
+  // How long to wait for another program's lock.
+  static constexpr int kBusyMilliseconds = 5000;
+
+  Sqlite(std::string path, Access access, int busyMilliseconds = kBusyMilliseconds);
+
+  [[nodiscard]] const std::string& Path() const { return path_; }
+  [[nodiscard]] sqlite3* Handle() const { return handle_.get(); }
+  // Runs any number of statements that answer nothing.
+  void Execute(const std::string& sql);
+  // What was run and prepared on this connection; statements count themselves.
+  [[nodiscard]] Counters& Counted() const { return counted_; }
+  // Raises the connection's latest failure.
+  [[noreturn]] void Fail() const;
+
+ private:
+  struct Close {
+    void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+  };
+
+  std::string path_;
+  std::unique_ptr<sqlite3, Close> handle_;
+  mutable Counters counted_;
+};
+
+// "" where it is Null or there is no memory.
+inline std::string_view TextOf(sqlite3_value* value) {
+  const void* text = sqlite3_value_text(value);
+  const int size = sqlite3_value_bytes(value);
+  return text == nullptr
+             ? std::string_view()
+             : std::string_view(static_cast<const char*>(text), static_cast<std::size_t>(size));
+}
+
+// A prepared statement; it must not outlive its connection.
+class SqliteStatement {
+ public:
+  SqliteStatement(const Sqlite& connection, std::string_view sql);
+
+  // Parameters and columns are counted as SQLite does, from 1 and from 0. A text is not copied: the
+  // caller keeps the value until Reset.
+  void Bind(int parameter, const Variant& value);
+  void Bind(int parameter, const Variant&& value) = delete;
+  // Whether there is another row.
+  bool Step();
+  void Reset() noexcept;
+
+  [[nodiscard]] int ColumnCount() const { return sqlite3_column_count(handle_.get()); }
+  [[nodiscard]] std::string ColumnName(int column) const;
+  [[nodiscard]] std::string ColumnDeclaration(int column) const;
+  // The value in the current row as that type, in whatever way it is stored. Raises 13 when it is
+  // of another kind and 6 when it is out of the type's range; the source says whose value it is.
+  [[nodiscard]] Variant Value(int column, DataType type, std::string_view source) const;
+  // Whether the stored value can be seen to be that one without reading it; False says nothing.
+  [[nodiscard]] bool SeenAs(int column, const Variant& value) const;
+  void CountRun() const { ++connection_->Counted().queries; }
+  [[nodiscard]] std::int64_t Number(int column) const {
+    return sqlite3_column_int64(handle_.get(), column);
+  }
+
+ private:
+  struct Finalize {
+    void operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
+  };
+
+  void BindText(int parameter, std::string_view text, bool copied);
+
+  const Sqlite* connection_;
+  std::unique_ptr<sqlite3_stmt, Finalize> handle_;
+};
+
+// Whether the value is what a column stores as that number.
+inline bool IsWhole(const Variant& value, std::int64_t number) {
+  switch (value.VarType()) {
+    case Variant::Type::SmallInt:
+      return *value.As<std::int16_t>() == number;
+    case Variant::Type::Integer:
+      return *value.As<std::int32_t>() == number;
+    case Variant::Type::Boolean:
+      return (*value.As<bool>() ? 1 : 0) == number;
+    default:
+      return false;
+  }
+}
+
+inline bool SqliteStatement::SeenAs(int column, const Variant& value) const {
+  sqlite3_value* const stored = sqlite3_column_value(handle_.get(), column);
+  switch (sqlite3_value_type(stored)) {
+    case SQLITE_NULL:
+      return value.IsNull();
+    case SQLITE_INTEGER:
+      return IsWhole(value, sqlite3_value_int64(stored));
+    case SQLITE_FLOAT: {
+      const auto* number = value.As<double>();
+      return number != nullptr && std::bit_cast<std::uint64_t>(*number) ==
+                                      std::bit_cast<std::uint64_t>(sqlite3_value_double(stored));
+    }
+    case SQLITE_TEXT: {
+      const auto text = value.AsText();
+      return text && *text == TextOf(stored);
+    }
+    default:
+      return false;
+  }
+}
+
+// One use of a statement, which is ready for the next one afterwards.
+class StatementUse {
+ public:
+  enum class Counts : std::uint8_t { AsQuery, NotAtAll };
+
+  explicit StatementUse(SqliteStatement& statement, Counts counts = Counts::AsQuery)
+      : statement_(statement) {
+    if (counts == Counts::AsQuery) {
+      statement_.CountRun();
+    }
+  }
+  StatementUse(const StatementUse&) = delete;
+  StatementUse& operator=(const StatementUse&) = delete;
+  ~StatementUse() { statement_.Reset(); }
+
+  SqliteStatement* operator->() const { return &statement_; }
+
+ private:
+  SqliteStatement& statement_;
+};
+
+}  // namespace kal::company

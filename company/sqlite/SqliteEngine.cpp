@@ -1,0 +1,399 @@
+#include "company/sqlite/SqliteEngine.h"
+
+#include <filesystem>
+#include <span>
+#include <utility>
+
+#include "company/DataError.h"
+#include "company/Schema.h"
+#include "company/sqlite/SchemaSql.h"
+#include "platform/LetterCase.h"
+
+namespace kal::company {
+namespace {
+
+// Temporary tables live in a database of their own, in memory: a change of SQLite's own "temp"
+// would make it prepare every statement of the connection anew.
+constexpr std::string_view kTemporary = "temporary";
+
+// All kept answers are forgotten when they come to more rows than these.
+constexpr std::size_t kKeptRows = 20000;
+
+std::string ExistingFile(const std::string& path) {
+  std::error_code ignored;
+  const auto status = std::filesystem::status(
+      std::filesystem::path(std::u8string(path.begin(), path.end())), ignored);
+  if (status.type() == std::filesystem::file_type::not_found) {
+    RaiseDataError(kDatabaseFailed, "There is no file " + path);
+  }
+  if (status.type() == std::filesystem::file_type::directory) {
+    RaiseDataError(kDatabaseFailed, path + " is a folder");
+  }
+  return path;
+}
+
+std::vector<Column> ColumnsOfRows(const std::vector<ResultColumn>& columns) {
+  std::vector<Column> ofRows;
+  ofRows.reserve(columns.size());
+  for (const ResultColumn& column : columns) {
+    ofRows.push_back({column.name, column.type});
+  }
+  return ofRows;
+}
+
+void BindValues(StatementUse& use, std::span<const Variant> values) {
+  int parameter = 0;
+  for (const Variant& value : values) {
+    use->Bind(++parameter, value);
+  }
+}
+
+template <class Number>
+void AppendNumber(std::string& key, Number number) {
+  key.append(reinterpret_cast<const char*>(&number), sizeof number);
+}
+
+// Its size goes in front: no two texts can pass for one.
+void AppendText(std::string& key, std::string_view text) {
+  AppendNumber(key, text.size());
+  key += text;
+}
+
+// Writes a key that two values share exactly when they are identical.
+void AppendValue(std::string& key, const Variant& value) {
+  AppendNumber(key, value.VarType());
+  switch (value.VarType()) {
+    case Variant::Type::Boolean:
+      return AppendNumber(key, *value.As<bool>());
+    case Variant::Type::SmallInt:
+      return AppendNumber(key, *value.As<std::int16_t>());
+    case Variant::Type::Integer:
+      return AppendNumber(key, *value.As<std::int32_t>());
+    case Variant::Type::Single:
+      return AppendNumber(key, *value.As<float>());
+    case Variant::Type::Double:
+      return AppendNumber(key, *value.As<double>());
+    case Variant::Type::Date:
+      return AppendNumber(key, value.As<Date>()->Serial());
+    case Variant::Type::Text:
+      return AppendText(key, *value.AsText());
+    case Variant::Type::Empty:
+    case Variant::Type::NullValue:
+      return;
+    default:  // rarely asked for, and exact as a text
+      AppendText(key, CStr(value));
+  }
+}
+
+// Whether the statement's current row is that row.
+bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, const RowTable& table,
+           std::size_t row) {
+  for (std::size_t place = 0; place < columns.size(); ++place) {
+    const Variant& cell = table.Cell(row, place);
+    const int at = static_cast<int>(place);
+    if (!use->SeenAs(at, cell) &&
+        !Identical(use->Value(at, columns[place].type, columns[place].source), cell)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendered)
+    : statement(connection, rendered.sql),
+      columns(std::move(rendered.columns)),
+      layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
+      none(std::make_shared<RowTable>(layout)) {}
+
+SqliteEngine::SqliteEngine(const std::string& path, int busyMilliseconds)
+    : connection_(ExistingFile(path), Sqlite::Access::Read, busyMilliseconds),
+      begin_(connection_, "BEGIN"),
+      end_(connection_, "COMMIT"),
+      version_(connection_, "PRAGMA data_version") {
+  connection_.Execute("PRAGMA temp_store = MEMORY; ATTACH 'file:?mode=memory' AS " +
+                      std::string(kTemporary));
+  RequireCompany();
+}
+
+void SqliteEngine::RequireCompany() {
+  SqliteStatement mark(connection_, "PRAGMA application_id");
+  mark.Step();
+  if (mark.Number(0) != kApplicationId && !HasTable("COGPrimeNoteTeste")) {
+    RaiseDataError(kDatabaseFailed, connection_.Path() + " is no company of this program");
+  }
+  SqliteStatement layout(connection_, "PRAGMA user_version");
+  layout.Step();
+  if (mark.Number(0) == kApplicationId && layout.Number(0) > kLayoutVersion) {
+    RaiseDataError(kDatabaseFailed,
+                   connection_.Path() + " was made by a later version of this program");
+  }
+}
+
+SqliteStatement& SqliteEngine::Constant(std::string_view sql) {
+  auto found = constants_.find(sql);
+  if (found == constants_.end()) {
+    found = constants_.emplace(std::string(sql), SqliteStatement(connection_, sql)).first;
+  }
+  return found->second;
+}
+
+std::int64_t SqliteEngine::FileVersion() {
+  if (versionOfReading_) {
+    return *versionOfReading_;
+  }
+  StatementUse version(version_, StatementUse::Counts::NotAtAll);
+  version->Step();
+  return version->Number(0);
+}
+
+std::vector<TableColumn> SqliteEngine::ColumnsOf(std::string_view table) {
+  if (!HasTable(table)) {
+    RaiseDataError(kNoSuchTable,
+                   "There is no table '" + std::string(table) + "' in " + connection_.Path());
+  }
+  const SqliteStatement all(connection_, "SELECT * FROM " + QuoteName(table));
+  const SchemaTable* known = FindTable(table);
+  std::vector<TableColumn> columns;
+  for (int i = 0; i < all.ColumnCount(); ++i) {
+    TableColumn column{all.ColumnName(i), TypeOfDeclaration(all.ColumnDeclaration(i))};
+    for (const SchemaColumn& own :
+         known == nullptr ? std::span<const SchemaColumn>() : known->columns) {
+      if (SameName(own.name, column.name)) {
+        column.type = own.type;
+      }
+    }
+    columns.push_back(std::move(column));
+  }
+  return columns;
+}
+
+SqliteEngine::Prepared SqliteEngine::Prepare(const Query& query) {
+  bool ofTheFile = true;
+  bool keepsAnswers = true;
+  Prepared prepared(connection_, RenderQuery(query, [&](std::string_view table) {
+                      const SchemaTable* known = FindTable(table);
+                      ofTheFile = ofTheFile && known != nullptr;
+                      keepsAnswers = keepsAnswers && known != nullptr && !known->growsWithEntries;
+                      return ColumnsOf(table);
+                    }));
+  prepared.ofTheFile = ofTheFile;
+  prepared.keepsAnswers = keepsAnswers;
+  return prepared;
+}
+
+std::size_t SqliteEngine::UseHash::operator()(const UseView& use) const {
+  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
+  const std::size_t named = use.name.empty() ? 0 : std::hash<std::string_view>()(use.name);
+  return (std::hash<const void*>()(use.selection) ^ named) + use.values * kSpread;
+}
+
+SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
+  UseView use{&query.What(), 1, query.Name()};
+  for (const Variant& value : query.Values()) {
+    use.values = use.values * 2 + (value.VarType() == Variant::Type::Boolean ? 1 : 0);
+  }
+  auto found = selections_.find(use);
+  if (found == selections_.end()) {
+    Prepared prepared = Prepare(query);
+    found = selections_
+                .emplace(Use{use.selection, use.values, std::string(use.name)}, std::move(prepared))
+                .first;
+  }
+  return found->second;
+}
+
+std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Query& query,
+                                                  const std::shared_ptr<const RowTable>& before) {
+  StatementUse use(prepared.statement);
+  BindValues(use, query.Values());
+  bool another = use->Step();
+  std::size_t same = 0;
+  while (another && before != nullptr && same < before->RowCount() &&
+         IsRow(use, prepared.columns, *before, same)) {
+    ++same;
+    another = use->Step();
+  }
+  if (!another && before != nullptr && same == before->RowCount()) {
+    return before;
+  }
+  if (!another && same == 0) {
+    return prepared.none;
+  }
+  const auto rows = std::make_shared<RowTable>(prepared.layout);
+  rows->Reserve(prepared.rows);
+  for (std::size_t row = 0; row < same; ++row) {
+    rows->AddRowOf([&](std::size_t place) { return before->Cell(row, place); });
+  }
+  for (; another; another = use->Step()) {
+    rows->AddRowOf([&](std::size_t place) {
+      const ResultColumn& column = prepared.columns[place];
+      return use->Value(static_cast<int>(place), column.type, column.source);
+    });
+  }
+  prepared.rows = rows->RowCount();
+  return rows;
+}
+
+// The version is asked for first: a change that comes after it is then seen the next time.
+std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
+  constexpr std::size_t kMostValues = 63;  // one bit for each, and one in front
+  if (!query.IsConstant() || query.Values().size() > kMostValues) {
+    Prepared once = Prepare(query);
+    return Run(once, query);
+  }
+  Prepared& prepared = PreparedBefore(query);
+  if (!prepared.keepsAnswers) {
+    return Run(prepared, query);
+  }
+  const std::int64_t version = FileVersion();
+  if (keptRows_ > kKeptRows) {
+    ForgetAnswers();
+  }
+  key_.clear();
+  for (const Variant& value : query.Values()) {
+    AppendValue(key_, value);
+  }
+  auto found = prepared.answers.find(key_);
+  if (found == prepared.answers.end()) {
+    found = prepared.answers.emplace(key_, Kept()).first;
+    ++keptRows_;
+  }
+  Kept& kept = found->second;
+  if (kept.rows == nullptr || kept.version != version) {
+    std::shared_ptr<const RowTable> rows = Run(prepared, query, kept.rows);
+    keptRows_ += rows->RowCount() - (kept.rows == nullptr ? 0 : kept.rows->RowCount());
+    kept = {std::move(rows), version};
+  }
+  return kept.rows;
+}
+
+// Walks the index of protocols down from the highest; Null comes last.
+Variant SqliteEngine::HighestProtocol(const Variant& year, const Variant& registerType,
+                                      const Variant& section) {
+  StatementUse highest(
+      Constant("SELECT Protocollo FROM COGPrimeNoteTeste "
+               "WHERE CAST(substr(DataRegistrazione, 1, 4) AS INTEGER) = ? AND TipoRegIva = ? "
+               "AND SezionaleIva = ? AND ifnull(Provvisoria, 0) = 0 "
+               "ORDER BY Protocollo DESC LIMIT 1"));
+  highest->Bind(1, year);
+  highest->Bind(2, registerType);
+  highest->Bind(3, section);
+  return highest->Step() ? highest->Value(0, DataType::Integer, "COGPrimeNoteTeste.Protocollo")
+                         : Null;
+}
+
+std::int32_t SqliteEngine::Closings(const Variant& entry) {
+  StatementUse count(
+      Constant("SELECT count(DISTINCT Chiusura.rowid) FROM COGPrimeNoteRCont AS Riga "
+               "JOIN COGScadenze AS Apertura ON Apertura.IdScadenza = Riga.IdScadenza "
+               "JOIN COGScadenze AS Chiusura ON Chiusura.LinkApertura = Apertura.IdScadenza "
+               "AND Chiusura.RataApertura = Apertura.NrRata "
+               "WHERE Riga.IdPrimaNota = ? AND Apertura.TipoRata = 0 AND Chiusura.TipoRata = 1"));
+  count->Bind(1, entry);
+  count->Step();
+  return CLng(count->Value(0, DataType::Integer, "COGNroChiusurePrimaNota"));
+}
+
+void SqliteEngine::ForgetAnswers() {
+  for (auto& [use, prepared] : selections_) {
+    prepared.answers.clear();
+  }
+  keptRows_ = 0;
+}
+
+void SqliteEngine::Record(std::vector<std::string>* target) {
+  const auto add = [](unsigned /*event*/, void* context, void* statement, void* /*text*/) {
+    char* sql = sqlite3_expanded_sql(static_cast<sqlite3_stmt*>(statement));
+    if (sql != nullptr && std::string_view(sql).starts_with("SELECT")) {
+      static_cast<std::vector<std::string>*>(context)->emplace_back(sql);
+    }
+    sqlite3_free(sql);
+    return 0;
+  };
+  sqlite3_trace_v2(connection_.Handle(), target == nullptr ? 0U : unsigned{SQLITE_TRACE_STMT}, add,
+                   target);
+}
+
+void SqliteEngine::BeginReading() {
+  StatementUse(begin_, StatementUse::Counts::NotAtAll)->Step();
+  try {
+    // BEGIN alone waits for the first question before it fixes the state.
+    versionOfReading_ = FileVersion();
+  } catch (...) {
+    EndReading();
+    throw;
+  }
+  ++connection_.Counted().transactions;
+}
+
+void SqliteEngine::EndReading() noexcept {
+  versionOfReading_.reset();
+  try {
+    StatementUse(end_, StatementUse::Counts::NotAtAll)->Step();
+  } catch (...) {
+    sqlite3_exec(connection_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+}
+
+bool SqliteEngine::HasTable(std::string_view name) {
+  const Variant wanted(name);
+  StatementUse search(
+      Constant("SELECT 1 FROM (SELECT type, name FROM main.sqlite_master UNION ALL "
+               "SELECT type, name FROM temporary.sqlite_master) "
+               "WHERE type IN ('table', 'view') AND name = ? COLLATE NOCASE"));
+  search->Bind(1, wanted);
+  return search->Step();
+}
+
+void SqliteEngine::MakeTemporaryTable(const std::string& name, const RowTable& rows) {
+  if (HasTable(name)) {
+    RaiseDataError(kBadCommand, "There is a table '" + name + "' already");
+  }
+  connection_.Execute("SAVEPOINT making");
+  try {
+    FillTemporaryTable(name, rows);
+    connection_.Execute("RELEASE making");
+  } catch (...) {
+    sqlite3_exec(connection_.Handle(), "ROLLBACK TO making; RELEASE making", nullptr, nullptr,
+                 nullptr);
+    throw;
+  }
+}
+
+void SqliteEngine::FillTemporaryTable(const std::string& name, const RowTable& rows) {
+  std::string columns;
+  std::string parameters;
+  for (const Column& column : rows.Columns()) {
+    columns += columns.empty() ? "" : ", ";
+    columns.append(QuoteName(column.name)).append(" ").append(DeclarationOfType(column.type));
+    parameters += parameters.empty() ? "?" : ", ?";
+  }
+  const std::string table = std::string(kTemporary) + "." + QuoteName(name);
+  connection_.Execute("CREATE TABLE " + table + " (" + columns + ")");
+  SqliteStatement insert(connection_, "INSERT INTO " + table + " VALUES (" + parameters + ")");
+  for (std::size_t row = 0; row < rows.RowCount(); ++row) {
+    const StatementUse use(insert);
+    for (std::size_t column = 0; column < rows.Columns().size(); ++column) {
+      use->Bind(static_cast<int>(column) + 1, rows.Cell(row, column));
+    }
+    use->Step();
+  }
+}
+
+void SqliteEngine::DropTemporaryTable(const std::string& name) noexcept {
+  try {
+    ForgetTemporarySelections();
+    connection_.Execute("DROP TABLE " + std::string(kTemporary) + "." + QuoteName(name));
+  } catch (...) {
+    // It ends with the connection; nobody is left who could act on the failure.
+  }
+}
+
+// The next table of that name may have other columns.
+void SqliteEngine::ForgetTemporarySelections() {
+  std::erase_if(selections_, [](const auto& entry) { return !entry.second.ofTheFile; });
+}
+
+}  // namespace kal::company

@@ -1,0 +1,128 @@
+// SqliteEngine: a company in an SQLite file.
+//
+// A constant selection is prepared once and known again by its address, its name and which of its
+// values are Booleans; any other is prepared for its one use. Kept as well, decoded, are the
+// answers of constant selections from tables that change rarely (settings, templates, accounts, VAT
+// codes): every entry asks them the same questions, and the table of VAT codes, which is read
+// whole, costs more than all other questions together. They hold as long as the file does not
+// change. Then each is asked for again, and what was kept stays where the file still says the same:
+// most changes are entries, and comparing costs less than decoding anew. What the books answer is
+// never kept.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "company/Engine.h"
+#include "company/sqlite/QuerySql.h"
+#include "company/sqlite/Sqlite.h"
+
+namespace kal::company {
+
+class SqliteEngine final : public Engine {
+ public:
+  // Raises an error when the file is missing, can't be read or is no company.
+  explicit SqliteEngine(const std::string& path, int busyMilliseconds = Sqlite::kBusyMilliseconds);
+
+  [[nodiscard]] std::shared_ptr<const RowTable> Rows(const Query& query) override;
+  [[nodiscard]] Variant HighestProtocol(const Variant& year, const Variant& registerType,
+                                        const Variant& section) override;
+  [[nodiscard]] std::int32_t Closings(const Variant& entry) override;
+  void BeginReading() override;
+  void EndReading() noexcept override;
+  [[nodiscard]] bool HasTable(std::string_view name) override;
+  void MakeTemporaryTable(const std::string& name, const RowTable& rows) override;
+  void DropTemporaryTable(const std::string& name) noexcept override;
+  [[nodiscard]] const Counters& Counted() const override { return connection_.Counted(); }
+  void Record(std::vector<std::string>* target) override;
+
+ private:
+  // What a constant selection's statement is found by.
+  struct UseView {
+    const Selection* selection;
+    std::uint64_t values;  // one bit for each value, set for a Boolean, behind a set one
+    std::string_view name;
+  };
+  struct Use {
+    const Selection* selection;
+    std::uint64_t values;
+    std::string name;
+
+    operator UseView() const { return {selection, values, name}; }  // NOLINT: a view of it
+  };
+  struct UseHash {
+    using is_transparent = void;
+    std::size_t operator()(const UseView& use) const;
+  };
+  struct SameUse {
+    using is_transparent = void;
+    bool operator()(const UseView& left, const UseView& right) const {
+      return left.selection == right.selection && left.values == right.values &&
+             left.name == right.name;
+    }
+  };
+
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+      return std::hash<std::string_view>()(text);
+    }
+  };
+  template <class Value>
+  using ByText = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
+
+  // An answer, and the version of the file that gave it.
+  struct Kept {
+    std::shared_ptr<const RowTable> rows;  // nothing before the first answer
+    std::int64_t version = 0;
+  };
+
+  // A selection, ready to run.
+  struct Prepared {
+    Prepared(const Sqlite& connection, RenderedQuery rendered);
+
+    SqliteStatement statement;
+    std::vector<ResultColumn> columns;
+    std::shared_ptr<const RowLayout> layout;
+    std::shared_ptr<const RowTable> none;  // what a selection without rows answers
+    bool keepsAnswers = false;
+    bool ofTheFile = true;  // reads tables of the company alone
+    std::size_t rows = 0;   // of the last answer: the next one has hardly more
+    ByText<Kept> answers;   // by the values asked with
+  };
+
+  void RequireCompany();
+  [[nodiscard]] std::int64_t FileVersion();
+  // A statement of this program's own, prepared at its first use. The text is the key: it must be
+  // a constant.
+  [[nodiscard]] SqliteStatement& Constant(std::string_view sql);
+  [[nodiscard]] Prepared Prepare(const Query& query);
+  [[nodiscard]] Prepared& PreparedBefore(const Query& query);
+  [[nodiscard]] std::vector<TableColumn> ColumnsOf(std::string_view table);
+  // The table given from before is the answer when it still is what the file says.
+  [[nodiscard]] std::shared_ptr<const RowTable> Run(
+      Prepared& prepared, const Query& query, const std::shared_ptr<const RowTable>& before = {});
+  void ForgetAnswers();
+  void FillTemporaryTable(const std::string& name, const RowTable& rows);
+  void ForgetTemporarySelections();
+
+  Sqlite connection_;  // before all statements
+  SqliteStatement begin_;
+  SqliteStatement end_;
+  SqliteStatement version_;
+  std::unordered_map<Use, Prepared, UseHash, SameUse> selections_;
+  ByText<SqliteStatement> constants_;
+  std::optional<std::int64_t> versionOfReading_;
+  std::size_t keptRows_ = 0;
+  std::string key_;  // of what is being looked up; kept for its memory
+};
+
+}  // namespace kal::company
