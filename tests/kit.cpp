@@ -195,7 +195,9 @@ ScratchPath::ScratchPath() {
 
 ScratchPath::~ScratchPath() {
   std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  for (const char* of : {"", "-wal", "-shm"}) {  // what SQLite leaves beside it
+    std::filesystem::remove_all(path_.string() + of, ignored);
+  }
 }
 
 TestCompany::TestCompany(std::string_view sql) {

@@ -399,6 +399,9 @@ no parameters: the lock is not asked | T.DataIva="2025-03-15"
     | INSERT INTO COGBlocchiPeriodo VALUES ('2024-03-15','2025-03-15') | Err: 10519(2025)
 printed registers | <reverse>;T.DataPlafond="2024-03-01" | <printed> | Err: 10487 / 10588(9) / 10516
 not asked for | <reverse>;T.DataPlafond="2024-03-01";arguments=[false,true] | <printed> | True
+nothing of a provisional one | T.Provvisoria=true;T.SezionaleIva=5;T.DataPlafond="2024-03-01"
+    | <locked>;<printed>,(1,5,1,1);UPDATE COGBollati SET GiorContStampato=1;
+    UPDATE STDEsercizi SET ContabilitaChiusa=1 | True
 section of another activity | T.Intra=true;T.CodAttivita="A1" | <activities> | Err: 10753
 of the same activity | T.Intra=true;T.CodAttivita="A9" | <activities> | True
 section of its own | T.Intra=true;T.SezionaleIva=2;T.CodAttivita="A9" | <activities> | Err: 10753
@@ -412,6 +415,7 @@ next number too large | T.Intra=true | <saved> | Warn: 10738(dell'autofattura)
 linked number: no next one | T.Intra=true;T.IdLink=302 | <saved> | True
 not for an entry that is no self-invoice | T.IdLink=300 | <saved> | True
 not twice | T.Intra=true;T.NoIntraBis=true | <saved> | True
+not twice, linked number | T.Intra=true;T.NoIntraBis=true;T.IdLink=300 | <saved> | True
 twice in reverse charge | T.Intra=true;T.NoIntraBis=true;<reverse> | <saved>
     | Warn: 10738(dell'autofattura)
 [giroconto]
