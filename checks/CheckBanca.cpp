@@ -45,7 +45,7 @@ bool CheckDateScadenza(Registrazione& aRegistrazione) {
     if (rsScadenze->RecordCount() == 0) {
       return ok;
     }
-    const Field& dataScadenza = rsScadenze->Fields("DataScadenza");
+    Campo dataScadenza(rsScadenze, "DataScadenza");
     for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {
       if (!IsDate(dataScadenza.Value())) {
         rsScadenze->MoveLast();

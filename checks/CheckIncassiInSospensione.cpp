@@ -55,8 +55,9 @@ void CheckIncassiInSospensione(Registrazione& aRegistrazione) {
     if (rsScadenze->RecordCount() == 0) {
       return;
     }
+    Campo tipoRata(rsScadenze, "TipoRata");
     for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {
-      if (!(GetField(rsScadenze, "TipoRata") == kRataChiusura)) {
+      if (!(GetField(tipoRata) == kRataChiusura)) {
         continue;
       }
       const RecordsetRef apertura = AperturaInSospensione(aRegistrazione);

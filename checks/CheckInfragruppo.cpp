@@ -53,10 +53,13 @@ void CheckInfragruppo(Registrazione& aRegistrazione) {
     if (RecordsetIsEmpty(rsRCont)) {
       return;
     }
+    Campo campoTipo(rsRCont, "TipoCliFor");
+    Campo campoConto(rsRCont, "CodConto");
+    Campo campoCliFor(rsRCont, "IdCliFor");
     for (rsRCont->MoveFirst(); !rsRCont->Eof() && !infragruppo; rsRCont->MoveNext()) {
-      const std::int16_t tipoCliFor = CInt(GetField(rsRCont, "TipoCliFor"));
-      const std::string codConto = CStr(GetField(rsRCont, "CodConto"));
-      const std::int32_t idCliFor = CLng(GetField(rsRCont, "IdCliFor"));
+      const std::int16_t tipoCliFor = CInt(GetField(campoTipo));
+      const std::string codConto = CStr(GetField(campoConto));
+      const std::int32_t idCliFor = CLng(GetField(campoCliFor));
       infragruppo = ContoInfragruppo(aRegistrazione, tipoCliFor, codConto, idCliFor);
     }
     if (infragruppo) {

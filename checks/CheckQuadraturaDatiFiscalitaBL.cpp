@@ -75,8 +75,8 @@ bool CheckQuadraturaDatiFiscalitaBL(Registrazione& aRegistrazione) {
     totali.Compute();
     const Variant imponibile = Somma(totali, colonne.imponibili);
     const Variant imposta = Somma(totali, colonne.imposte);
-    const bool diversi = rsTesta->Fields("TotImponibileVB").Value() != imponibile ||
-                         rsTesta->Fields("TotImpostaVB").Value() != imposta;
+    const bool diversi = RawField(rsTesta, "TotImponibileVB") != imponibile ||
+                         RawField(rsTesta, "TotImpostaVB") != imposta;
     rsFiscalitaBL->MoveFirst();
     return !diversi;
   });

@@ -1,7 +1,6 @@
 // ControllaCongruenzaDate: the competence date lies in a known fiscal year, an adjustment stands
 // on its period's date, and the document is neither later than its registration nor, on sales,
 // of another month. Only month numbers are compared, so the same month of another year passes.
-// Dates are calendar days here, whatever time of day a host's record set gives them.
 //
 // TestEsercizioCompetenza: opening entries are dated on the first day of their fiscal year and
 // closing entries on the last; the year is not closed. An opening or closing entry on its day may
@@ -37,19 +36,13 @@ constexpr Selection kLiquidazione = Selection()
                                         .WhereEqual("Anno")
                                         .WhereEqual("Periodo");
 
-// An empty date stays as it is.
-Variant SoloGiorno(const Variant& data) {
-  const auto* date = data.As<Date>();
-  return date == nullptr ? data : *Date::FromYmd(date->Year(), date->Month(), date->Day());
-}
-
 }  // namespace
 
 void ControllaCongruenzaDate(Registrazione& aRegistrazione) {
   const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
-  const Variant dataReg = SoloGiorno(GetField(rsTesta, "DataRegistrazione"));
-  const Variant dataDoc = SoloGiorno(GetField(rsTesta, "DataDocumento"));
-  const Variant dataCompetenza = SoloGiorno(GetField(rsTesta, "DataCompetenza"));
+  const Variant dataReg = GetField(rsTesta, "DataRegistrazione");
+  const Variant dataDoc = GetField(rsTesta, "DataDocumento");
+  const Variant dataCompetenza = GetField(rsTesta, "DataCompetenza");
   Trap(aRegistrazione, "KalCOGCheck.ControllaCongruenzaDate", [&] {
     if (RecordsetIsEmpty(Open<kEsercizio>(aRegistrazione, dataCompetenza, dataCompetenza))) {
       AddMessage(aRegistrazione, ErrString, MessageCode::EsercizioCompetenzaInesistente);
@@ -58,7 +51,7 @@ void ControllaCongruenzaDate(Registrazione& aRegistrazione) {
       const Variant dataPeriodo =
           VatCodes(aRegistrazione.Siblings)
               .PeriodReferenceDate(Month(dataCompetenza), Year(dataCompetenza));
-      if (SoloGiorno(dataPeriodo) != dataCompetenza) {
+      if (dataPeriodo != dataCompetenza) {
         AddMessage(aRegistrazione, ErrString, MessageCode::RettificaFuoriPeriodo);
       }
     }
@@ -75,7 +68,7 @@ void ControllaCongruenzaDate(Registrazione& aRegistrazione) {
 }
 
 void TestEsercizioCompetenza(Registrazione& aRegistrazione) {
-  const Variant dataCompetenza = SoloGiorno(GetField(aRegistrazione.RsTesta, "DataCompetenza"));
+  const Variant dataCompetenza = GetField(aRegistrazione.RsTesta, "DataCompetenza");
   Trap(aRegistrazione, "KalCOGCheck.TestEsercizioCompetenza", [&] {
     const std::int16_t tipoMovimento = aRegistrazione.Corsa.TipoMovimentoEsercizio;
     CompanySettings esercizio(aRegistrazione.Siblings);
@@ -83,13 +76,13 @@ void TestEsercizioCompetenza(Registrazione& aRegistrazione) {
       return;
     }
     if (tipoMovimento == kMovimentoApertura) {
-      if (SoloGiorno(esercizio.FiscalYearField("DataInizio")) == dataCompetenza) {
+      if (esercizio.FiscalYearField("DataInizio") == dataCompetenza) {
         return;
       }
       AddMessage(aRegistrazione, ErrString, MessageCode::AperturaNonInizioEsercizio);
     }
     if (tipoMovimento == kMovimentoChiusura) {
-      if (SoloGiorno(esercizio.FiscalYearField("DataFine")) == dataCompetenza) {
+      if (esercizio.FiscalYearField("DataFine") == dataCompetenza) {
         return;
       }
       AddMessage(aRegistrazione, ErrString, MessageCode::ChiusuraNonFineEsercizio);
@@ -115,7 +108,7 @@ void CheckPeriodoLiquidato(Registrazione& aRegistrazione, const Variant& aData,
     if (RecordsetIsEmpty(liquidazione)) {
       return;
     }
-    const Variant definitivi = liquidazione->Fields("ValoriDefinitivi").Value();
+    const Variant definitivi = RawField(liquidazione, "ValoriDefinitivi");
     if (definitivi.IsNull() || CBool(definitivi)) {
       AddMessage(aRegistrazione, aTarget, MessageCode::PeriodoIvaLiquidato);
     }

@@ -35,7 +35,7 @@ void EsisteSezionale(Registrazione& aRegistrazione) {
     } else {
       AddMessage(aRegistrazione, ErrString, MessageCode::EsercizioInesistente);
     }
-    const Variant provvisoria = rsTesta->Fields("Provvisoria").Value();
+    const Variant provvisoria = RawField(rsTesta, "Provvisoria");
     const bool definitiva = !provvisoria.IsNull() && !CBool(provvisoria);
     const Variant sezionale = GetField(rsTesta, "SezionaleIva");
     const RecordsetRef numerazione =

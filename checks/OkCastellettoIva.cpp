@@ -26,7 +26,7 @@ void AliquoteFiscalitaBL(Registrazione& aRegistrazione, VatCodes& aCodiciIva) {
   if (!GetFlag(aRegistrazione.RsTesta, "FiscalitaBL")) {
     return;
   }
-  const Field& codIva = rsRIva->Fields("CodIva");
+  Campo codIva(rsRIva, "CodIva");
   for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
     if (!aCodiciIva.AdmitsFiscalData(CStr(codIva.Value()))) {
       AddMessage(aRegistrazione, ErrString, MessageCode::CodIvaNonFiscalitaBL, {}, rsRIva.Riga());
@@ -47,7 +47,7 @@ void AliquoteDichiarazione(Registrazione& aRegistrazione) {
     return;
   }
   const Variant codIvaDichiarazione = GetField(dichiarazione, "CodIva");
-  const Field& campoCodIva = rsRIva->Fields("CodIva");
+  Campo campoCodIva(rsRIva, "CodIva");
   for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
     const Variant codIva = campoCodIva.Value();
     if (codIva != kCodIvaVentilazione && codIva != codIvaDichiarazione && codIva != codIvaBolli) {
@@ -64,7 +64,7 @@ void AliquoteIntra(Registrazione& aRegistrazione, VatCodes& aCodiciIva) {
   const bool nonIntra = !GetFlag(aRegistrazione.RsTesta, "Intra");
   bool trovataIntra = false;
   bool trovataNonIntra = false;
-  const Field& campoCodIva = rsRIva->Fields("CodIva");
+  Campo campoCodIva(rsRIva, "CodIva");
   for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
     const Variant codIva = campoCodIva.Value();
     if (!(codIva != kCodIvaVentilazione)) {
@@ -91,17 +91,18 @@ void OkCastellettoIva(Registrazione& aRegistrazione) {
         rsRIva->RecordCount() == 0) {
       return;
     }
-    const Field& codIva = rsRIva->Fields("CodIva");
-    const Field& imponibileVB = rsRIva->Fields("ImponibileVB");
-    const Field& impostaVB = rsRIva->Fields("ImpostaVB");
-    const Field& totaleVB = rsRIva->Fields("TotaleVB");
+    Campo codIva(rsRIva, "CodIva");
+    Campo imponibileVB(rsRIva, "ImponibileVB");
+    Campo impostaVB(rsRIva, "ImpostaVB");
+    Campo totaleVB(rsRIva, "TotaleVB");
     for (rsRIva->MoveFirst(); !rsRIva->Eof(); rsRIva->MoveNext()) {
       if (codIva.Value() == "") {
         AddMessage(aRegistrazione, ErrString, MessageCode::CodIvaMancante,
                    {GetField(rsRIva, "NumeroRiga")}, rsRIva.Riga());
       }
+      const Variant imponibile = imponibileVB.Value();
       const Variant imposta = impostaVB.Value();
-      if (imponibileVB.Value() == 0 && imposta != 0) {
+      if (imponibile == 0 && imposta != 0) {
         if (imposta == totaleVB.Value()) {
           AddMessage(aRegistrazione, WarnString, MessageCode::RigaSoloImposta,
                      {GetField(rsRIva, "NumeroRiga")}, rsRIva.Riga());

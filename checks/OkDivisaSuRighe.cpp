@@ -29,7 +29,7 @@ Variant DivisaSuRighe(const Registrazione& aRegistrazione) {
     if (RecordsetIsEmpty(proprieta)) {
       return false;
     }
-    return proprieta->Fields("DivisaSuRighe").Value();
+    return RawField(proprieta, "DivisaSuRighe");
   });
 }
 
@@ -46,7 +46,7 @@ void OkDivisaSuRighe(Registrazione& aRegistrazione) {
     if (!divisaSuRighe.IsNull() && !CBool(divisaSuRighe)) {
       return;
     }
-    const Field& codDivisa = rsRCont->Fields("CodDivisa");
+    Campo codDivisa(rsRCont, "CodDivisa");
     for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
       if (codDivisa.Value() == "") {
         AddMessage(aRegistrazione, ErrString, MessageCode::DivisaRigaMancante,

@@ -110,8 +110,9 @@ void OkQuadratura(Registrazione& aRegistrazione) {
     Saldi saldi;
     Conti conti(aRegistrazione);
     bool contoMancante = false;
-    const LettoreImporti importi(*rsRCont);
-    const Field& codConto = rsRCont->Fields("CodConto");
+    LettoreImporti importi(rsRCont);
+    Campo codConto(rsRCont, "CodConto");
+    Campo tipoRiga(rsRCont, "TipoRiga");
     for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
       if (conti.Assente(codConto.Value())) {
         AddMessage(aRegistrazione, ErrString, MessageCode::ContoMancante,
@@ -122,7 +123,7 @@ void OkQuadratura(Registrazione& aRegistrazione) {
       saldi.SaldoVB += riga.ImportoVB;
       if (ivaOLibera) {
         saldi.Saldo += riga.Importo;
-        saldi.AggiungiTipo(GetField(rsRCont, "TipoRiga"), riga.Importo);
+        saldi.AggiungiTipo(GetField(tipoRiga), riga.Importo);
       }
     }
     if (!contoMancante) {

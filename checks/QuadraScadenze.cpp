@@ -30,7 +30,7 @@ bool QuadraScadenzeRiga(const Registrazione& aRegistrazione, std::int32_t aIdSca
     rsScadenze->Filter("IdScadenza = " + std::to_string(aIdScadenza));
     ImportiConSegno somma;
     if (!RecordsetIsEmpty(rsScadenze)) {
-      const LettoreImporti importi(*rsScadenze);
+      LettoreImporti importi(rsScadenze);
       for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {
         const ImportiConSegno rata = importi.Leggi();
         somma.Importo += rata.Importo;
@@ -50,15 +50,17 @@ void QuadraScadenze(Registrazione& aRegistrazione) {
     const Variant codDivisaBase = SettingText(aRegistrazione, "CodDivisaBase");
     rsRCont->Filter("IdCliFor <> 0 and IdCliFor <> Null and TipoCliFor <> 3 and TipoCliFor <> 0");
     if (!RecordsetIsEmpty(rsRCont)) {
-      const LettoreImporti importi(*rsRCont);
+      LettoreImporti importi(rsRCont);
+      Campo campoScadenza(rsRCont, "IdScadenza");
+      Campo campoDivisa(rsRCont, "CodDivisa");
       for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
         const ImportiConSegno riga = importi.Leggi();
-        const std::int32_t idScadenza = CLng(GetField(rsRCont, "IdScadenza"));
+        const std::int32_t idScadenza = CLng(GetField(campoScadenza));
         const Variant tipoMovimento = GetField(aRegistrazione.RsCausale, "IdTipoMovimento");
         if (idScadenza == 0 && (tipoMovimento == 1 || tipoMovimento == 2)) {
           continue;
         }
-        const bool inValuta{GetField(rsRCont, "CodDivisa") != codDivisaBase};
+        const bool inValuta{GetField(campoDivisa) != codDivisaBase};
         if (!QuadraScadenzeRiga(aRegistrazione, idScadenza, riga, inValuta)) {
           AddMessage(aRegistrazione, ErrString, MessageCode::ScadenzeNonQuadrano,
                      {GetField(rsRCont, "NumeroRiga")}, rsRCont.Riga());

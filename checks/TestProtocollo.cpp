@@ -65,7 +65,7 @@ void TestProtocollo(Registrazione& aRegistrazione) {
     const RecordsetRef& rsTesta = aRegistrazione.RsTesta;
     CercaConflitto(aRegistrazione,
                    {.IdEscluso = CLng(GetField(rsTesta, "IdPrimaNota")),
-                    .Data = CDate(GetField(rsTesta, "DataRegistrazione")),
+                    .Data = CDate(GetField(rsTesta, "DataRegistrazione")).WithoutTime(),
                     .TipoRegIva = aRegistrazione.CausaleCorrente.TipoRegIva,
                     .SezionaleIva = CInt(GetField(rsTesta, "SezionaleIva")),
                     .Numero = CLng(GetField(rsTesta, "Protocollo"))},

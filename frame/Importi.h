@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include "frame/modDatabaseUtility.h"
 #include "platform/Currency.h"
 #include "platform/Recordset.h"
 
@@ -15,30 +16,31 @@ struct ImportiConSegno {
   Currency ImportoVB;  // in the base currency
 };
 
-// Reads the current row of a set; the fields are looked up once. A Null amount is no debit, and
-// raises 94 where it is the amount that counts.
+// Reads the current row of a set, and of its four amounts those that count. A Null amount is no
+// debit, and raises 94 where it is the amount that counts.
 class LettoreImporti {
  public:
-  explicit LettoreImporti(Recordset& righe)
-      : dare_(righe.Fields("ImportoDare")),
-        dareVB_(righe.Fields("ImportoDareVB")),
-        avere_(righe.Fields("ImportoAvere")),
-        avereVB_(righe.Fields("ImportoAvereVB")) {}
+  explicit LettoreImporti(const RecordsetRef& righe)
+      : dare_(righe, "ImportoDare"),
+        dareVB_(righe, "ImportoDareVB"),
+        avere_(righe, "ImportoAvere"),
+        avereVB_(righe, "ImportoAvereVB") {}
 
-  [[nodiscard]] ImportiConSegno Leggi() const {
+  [[nodiscard]] ImportiConSegno Leggi() {
     const Variant dare = dare_.Value();
     const Variant dareVB = dareVB_.Value();
     if (dare != 0 || dareVB != 0) {
       return {CCur(dare), CCur(dareVB)};
     }
-    return {-CCur(avere_.Value()), -CCur(avereVB_.Value())};
+    const Variant avere = avere_.Value();
+    return {-CCur(avere), -CCur(avereVB_.Value())};
   }
 
  private:
-  const Field& dare_;
-  const Field& dareVB_;
-  const Field& avere_;
-  const Field& avereVB_;
+  Campo dare_;
+  Campo dareVB_;
+  Campo avere_;
+  Campo avereVB_;
 };
 
 }  // namespace kal

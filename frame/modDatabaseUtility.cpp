@@ -1,21 +1,44 @@
 #include "frame/modDatabaseUtility.h"
 
 #include <cmath>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "frame/modKalErrorHandling.h"
+#include "platform/NumberText.h"
 
 namespace kal {
 namespace {
 
-// Half to even on the sixth decimal; numbers too large to have six decimals stay as they are.
+// The number that its 15 significant digits show, with six decimals, an exact half away from zero.
 double RoundToSixDecimals(double value) {
+  constexpr int kSignificant = 15;
+  constexpr std::int64_t kDecimals = 6;
   constexpr double kMillion = 1e6;
-  constexpr double kNoDecimalsAbove = 4503599627.0;  // 2^52 / 10^6
-  if (!(std::abs(value) < kNoDecimalsAbove)) {
+  if (value == std::trunc(value)) {
     return value;
   }
-  return std::nearbyint(value * kMillion) / kMillion;
+  const std::optional<NumberText> shown = SignificantDigits(value, kSignificant);
+  if (!shown) {
+    return value;
+  }
+  const std::int64_t kept = shown->WholeDigits() + kDecimals;
+  if (kept >= static_cast<std::int64_t>(shown->count)) {
+    return shown->ToDouble().value_or(value);
+  }
+  if (kept < 0) {
+    return 0.0;
+  }
+  const auto digits = static_cast<std::size_t>(kept);
+  std::int64_t millionths = 0;
+  for (std::size_t i = 0; i < digits; ++i) {
+    millionths = millionths * 10 + (shown->digits[i] - '0');
+  }
+  millionths += shown->digits[digits] >= '5' ? 1 : 0;
+  const double rounded = static_cast<double>(millionths) / kMillion;
+  return shown->negative ? -rounded : rounded;
 }
 
 Variant ValueOrDefault(const Field& field) {
@@ -25,7 +48,7 @@ Variant ValueOrDefault(const Field& field) {
     if (type == DataType::Single || type == DataType::Double) {
       return RoundToSixDecimals(CDbl(value));
     }
-    return value;
+    return WithoutTime(std::move(value));
   }
   switch (type) {
     case DataType::SmallInt:
@@ -61,12 +84,22 @@ Variant ValueOrDefault(const Field& field) {
 }  // namespace
 
 Variant GetField(const RecordsetRef& rs, std::string_view name) {
+  Campo campo(rs, name);
+  return GetField(campo);
+}
+
+Variant GetField(Campo& campo) {
   try {
-    return ValueOrDefault(rs->Fields(name));
+    return ValueOrDefault(campo.Place());
   } catch (...) {
     // The tag is put together here because every read passes this place and few ever fail.
-    RaiseError(CurrentError(), "modDataBaseUtility.GetField ( Field: " + std::string(name) + " ) ");
+    RaiseError(CurrentError(),
+               "modDataBaseUtility.GetField ( Field: " + std::string(campo.Name()) + " ) ");
   }
+}
+
+Variant RawField(const RecordsetRef& rs, std::string_view name) {
+  return WithoutTime(rs->Fields(name).Value());
 }
 
 bool GetFlag(const RecordsetRef& rs, std::string_view name) {

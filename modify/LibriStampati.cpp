@@ -44,7 +44,7 @@ std::string_view ColonnaStampati(std::int16_t tipoRegIva) {
 bool LibroGiornaleStampato(const Registrazione& aRegistrazione, const Variant& aDataReg) {
   return Trap(aRegistrazione, "KalCOGCheck.LibroGiornaleStampato", [&] {
     const RecordsetRef bollati = BollatiDelMese(aRegistrazione, aDataReg);
-    return !RecordsetIsEmpty(bollati) && CBool(bollati->Fields("GiorContStampato").Value());
+    return !RecordsetIsEmpty(bollati) && CBool(RawField(bollati, "GiorContStampato"));
   });
 }
 
@@ -74,7 +74,7 @@ bool RegistriIvaStampati(Registrazione& aRegistrazione, const Variant& aDataReg,
     if (RecordsetIsEmpty(bollatiIva) || colonna.empty()) {
       return false;
     }
-    return CBool(bollatiIva->Fields(colonna).Value());
+    return CBool(RawField(bollatiIva, colonna));
   });
 }
 

@@ -60,7 +60,7 @@ std::size_t PrimaRataConEffetto(const Registrazione& aRegistrazione) {
   for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext(), ++rata) {
     const RecordsetRef tipologia =
         Open<kTipologia>(aRegistrazione, GetField(rsScadenze, "IdTipologiaPagamento"));
-    if (!RecordsetIsEmpty(tipologia) && IsTrue(tipologia->Fields("Effetto").Value())) {
+    if (!RecordsetIsEmpty(tipologia) && IsTrue(RawField(tipologia, "Effetto"))) {
       return rata;
     }
   }
@@ -78,17 +78,17 @@ bool IsDocumentoSplitPayment(const Registrazione& aRegistrazione) {
     if (RecordsetIsEmpty(salvata)) {
       return false;
     }
-    const Variant tipoRegIva = salvata->Fields("TipoRegIva").Value();
+    const Variant tipoRegIva = RawField(salvata, "TipoRegIva");
     if (tipoRegIva == kVendite) {
-      return !IsFalse(salvata->Fields("SoggettoSplitPayment").Value()) &&
-             !PrimaDelRegime(salvata->Fields("DataRegistrazione").Value()) &&
-             !IsFalse(salvata->Fields("SplitPayment").Value());
+      return !IsFalse(RawField(salvata, "SoggettoSplitPayment")) &&
+             !PrimaDelRegime(RawField(salvata, "DataRegistrazione")) &&
+             !IsFalse(RawField(salvata, "SplitPayment"));
     }
     if (tipoRegIva == kAcquisti) {
       if (dataInizio.IsNull() || dataInizio == "") {
         return aziendaSplit;
       }
-      const bool primaDellInizio{salvata->Fields("DataDocumento").Value() < dataInizio};
+      const bool primaDellInizio{RawField(salvata, "DataDocumento") < dataInizio};
       return !primaDellInizio;
     }
     return true;  // callers only ask about sales and purchases
@@ -104,7 +104,7 @@ bool IsClienteSplitPayment(const Registrazione& aRegistrazione) {
     }
     const RecordsetRef numerazione =
         Open<kSezionaleVendite>(aRegistrazione, GetField(rsTesta, "SezionaleIva"), kVendite, anno);
-    return !RecordsetIsEmpty(numerazione) && !IsFalse(numerazione->Fields("SplitPayment").Value());
+    return !RecordsetIsEmpty(numerazione) && !IsFalse(RawField(numerazione, "SplitPayment"));
   });
 }
 
@@ -129,7 +129,7 @@ bool CheckEffettiSplitPayment(Registrazione& aRegistrazione, const std::string& 
     if (RecordsetIsEmpty(condizioni)) {
       return false;
     }
-    const bool problema = CLng(condizioni->Fields("TipoGestioneIva").Value()) != kPrimaRataSoloIva;
+    const bool problema = CLng(RawField(condizioni, "TipoGestioneIva")) != kPrimaRataSoloIva;
     rsScadenze->Filter("");
     VaiAllaRataOrdinaria(*rsScadenze, rata);
     return problema;

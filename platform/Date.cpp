@@ -158,6 +158,13 @@ int Date::Month() const {
 
 int Date::Day() const { return static_cast<int>(static_cast<unsigned>(Calendar(serial_).day())); }
 
+// Before 1899 too the whole part is the day: it is cut off towards zero on both sides.
+Date Date::WithoutTime() const {
+  Date day;
+  day.serial_ = std::trunc(serial_);
+  return day;
+}
+
 std::string Date::ToText() const {
   std::array<char, 10> text;
   char* at = text.data();

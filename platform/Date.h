@@ -34,6 +34,9 @@ class Date {
   [[nodiscard]] int Month() const;  // 1 to 12
   [[nodiscard]] int Day() const;    // 1 to 31
 
+  // The same calendar day at midnight.
+  [[nodiscard]] Date WithoutTime() const;
+
   // dd/mm/yyyy; the time of day is not part of the text.
   [[nodiscard]] std::string ToText() const;
   // yyyy-mm-dd, followed by a blank and hh:mm:ss when the time of day is not midnight.

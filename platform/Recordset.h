@@ -92,8 +92,8 @@ class Recordset {
   // Whether the position is behind the last visible row; also True when there is none.
   [[nodiscard]] virtual bool Eof() = 0;
 
-  // Whether a row is current: whether the first field can be read. That is what a set of any make
-  // is asked; one that knows may answer without trying.
+  // Whether a row is current: whether there is something to read in the first field, be it a value
+  // that can't be represented here. A set that knows may answer without trying.
   [[nodiscard]] virtual bool HasCurrentRow() noexcept;
   // The current row's place among all rows of the set, counted from 1: what a message about the
   // row is known by. 0 when no row is current, and where the set does not know.

@@ -228,6 +228,26 @@ std::partial_ordering CompareValues(const Variant& left, const Variant& right) {
 
 namespace {
 
+bool IsReal(const Variant& value) {
+  return value.VarType() == Type::Single || value.VarType() == Type::Double;
+}
+
+float SingleOf(const Variant& value) { return static_cast<float>(DoubleOf(value)); }
+
+// As automation compares: of two types that measure differently the coarser one decides.
+std::partial_ordering CompareByRule(const Variant& left, const Variant& right) {
+  const bool leftIsReal = IsReal(left);
+  const bool rightIsReal = IsReal(right);
+  if (leftIsReal && rightIsReal && left.VarType() != right.VarType()) {
+    return SingleOf(left) <=> SingleOf(right);
+  }
+  if ((leftIsReal && right.VarType() == Type::Currency) ||
+      (rightIsReal && left.VarType() == Type::Currency)) {
+    return CCur(left) <=> CCur(right);
+  }
+  return CompareValues(left, right);
+}
+
 Truth TruthOf(std::partial_ordering order, bool holds) {
   return order == std::partial_ordering::unordered ? Truth::Null : Truth(holds);
 }
@@ -241,12 +261,12 @@ Truth EqualValues(const Variant& left, const Variant& right) {
   if (amount != nullptr && number) {
     return amount->Units() == *number * kUnit;
   }
-  const auto order = CompareValues(left, right);
+  const auto order = CompareByRule(left, right);
   return TruthOf(order, order == 0);
 }
 
 Truth operator<(const Variant& left, const Variant& right) {
-  const auto order = CompareValues(left, right);
+  const auto order = CompareByRule(left, right);
   return TruthOf(order, order < 0);
 }
 

@@ -10,6 +10,8 @@
 // How two values compare:
 //   - numbers, booleans (True is -1) and dates by their numeric value, exactly unless one of
 //     them is a floating-point number or a date;
+//   - an amount and a floating-point number as amounts, so a number that is none raises 6; single
+//     and double precision at single precision;
 //   - texts exactly, byte by byte, letter case included;
 //   - a text compared with a number, a boolean or a date is the greater;
 //   - Empty is 0 beside a number, "" beside a text, and equals Empty.
@@ -250,6 +252,12 @@ Truth operator<(const Variant& left, const Variant& right);
 Truth operator<=(const Variant& left, const Variant& right);
 Truth operator>(const Variant& left, const Variant& right);
 Truth operator>=(const Variant& left, const Variant& right);
+
+// A date as its calendar day; any other value as it is.
+[[nodiscard]] inline Variant WithoutTime(Variant value) {
+  const auto* date = value.As<Date>();
+  return date == nullptr ? std::move(value) : Variant(date->WithoutTime());
+}
 
 // Same type and same value, Null and Empty included: for tests and containers, not for rules.
 [[nodiscard]] bool Identical(const Variant& left, const Variant& right);

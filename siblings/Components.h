@@ -1,7 +1,7 @@
 // The sibling components as the checks see them: typed faces over Siblings::Ask.
 //
 // A face stands for one component from its creation to its end. It converts what goes in and what
-// comes out, and nothing else.
+// comes out, dates to calendar days, and does nothing else.
 
 #pragma once
 
@@ -33,9 +33,9 @@ class SiblingComponent {
   template <class... Values>
   Variant Call(Member member, Values&&... values) {
     std::array<Variant, sizeof...(Values)> held = {Variant(std::forward<Values>(values))...};
-    return siblings_
-        .Ask({.component = component_, .member = member, .values = held, .state = state_})
-        .value;
+    return WithoutTime(
+        siblings_.Ask({.component = component_, .member = member, .values = held, .state = state_})
+            .value);
   }
   // The value as a text, without a copy where it is one.
   static Variant AsText(Variant value) {
