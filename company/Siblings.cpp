@@ -69,17 +69,16 @@ std::string_view Text(Variant& argument) {
   return *argument.AsText();
 }
 
-// The calendar day of a date as it is stored; nothing for "", Null and Empty.
-std::optional<Variant> StoredDay(const Variant& date) {
-  constexpr std::size_t kIsoSize = 10;
+// The calendar day of a date; nothing for "", Null and Empty.
+std::optional<Variant> DayOf(const Variant& date) {
   const auto text = date.AsText();
   if (date.IsNull() || date.IsEmpty() || (text && text->empty())) {
     return std::nullopt;
   }
-  return CDate(date).ToIso().substr(0, kIsoSize);
+  return CDate(date).WithoutTime();
 }
 
-// The settings that are no texts.
+// The settings that are answered as something else than the text that is stored.
 struct SettingType {
   std::string_view name;
   DataType type;
@@ -92,7 +91,6 @@ constexpr SettingType kSettingTypes[] = {
     {"GirocontoFatturaSplitPaymentPAS", DataType::Boolean},
     {"AziendaSplitPayment", DataType::Boolean},
     {"DataInizioSplitPayment", DataType::Date},
-    {"SezionaleAutofatture", DataType::SmallInt},
 };
 
 bool FlagOfText(std::string_view text) {
@@ -106,13 +104,8 @@ bool FlagOfText(std::string_view text) {
 }
 
 Variant SettingOfText(DataType type, std::string_view text) {
-  switch (type) {
-    case DataType::Boolean:
-      return FlagOfText(text);
-    case DataType::SmallInt:
-      return CInt(text);
-    default:
-      break;
+  if (type == DataType::Boolean) {
+    return FlagOfText(text);
   }
   const std::optional<Date> date = Date::FromIso(text);
   if (!date) {
@@ -341,7 +334,7 @@ Variant CompanySiblings::Setting(Variant& name) {
 // Of overlapping years the one with the lowest code.
 bool CompanySiblings::SelectFiscalYear(FiscalYear& selected, const Variant& date) {
   selected.year = nullptr;
-  const std::optional<Variant> day = StoredDay(date);
+  const std::optional<Variant> day = DayOf(date);
   if (!day) {
     return false;
   }
@@ -385,7 +378,7 @@ Variant CompanySiblings::Expression(std::int32_t functionCode, std::string_view 
 }
 
 bool CompanySiblings::IsLocked(const Variant& date) {
-  const std::optional<Variant> day = StoredDay(date);
+  const std::optional<Variant> day = DayOf(date);
   if (!day) {
     return false;
   }

@@ -325,7 +325,7 @@ higher and earlier | | <saved>1,1,1,11,'2024-03-14',0) | Prot: 10506(14/03/2024)
 lower and later | | <saved>1,1,1,9,'2024-03-16',NULL) | Prot: 10506(16/03/2024)(9)
 the same | | <saved>1,1,1,10,'2024-12-31',0) | Prot: 10506(31/12/2024)(10)
 higher on the same day | | <saved>1,1,1,11,'2024-03-15',0) | True
-lower on the same day | | <saved>1,1,1,9,'2024-03-15',0) | True
+lower on the same day | | <saved>1,1,1,9,'2024-03-15 09:00',0) | True
 higher and later | | <saved>1,1,1,11,'2024-03-16',0) | True
 lower and earlier | | <saved>1,1,1,9,'2024-03-14',0) | True
 between two in order | | <saved>1,1,1,9,'2024-03-14',0), (2,1,1,11,'2024-03-16',0) | True

@@ -6,14 +6,17 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <random>
 #include <set>
 #include <sstream>
+#include <thread>
 
 #include "company/Schema.h"
+#include "company/sqlite/SchemaSql.h"
 #include "company/sqlite/SqliteEngine.h"
 #include "siblings/Components.h"
 #include "tests/kit.h"
@@ -84,6 +87,17 @@ class CompanyTest : public testing::Test {
   void Write(const std::string& sql) {
     ASSERT_EQ(Run(writer_, sql), SQLITE_OK) << sqlite3_errmsg(writer_) << "\n" << sql;
   }
+  // Makes the table anew, without rowid; its first column is then the key.
+  void MakeWithoutRowid(const std::string& table) {
+    Write("DROP TABLE " + table);
+    std::istringstream schema(SchemaSql());
+    for (std::string line; std::getline(schema, line);) {
+      if (line.starts_with("CREATE TABLE \"" + table + "\"")) {
+        line.insert(line.find(','), " PRIMARY KEY").insert(line.size() - 1, " WITHOUT ROWID");
+      }
+      if (line.find(" \"" + table + "\" (") != line.npos) Write(line);
+    }
+  }
   [[nodiscard]] std::string Path(const std::string& name) const {
     return (folder_.Path() / name).string();
   }
@@ -124,7 +138,7 @@ TEST_F(CompanyTest, SelectionsAnswer) {
         SezionaleIva, DataRegistrazione, DataDocumento, Provvisoria, TotDocumento, Fixing)
       VALUES (1, 'FT', 'A/1', 1, 2, 3, '2024-03-15', NULL, NULL, '10.50', 1.5),
         (2, 'ft', 'a/1', NULL, 1, 3, '2023-12-31', '2023-12-30', 1, 0.1, NULL),
-        (2, 'ft', NULL, NULL, 1, 3, NULL, '2024-01-01', -1, NULL, NULL);
+        (2, 'ft', NULL, NULL, 1, 3, NULL, '2024-01-01T09:00:00', -1, NULL, NULL);
     INSERT INTO COGNumerazioniIva
         (IdNumerazione, IdSezAutofatture, Anno, SezionaleIva, SplitPayment)
       VALUES (1, 2, 2024, 3, 1), (2, NULL, 2024, 9, 0);
@@ -164,6 +178,10 @@ TEST_F(CompanyTest, SelectionsAnswer) {
       {"year as text", where("Year(DataDocumento)", Equal, "2024"), "2"},
       {"year as number", where("Year(DataDocumento)", LessOrEqual, 2023), "2"},
       {"dates", where("DataDocumento", GreaterOrEqual, Day("2024-01-01")), "2"},
+      {"a day with its time", where("DataDocumento", Equal, Day("2024-01-01")), "2"},
+      {"not before itself", where("DataDocumento", Less, Date::FromSerial(45292.75).value()), "2"},
+      {"not behind itself", where("DataDocumento", Greater, Day("2024-01-01")), ""},
+      {"up to a day", where("DataDocumento", LessOrEqual, Day("2024-01-01")), "2;2"},
       {"the empty date is before all", where("DataDocumento", Less, ""), ""},
       {"literal", literal("DataIva Is Null And(IdPrimaNota=1 Or CodCausale = 'it''s')"), "1"},
       {"And before Or, inside only",
@@ -175,7 +193,7 @@ TEST_F(CompanyTest, SelectionsAnswer) {
       {"Not of Not", literal("Not Not DataRegistrazione Is Not Null"), "1;2"},
       {"alternatives that overlap",
        Answer(engine, kTeste.WhereAnyOf({{{"IdPrimaNota"}}, {{"CodCausale"}}, {}}), {2, "ft"}),
-       "1;2;2"},
+       "2;2;1"},
       {"no alternatives", Answer(engine, kTeste.WhereAnyOf({})), ""},
       {"joined with itself",
        Answer(engine,
@@ -264,7 +282,8 @@ TEST_F(CompanyTest, ReadsWhateverStorage) {
   }
 }
 
-// Every conflict, and nothing else, whatever branch and index answers; against a plain walk.
+// Every conflict, and nothing else, whatever branch and index answers, from a table without rowid
+// too; against a plain walk.
 TEST_F(CompanyTest, AlternativesAgreeWithAPlainWalk) {
   static constexpr Selection kConflicts =
       kTeste.Where("IdPrimaNota", NotEqual)
@@ -284,6 +303,7 @@ TEST_F(CompanyTest, AlternativesAgreeWithAPlainWalk) {
   std::mt19937 random(7);
   const auto number = [&](unsigned limit) { return static_cast<int>(random() % limit); };
   std::vector<Saved> saved;  // those that count
+  MakeWithoutRowid("COGPrimeNoteTeste");
   const char* const provvisoria[] = {"1", "0", "NULL"};
   for (std::int32_t id = 1; id <= 120; ++id) {
     const int protocol = 1 + number(30);
@@ -395,6 +415,7 @@ COGScadenze (LinkApertura=? AND RataApertura=?) LEFT-JOIN
 }
 
 TEST_F(CompanyTest, SiblingsAnswer) {
+  MakeWithoutRowid("COGScadenze");
   Write(R"(
     DELETE FROM KalMessaggi;
     INSERT INTO KalMessaggi
@@ -404,7 +425,7 @@ TEST_F(CompanyTest, SiblingsAnswer) {
       ('AziendaSplitPayment', 'false'), ('GestisciPNInfragruppo', 'forse'), ('CodDivisaBase', '0'),
       ('AttivitaSeparateIva', ''), ('DataInizioSplitPayment', '2015-01-01'),
       ('SezionaleAutofatture', '70000');
-    INSERT INTO STDEsercizi VALUES (9, '2024-01-01', '2024-12-31', 1, NULL),
+    INSERT INTO STDEsercizi VALUES (9, '2024-01-01 09:00', '2024-12-31', 1, NULL),
       (8, '2024-07-01', '2025-06-30', 0, 1), (10, '2024-07-01', '2024-07-31', 0, 0);
     INSERT INTO STDAnagraficaClienti VALUES (1, 1, NULL);
     INSERT INTO STDAnagraficaFornitori VALUES (1, 0, 1, 1);
@@ -412,7 +433,7 @@ TEST_F(CompanyTest, SiblingsAnswer) {
       VALUES ('22', 1, 1), ('10', NULL, NULL);
     INSERT INTO COGCausaliContabili (CodCausale, TipoParcella, NotaVariazione)
       VALUES ('NC', 1, 1), ('X', NULL, NULL);
-    INSERT INTO COGBlocchiPeriodo VALUES ('2024-01-01', '2024-01-31'), (NULL, '2030-01-01');
+    INSERT INTO COGBlocchiPeriodo VALUES ('2024-01-31 09:00', '2024-01-31T18:00'), (NULL, '2030-01-01');
     INSERT INTO COGNumerazioniIva (Anno, TipoRegIva, SezionaleIva, CodAttivita)
       VALUES (2024, 2, 3, 'B'), (2024, 2, 4, NULL);
     INSERT INTO COGPrimeNoteTeste
@@ -447,7 +468,7 @@ TEST_F(CompanyTest, SiblingsAnswer) {
       {M::CompanySettings_Setting, {"CodIvaBolli"}, "Null"},
       {M::CompanySettings_Setting, {"GirocontoFatturaSplitPayment"}, "Null"},  // missing
       {M::CompanySettings_Setting, {"DataInizioSplitPayment"}, "01/01/2015"},
-      {M::CompanySettings_Setting, {"SezionaleAutofatture"}, "6: The setting Sez*"},
+      {M::CompanySettings_Setting, {"SezionaleAutofatture"}, "70000"},
       {M::CompanySettings_Setting, {"CodDivisaBase"}, "0"},
       {M::CompanySettings_FiscalYearField, {"X"}, "91: No fiscal year is selected"},
       {M::KalAnagrafiche_InfoAnagrafica, {"Infragruppo"}, "91: InfoAnagrafica was called befor*"},
@@ -577,12 +598,28 @@ TEST_F(CompanyTest, ReadsOneStateOfTheBooks) {
   }
 }
 
-// What an engine has kept of small tables, seen through one that keeps nothing yet.
+// Checking a company with a write-ahead log leaves its folder as it was.
+TEST_F(CompanyTest, RemovesTheFilesOfAnEmptyLog) {
+  ASSERT_EQ(Run(writer_, "PRAGMA journal_mode = WAL"), SQLITE_OK);
+  sqlite3_close(std::exchange(writer_, nullptr));
+  const std::string before = Bytes(file_);
+  {
+    const SqliteEngine first(file_);
+    const SqliteEngine second(file_);
+    EXPECT_EQ(Files(), 3);
+  }
+  EXPECT_EQ(Files(), 1);
+  EXPECT_EQ(Bytes(file_), before);
+}
+
+// What an engine has kept of small tables and of their columns, seen through one that keeps nothing
+// yet.
 TEST_F(CompanyTest, KeptAnswersFollowEveryChange) {
+  static constexpr Selection kLines = From("*", "COGPrimeNoteRCont");
   Write("DELETE FROM STDIva; DELETE FROM STDDichiarazioniIntento");
   const auto answers = [](Engine& engine) {
     return KeptAnswer<kCodes>(engine) + "|" + KeptAnswer<kCode>(engine, {"22"}) + "|" +
-           KeptAnswer<kDeclarations>(engine);
+           KeptAnswer<kDeclarations>(engine) + "|" + KeptAnswer<kLines>(engine);
   };
   SqliteEngine engine(file_);
   std::string before = answers(engine);
@@ -608,6 +645,10 @@ TEST_F(CompanyTest, KeptAnswersFollowEveryChange) {
            "WHERE IdDichiarazione = 1",
            "UPDATE STDDichiarazioniIntento SET DataFineValidita = '31.12.24' "
            "WHERE IdDichiarazione = 2",
+           "ALTER TABLE STDIva ADD COLUMN Altra TEXT",
+           "ALTER TABLE STDIva DROP COLUMN TipoIntra",
+           "INSERT INTO COGPrimeNoteRCont VALUES (1, 2)",
+           "ALTER TABLE COGPrimeNoteRCont ADD COLUMN Altra TEXT",
            "DELETE FROM STDDichiarazioniIntento",
            "DELETE FROM STDIva",
        }) {
@@ -636,13 +677,14 @@ TEST_F(CompanyTest, TemporaryTablesComeAndGo) {
   RowTable other({{"IdScadenza", DataType::VarWChar}});
   other.AddRow({"testo"});
   RowTable twice({{"A", DataType::Integer}, {"a", DataType::Integer}});
+  Write("DROP TABLE COGBollati");  // which an entry may put a table of its own in the place of
   const std::string before = Bytes(file_);
   SqliteEngine engine(file_);
   const auto make = [&](const std::string& name, const RowTable& content) {
     return AnswerOrError([&] { return engine.MakeTemporaryTable(name, content), "made"; });
   };
-  for (const std::string name :
-       {"TmpScadenze", "x\"; DROP TABLE COGScadenze; --", "a as b", "'", "[x]", "1 = 1", ""}) {
+  for (const std::string name : {"COGBollati", "TmpScadenze", "x\"; DROP TABLE COGScadenze; --",
+                                 "a as b", "'", "[x]", "1 = 1", ""}) {
     engine.BeginReading();
     const Case cases[] = {
         {"made", make(name, rows), "made"},
@@ -672,9 +714,14 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   std::ofstream(Path("vuoto.db")).flush();
   std::ofstream(Path("mozzo.db"), std::ios::binary) << Bytes(file_).substr(0, 5000);
   fs::create_directory(Path("cartella"));
-  fs::copy_file(file_, Path("futuro.db"));
+  for (const char* copy : {"futuro.db", "vista.db", "altra copia.db"}) {
+    fs::copy_file(file_, Path(copy));
+  }
   for (const auto& [name, sql] : {std::pair("altro.db", "CREATE TABLE T (A)"),
-                                  std::pair("futuro.db", "PRAGMA user_version = 99")}) {
+                                  std::pair("futuro.db", "PRAGMA user_version = 99"),
+                                  std::pair("vista.db",
+                                            "ALTER TABLE COGScadenze RENAME TO S; "
+                                            "CREATE VIEW cogScadenze AS SELECT * FROM S")}) {
     sqlite3* other = Connect(Path(name));
     EXPECT_EQ(Run(other, sql), SQLITE_OK);
     sqlite3_close(other);
@@ -694,11 +741,19 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   const auto create = [](const std::string& path) {
     return AnswerOrError([&] { return CreateCompany(path, true), "made"; });
   };
+  const auto beginOverAnother = [&] {
+    impatient.EndReading();
+    fs::rename(Path("altra copia.db"), file_);
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));  // it looks now and then
+    return begin();
+  };
   const std::string isLocked = "-2147467259: " + file_ + " is locked by another program";
-  Write("BEGIN EXCLUSIVE");
+  Write("BEGIN EXCLUSIVE; DELETE FROM KalMessaggi");
+  fs::copy_file(file_, Path("a metà.db"));
+  fs::copy_file(file_ + "-journal", Path("a metà.db-journal"));
   const std::string asked = ask();
   const std::string begun = begin();
-  Write("COMMIT");
+  Write("ROLLBACK");
   const Case cases[] = {
       {"manca.db", open(Path("manca.db")), "-2147467259: There is no file " + Path("manca.db")},
       failure("testo.db", " is no database"),
@@ -707,6 +762,9 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
       failure("cartella", " is a folder"),
       failure("altro.db", " is no company of this program"),
       failure("futuro.db", " was made by a later version of this program"),
+      failure("a metà.db", " was left in the middle of a change by a program that broke off (*"),
+      {"vista.db", open(Path("vista.db")),
+       "-2147467259: In " + Path("vista.db") + " cogScadenze is a view, not a table"},
       {"language", open(file_, "fr"), "13: There are no messages in the language 'fr'"},
       {"asked while locked", asked, isLocked},
       {"begun while locked", begun, isLocked},
@@ -714,6 +772,8 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
       {"asked afterwards", ask(), ""},
       {"made over a company", create(file_), "-2147467259: There is a file " + file_ + " already"},
       {"made in no folder", create(Path("manca/x.db")), "-2147467259: *"},
+      {"begun over another file", beginOverAnother(),
+       "-2147467259: " + file_ + " was replaced or removed while it was open: open the comp*"},
   };
   std::ranges::for_each(cases, &Case::Check);
   EXPECT_FALSE(fs::exists(Path("manca.db")));

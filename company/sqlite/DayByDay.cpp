@@ -9,9 +9,13 @@ std::string AllOf(const std::vector<std::string>& conditions) {
   return Joined(conditions, " AND ", "1");
 }
 
-bool IsRange(const ComparisonSql& comparison) {
-  return comparison.operation != CompareWith::Equal &&
-         comparison.operation != CompareWith::NotEqual;
+std::string AllOf(const std::vector<ComparisonSql>& comparisons) {
+  std::vector<std::string> conditions;
+  conditions.reserve(comparisons.size());
+  for (const ComparisonSql& comparison : comparisons) {
+    conditions.push_back(comparison.sql);
+  }
+  return AllOf(conditions);
 }
 
 // The first row in two ranges, behind its FROM. An index serves only one of them, and half a year
@@ -24,50 +28,45 @@ std::string DayByDay(const Branches& branches, const ComparisonSql& day,
   const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
   const std::string next =
       std::string("SELECT ") + (back ? "max(" : "min(") + day.left + ")" + rows;
-  const std::string days = "WITH RECURSIVE days(day) AS (" + next + day.sql +
-                           " UNION ALL SELECT (" + next + day.left + (back ? " < " : " > ") +
-                           "days.day) FROM days WHERE day IS NOT NULL) ";
-  const std::string found = days + "SELECT " + branches.rowid + " FROM days CROSS JOIN " +
-                            branches.table + " WHERE " + AllOf(branches.all) + " AND " + day.left +
-                            " = days.day AND " + other.sql;
-  // Neither AND nor a join keeps SQLite from starting on the days; CASE does.
-  return branches.table + " WHERE " + branches.rowid + " = CASE WHEN EXISTS (SELECT 1" + rows +
-         other.sql + ") THEN CASE WHEN EXISTS (SELECT 1" + rows + day.sql + ") THEN (" + found +
-         " LIMIT 1) END END";
+  // Neither AND nor a join keeps SQLite from looking for the first day; CASE does.
+  const std::string first = "SELECT CASE WHEN EXISTS (SELECT 1" + rows + other.sql + ") THEN (" +
+                            next + day.sql + ") END";
+  return "(WITH RECURSIVE days(day) AS (" + first + " UNION ALL SELECT (" + next + day.left +
+         (back ? " < " : " > ") + "days.day) FROM days WHERE day IS NOT NULL)" +
+         " SELECT day FROM days) AS days CROSS JOIN " + branches.table + " WHERE " +
+         AllOf(branches.all) + " AND " + day.left + " = days.day AND " + other.sql;
 }
 
 // One alternative, behind its FROM.
 std::string Branch(const Branches& branches, const std::vector<ComparisonSql>& alternative) {
-  if (branches.onlyFirst && alternative.size() == 2 && IsRange(alternative[0]) &&
-      IsRange(alternative[1])) {
+  if (branches.onlyFirst && alternative.size() == 2 && IsRange(alternative[0].operation) &&
+      IsRange(alternative[1].operation)) {
     for (std::size_t day = 0; day < 2; ++day) {
       if (alternative[day].type == DataType::Date) {
         return DayByDay(branches, alternative[day], alternative[1 - day]);
       }
     }
   }
-  std::vector<std::string> own;
-  own.reserve(alternative.size());
-  for (const ComparisonSql& comparison : alternative) {
-    own.push_back(comparison.sql);
-  }
-  return branches.table + " WHERE " + AllOf(branches.all) + " AND " + AllOf(own);
+  return branches.table + " WHERE " + AllOf(branches.all) + " AND " + AllOf(alternative);
 }
 
 }  // namespace
 
+bool IsRange(CompareWith operation) {
+  return operation != CompareWith::Equal && operation != CompareWith::NotEqual;
+}
+
 std::string SelectBranches(const Branches& branches) {
   std::vector<std::string> rows;
   rows.reserve(branches.alternatives.size());
+  std::string notBefore;
   for (const auto& alternative : branches.alternatives) {
-    rows.push_back(Branch(branches, alternative));
+    rows.push_back(branches.select + Branch(branches, alternative) + notBefore);
+    if (!branches.onlyFirst) {
+      notBefore += " AND (" + AllOf(alternative) + ") IS NOT TRUE";
+    }
   }
-  if (branches.onlyFirst) {
-    return branches.select + Joined(rows, " UNION ALL " + branches.select);
-  }
-  const std::string each = "SELECT " + branches.rowid + " FROM ";
-  return branches.select + branches.table + " WHERE " + branches.rowid + " IN (" + each +
-         Joined(rows, " UNION ALL " + each) + ")";
+  return Joined(rows, " UNION ALL ");
 }
 
 }  // namespace kal::company

@@ -23,11 +23,13 @@ struct ComparisonSql {
   CompareWith operation = CompareWith::Equal;
 };
 
+// Whether more than one value can satisfy the comparison, and an index finds them side by side.
+[[nodiscard]] bool IsRange(CompareWith operation);
+
 // A selection from one table, in pieces of SQL.
 struct Branches {
   std::string select;  // "SELECT columns FROM "
   std::string table;   // with its alias
-  std::string rowid;
   bool onlyFirst = false;
   std::vector<std::string> all;    // the conditions that all alternatives share
   std::vector<std::string> equal;  // those among them that an index may begin with

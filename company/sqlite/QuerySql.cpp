@@ -55,6 +55,7 @@ class Renderer {
     if (selection_.IsOnlyFirst()) {
       rendered.sql += " LIMIT 1";
     }
+    rendered.endsDay = std::move(endsDay_);
     return rendered;
   }
 
@@ -116,7 +117,6 @@ class Renderer {
     Branches branches;
     branches.select = select;
     branches.table = TableSql(0);
-    branches.rowid = QuoteName(scope_.Tables()[0].alias) + ".rowid";
     branches.onlyFirst = selection_.IsOnlyFirst();
     const Condition* const group = FindGroup();
     for (const Condition& condition : selection_.Conditions()) {
@@ -180,12 +180,16 @@ class Renderer {
       // They are stored as texts, whose order is not that of the amounts.
       RaiseDataError(RunTime::NotSupported, "Amounts can't be compared in a selection: " + text);
     }
-    const Variant& value = query_.Values()[parameters_++];
-    const bool isFlag =
-        operand.type == DataType::Boolean && value.VarType() == Variant::Type::Boolean;
-    // True may be stored as 1 or as -1.
-    std::string sql = isFlag ? "(" + operand.sql + " <> 0)" : operand.sql;
-    sql.append(Symbol(comparison.operation)).append("?").append(std::to_string(parameters_));
+    const Variant& value = query_.Values()[endsDay_.size()];
+    endsDay_.push_back(comparison.operation == CompareWith::LessOrEqual ||
+                       comparison.operation == CompareWith::Greater);
+    std::string sql = operand.sql;
+    if (operand.type == DataType::Boolean && value.VarType() == Variant::Type::Boolean) {
+      sql = "(" + sql + " <> 0)";  // True may be stored as 1 or as -1
+    } else if (operand.type == DataType::Date && !IsRange(comparison.operation)) {
+      sql = "substr(" + sql + ", 1, 10)";
+    }
+    sql.append(Symbol(comparison.operation)).append("?").append(std::to_string(endsDay_.size()));
     return {std::move(sql), operand.sql, operand.type, comparison.operation};
   }
 
@@ -197,7 +201,7 @@ class Renderer {
   const Selection& selection_;
   Scope scope_;
   std::vector<std::string> selected_;
-  std::size_t parameters_ = 0;
+  std::vector<bool> endsDay_;  // of the values read so far
 };
 
 }  // namespace

@@ -19,6 +19,9 @@ struct ResultColumn {
 struct RenderedQuery {
   std::string sql;
   std::vector<ResultColumn> columns;
+  // For each value whether it stands for the end of its day, if it is a date: a stored date may
+  // carry a time, and is the same day nevertheless.
+  std::vector<bool> endsDay;
 };
 
 // The SQL serves every use of the selection that brings the same name, and a Boolean where this

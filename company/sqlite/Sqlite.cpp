@@ -1,7 +1,9 @@
 #include "company/sqlite/Sqlite.h"
 
 #include <cmath>
+#include <filesystem>
 #include <limits>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -93,7 +95,9 @@ Variant ReadDate(const Cell& cell) {
   const std::string_view text = cell.Text();
   std::optional<Date> date = Date::FromIso(text.substr(0, kIsoSize));
   if (date && text.size() > kIsoSize) {
-    date = Date::FromText(text);  // with a time of day
+    std::string timed(text);
+    timed[kIsoSize] = timed[kIsoSize] == 'T' ? ' ' : timed[kIsoSize];
+    date = Date::FromText(timed);
   }
   if (!date) {
     cell.Refuse(RunTime::TypeMismatch, kExpected);
@@ -119,12 +123,31 @@ Variant ReadText(const Cell& cell) {
   return text;
 }
 
+// Who only reads a company with a write-ahead log has to make the log's files where there are none,
+// and may not remove them. Who might write removes them at the end, when nobody else has the
+// company open. A log that is not empty is the business of those who write it.
+void RemoveEmptyLog(const std::string& path) {
+  static std::mutex oneAfterAnother;  // two at once would each take the other for a reader
+  const std::lock_guard guard(oneAfterAnother);
+  const std::string log = path + "-wal";
+  std::error_code error;
+  if (std::filesystem::file_size({std::u8string(log.begin(), log.end())}, error) != 0 || error) {
+    return;
+  }
+  sqlite3* handle = nullptr;
+  if (sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK) {
+    sqlite3_exec(handle, "SELECT 1 FROM sqlite_master", nullptr, nullptr, nullptr);
+  }
+  sqlite3_close(handle);
+}
+
 }  // namespace
 
 // Too late or refused, the account is kept: that is slower, and nothing else.
 void SpareSqliteMemoryAccounts() { (void)sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
 
-Sqlite::Sqlite(std::string path, Access access, int busyMilliseconds) : path_(std::move(path)) {
+Sqlite::Sqlite(std::string path, Access access, int busyMilliseconds)
+    : path_(std::move(path)), access_(access) {
   const int flags =
       access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
   // Attached databases may be named by a URI, the file itself may not.
@@ -142,6 +165,19 @@ Sqlite::Sqlite(std::string path, Access access, int busyMilliseconds) : path_(st
   sqlite3_busy_timeout(handle, busyMilliseconds);
 }
 
+Sqlite::~Sqlite() {
+  if (access_ != Access::Read) {
+    return;
+  }
+  try {
+    const std::string whole = sqlite3_db_filename(Handle(), "main");
+    handle_.reset();
+    RemoveEmptyLog(whole);
+  } catch (...) {
+    // The files stay; nobody is left who could act on the failure.
+  }
+}
+
 void Sqlite::Execute(const std::string& sql) {
   if (sqlite3_exec(Handle(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
     Fail();
@@ -155,6 +191,11 @@ void Sqlite::Fail() const {
   }
   if (result == SQLITE_BUSY) {
     RaiseDataError(kDatabaseFailed, path_ + " is locked by another program");
+  }
+  if (sqlite3_extended_errcode(Handle()) == SQLITE_READONLY_ROLLBACK) {
+    RaiseDataError(kDatabaseFailed,
+                   path_ + " was left in the middle of a change by a program that broke off (" +
+                       path_ + "-journal takes it back): open it once with a program that writes");
   }
   if (result == SQLITE_NOTADB) {
     RaiseDataError(kDatabaseFailed, path_ + " is no database");
@@ -212,6 +253,11 @@ void SqliteStatement::Bind(int parameter, const Variant& value) {
     case Variant::Type::Text:
       return BindText(parameter, *value.AsText(), false);
   }
+}
+
+void SqliteStatement::BindDay(int parameter, const Date& day, bool atItsEnd) {
+  // Every blank or letter before a time comes before "~".
+  BindText(parameter, day.WithoutTime().ToIso() + (atItsEnd ? "~" : ""), true);
 }
 
 bool SqliteStatement::Step() {

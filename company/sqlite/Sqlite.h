@@ -30,6 +30,9 @@ class Sqlite {
   static constexpr int kBusyMilliseconds = 5000;
 
   Sqlite(std::string path, Access access, int busyMilliseconds = kBusyMilliseconds);
+  Sqlite(const Sqlite&) = delete;
+  Sqlite& operator=(const Sqlite&) = delete;
+  ~Sqlite();
 
   [[nodiscard]] const std::string& Path() const { return path_; }
   [[nodiscard]] sqlite3* Handle() const { return handle_.get(); }
@@ -46,6 +49,7 @@ class Sqlite {
   };
 
   std::string path_;
+  Access access_;
   std::unique_ptr<sqlite3, Close> handle_;
   mutable Counters counted_;
 };
@@ -68,6 +72,8 @@ class SqliteStatement {
   // caller keeps the value until Reset.
   void Bind(int parameter, const Variant& value);
   void Bind(int parameter, const Variant&& value) = delete;
+  // A day to compare stored dates with: behind every time of it, or before.
+  void BindDay(int parameter, const Date& day, bool atItsEnd);
   // Whether there is another row.
   bool Step();
   void Reset() noexcept;

@@ -1,5 +1,7 @@
 #include "company/sqlite/SqliteEngine.h"
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <span>
 #include <utility>
@@ -16,10 +18,16 @@ namespace {
 // would make it prepare every statement of the connection anew.
 constexpr std::string_view kTemporary = "temporary";
 
+constexpr std::string_view kInFile =
+    "SELECT 1 FROM main.sqlite_master WHERE type IN ('table', 'view') AND name = ? COLLATE NOCASE";
+
+// How long a name is taken to mean the same file: looking costs more than a short question.
+constexpr std::chrono::milliseconds kBetweenLooks{100};
+
 // All kept answers are forgotten when they come to more rows than these.
 constexpr std::size_t kKeptRows = 20000;
 
-std::string ExistingFile(const std::string& path) {
+const std::string& ExistingFile(const std::string& path) {
   std::error_code ignored;
   const auto status = std::filesystem::status(
       std::filesystem::path(std::u8string(path.begin(), path.end())), ignored);
@@ -32,6 +40,16 @@ std::string ExistingFile(const std::string& path) {
   return path;
 }
 
+// Which file it is, whatever its name; nothing when there is none.
+std::optional<FileIdentity> IdentityOf(const std::string& path) {
+  struct stat file {};
+  if (stat(path.c_str(), &file) != 0) {
+    return std::nullopt;
+  }
+  return FileIdentity{static_cast<std::uint64_t>(file.st_dev),
+                      static_cast<std::uint64_t>(file.st_ino)};
+}
+
 std::vector<Column> ColumnsOfRows(const std::vector<ResultColumn>& columns) {
   std::vector<Column> ofRows;
   ofRows.reserve(columns.size());
@@ -41,10 +59,15 @@ std::vector<Column> ColumnsOfRows(const std::vector<ResultColumn>& columns) {
   return ofRows;
 }
 
-void BindValues(StatementUse& use, std::span<const Variant> values) {
-  int parameter = 0;
-  for (const Variant& value : values) {
-    use->Bind(++parameter, value);
+void BindValues(StatementUse& use, std::span<const Variant> values,
+                const std::vector<bool>& endsDay) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const int parameter = static_cast<int>(i) + 1;
+    if (const auto* day = values[i].As<Date>(); day != nullptr) {
+      use->BindDay(parameter, *day, endsDay[i]);
+    } else {
+      use->Bind(parameter, values[i]);
+    }
   }
 }
 
@@ -104,17 +127,21 @@ bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, co
 SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendered)
     : statement(connection, rendered.sql),
       columns(std::move(rendered.columns)),
+      endsDay(std::move(rendered.endsDay)),
       layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
       none(std::make_shared<RowTable>(layout)) {}
 
 SqliteEngine::SqliteEngine(const std::string& path, int busyMilliseconds)
-    : connection_(ExistingFile(path), Sqlite::Access::Read, busyMilliseconds),
+    : file_(IdentityOf(ExistingFile(path))),
+      connection_(path, Sqlite::Access::Read, busyMilliseconds),
       begin_(connection_, "BEGIN"),
       end_(connection_, "COMMIT"),
-      version_(connection_, "PRAGMA data_version") {
+      version_(connection_, "PRAGMA data_version"),
+      schema_(connection_, "PRAGMA schema_version") {
   connection_.Execute("PRAGMA temp_store = MEMORY; ATTACH 'file:?mode=memory' AS " +
                       std::string(kTemporary));
   RequireCompany();
+  (void)FileVersion();
 }
 
 void SqliteEngine::RequireCompany() {
@@ -131,6 +158,31 @@ void SqliteEngine::RequireCompany() {
   }
 }
 
+void SqliteEngine::RequireSameFile() {
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextLook_) {
+    return;
+  }
+  if (IdentityOf(connection_.Path()) != file_) {
+    RaiseDataError(kDatabaseFailed, connection_.Path() +
+                                        " was replaced or removed while it was open: open the "
+                                        "company again");
+  }
+  nextLook_ = now + kBetweenLooks;
+}
+
+// A view has no indexes, and what reads it may answer differently from what the entries wrote.
+void SqliteEngine::RefuseViews() {
+  SqliteStatement views(connection_, "SELECT name FROM main.sqlite_master WHERE type = 'view'");
+  while (views.Step()) {
+    const Variant name = views.Value(0, DataType::VarWChar, "sqlite_master.name");
+    if (FindTable(*name.AsText()) != nullptr) {
+      RaiseDataError(kDatabaseFailed,
+                     "In " + connection_.Path() + " " + CStr(name) + " is a view, not a table");
+    }
+  }
+}
+
 SqliteStatement& SqliteEngine::Constant(std::string_view sql) {
   auto found = constants_.find(sql);
   if (found == constants_.end()) {
@@ -143,9 +195,23 @@ std::int64_t SqliteEngine::FileVersion() {
   if (versionOfReading_) {
     return *versionOfReading_;
   }
-  StatementUse version(version_, StatementUse::Counts::NotAtAll);
-  version->Step();
-  return version->Number(0);
+  RequireSameFile();
+  const auto ask = [](SqliteStatement& statement) {
+    StatementUse use(statement, StatementUse::Counts::NotAtAll);
+    use->Step();
+    return use->Number(0);
+  };
+  const std::int64_t version = ask(version_);
+  if (version != versionSeen_) {
+    if (const std::int64_t schema = ask(schema_); schema != schemaSeen_) {
+      RefuseViews();
+      selections_.clear();
+      keptRows_ = 0;
+      schemaSeen_ = schema;
+    }
+    versionSeen_ = version;
+  }
+  return version;
 }
 
 std::vector<TableColumn> SqliteEngine::ColumnsOf(std::string_view table) {
@@ -174,8 +240,9 @@ SqliteEngine::Prepared SqliteEngine::Prepare(const Query& query) {
   bool keepsAnswers = true;
   Prepared prepared(connection_, RenderQuery(query, [&](std::string_view table) {
                       const SchemaTable* known = FindTable(table);
-                      ofTheFile = ofTheFile && known != nullptr;
-                      keepsAnswers = keepsAnswers && known != nullptr && !known->growsWithEntries;
+                      // A temporary table may have the name of one that the file lacks.
+                      ofTheFile = ofTheFile && known != nullptr && IsAnswered(kInFile, table);
+                      keepsAnswers = keepsAnswers && ofTheFile && !known->growsWithEntries;
                       return ColumnsOf(table);
                     }));
   prepared.ofTheFile = ofTheFile;
@@ -207,7 +274,7 @@ SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
 std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Query& query,
                                                   const std::shared_ptr<const RowTable>& before) {
   StatementUse use(prepared.statement);
-  BindValues(use, query.Values());
+  BindValues(use, query.Values(), prepared.endsDay);
   bool another = use->Step();
   std::size_t same = 0;
   while (another && before != nullptr && same < before->RowCount() &&
@@ -243,11 +310,11 @@ std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
     Prepared once = Prepare(query);
     return Run(once, query);
   }
+  const std::int64_t version = FileVersion();
   Prepared& prepared = PreparedBefore(query);
   if (!prepared.keepsAnswers) {
     return Run(prepared, query);
   }
-  const std::int64_t version = FileVersion();
   if (keptRows_ > kKeptRows) {
     ForgetAnswers();
   }
@@ -286,11 +353,12 @@ Variant SqliteEngine::HighestProtocol(const Variant& year, const Variant& regist
 
 std::int32_t SqliteEngine::Closings(const Variant& entry) {
   StatementUse count(
-      Constant("SELECT count(DISTINCT Chiusura.rowid) FROM COGPrimeNoteRCont AS Riga "
+      Constant("SELECT count(*) FROM (SELECT DISTINCT Apertura.IdScadenza, Apertura.NrRata "
+               "FROM COGPrimeNoteRCont AS Riga "
                "JOIN COGScadenze AS Apertura ON Apertura.IdScadenza = Riga.IdScadenza "
-               "JOIN COGScadenze AS Chiusura ON Chiusura.LinkApertura = Apertura.IdScadenza "
-               "AND Chiusura.RataApertura = Apertura.NrRata "
-               "WHERE Riga.IdPrimaNota = ? AND Apertura.TipoRata = 0 AND Chiusura.TipoRata = 1"));
+               "WHERE Riga.IdPrimaNota = ? AND Apertura.TipoRata = 0) AS Aperta "
+               "CROSS JOIN COGScadenze AS Chiusura ON Chiusura.LinkApertura = Aperta.IdScadenza "
+               "AND Chiusura.RataApertura = Aperta.NrRata AND Chiusura.TipoRata = 1"));
   count->Bind(1, entry);
   count->Step();
   return CLng(count->Value(0, DataType::Integer, "COGNroChiusurePrimaNota"));
@@ -338,11 +406,13 @@ void SqliteEngine::EndReading() noexcept {
 }
 
 bool SqliteEngine::HasTable(std::string_view name) {
+  return IsAnswered(kInFile, name) ||
+         IsAnswered("SELECT 1 FROM temporary.sqlite_master WHERE name = ? COLLATE NOCASE", name);
+}
+
+bool SqliteEngine::IsAnswered(std::string_view sql, std::string_view name) {
   const Variant wanted(name);
-  StatementUse search(
-      Constant("SELECT 1 FROM (SELECT type, name FROM main.sqlite_master UNION ALL "
-               "SELECT type, name FROM temporary.sqlite_master) "
-               "WHERE type IN ('table', 'view') AND name = ? COLLATE NOCASE"));
+  StatementUse search(Constant(sql));
   search->Bind(1, wanted);
   return search->Step();
 }

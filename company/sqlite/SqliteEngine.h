@@ -11,6 +11,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -26,6 +27,13 @@
 #include "company/sqlite/Sqlite.h"
 
 namespace kal::company {
+
+struct FileIdentity {
+  std::uint64_t device;
+  std::uint64_t number;
+
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
 
 class SqliteEngine final : public Engine {
  public:
@@ -91,6 +99,7 @@ class SqliteEngine final : public Engine {
 
     SqliteStatement statement;
     std::vector<ResultColumn> columns;
+    std::vector<bool> endsDay;  // by value
     std::shared_ptr<const RowLayout> layout;
     std::shared_ptr<const RowTable> none;  // what a selection without rows answers
     bool keepsAnswers = false;
@@ -100,6 +109,10 @@ class SqliteEngine final : public Engine {
   };
 
   void RequireCompany();
+  void RequireSameFile();
+  void RefuseViews();
+  // Outside of a reading it looks for what else has changed: which file has the name, and the
+  // schema, with which all that is prepared and kept goes.
   [[nodiscard]] std::int64_t FileVersion();
   // A statement of this program's own, prepared at its first use. The text is the key: it must be
   // a constant.
@@ -110,17 +123,23 @@ class SqliteEngine final : public Engine {
   // The table given from before is the answer when it still is what the file says.
   [[nodiscard]] std::shared_ptr<const RowTable> Run(
       Prepared& prepared, const Query& query, const std::shared_ptr<const RowTable>& before = {});
+  [[nodiscard]] bool IsAnswered(std::string_view sql, std::string_view name);
   void ForgetAnswers();
   void FillTemporaryTable(const std::string& name, const RowTable& rows);
   void ForgetTemporarySelections();
 
+  std::optional<FileIdentity> file_;
+  std::chrono::steady_clock::time_point nextLook_;
   Sqlite connection_;  // before all statements
   SqliteStatement begin_;
   SqliteStatement end_;
   SqliteStatement version_;
+  SqliteStatement schema_;
   std::unordered_map<Use, Prepared, UseHash, SameUse> selections_;
   ByText<SqliteStatement> constants_;
   std::optional<std::int64_t> versionOfReading_;
+  std::optional<std::int64_t> versionSeen_;  // the latest
+  std::optional<std::int64_t> schemaSeen_;   // that of all that is prepared
   std::size_t keptRows_ = 0;
   std::string key_;  // of what is being looked up; kept for its memory
 };
