@@ -28,13 +28,18 @@ std::string DayByDay(const Branches& branches, const ComparisonSql& day,
   const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
   const std::string next =
       std::string("SELECT ") + (back ? "max(" : "min(") + day.left + ")" + rows;
-  // Neither AND nor a join keeps SQLite from looking for the first day; CASE does.
-  const std::string first = "SELECT CASE WHEN EXISTS (SELECT 1" + rows + other.sql + ") THEN (" +
-                            next + day.sql + ") END";
-  return "(WITH RECURSIVE days(day) AS (" + first + " UNION ALL SELECT (" + next + day.left +
-         (back ? " < " : " > ") + "days.day) FROM days WHERE day IS NOT NULL)" +
-         " SELECT day FROM days) AS days CROSS JOIN " + branches.table + " WHERE " +
-         AllOf(branches.all) + " AND " + day.left + " = days.day AND " + other.sql;
+  const std::string days = "WITH RECURSIVE days(day) AS (" + next + day.sql +
+                           " UNION ALL SELECT (" + next + day.left + (back ? " < " : " > ") +
+                           "days.day) FROM days WHERE day IS NOT NULL) ";
+  const std::string met = branches.table + " WHERE " + AllOf(branches.all) + " AND " + other.sql +
+                          " AND " + day.left + " = ";
+  // The days are not joined with their rows: SQLite might walk all rows once to make itself a
+  // filter of them.
+  const std::string found =
+      days + "SELECT day FROM days WHERE EXISTS (SELECT 1 FROM " + met + "days.day) LIMIT 1";
+  // Neither AND nor a join keeps SQLite from starting on the days; CASE does.
+  return met + "CASE WHEN EXISTS (SELECT 1" + rows + other.sql +
+         ") THEN CASE WHEN EXISTS (SELECT 1" + rows + day.sql + ") THEN (" + found + ") END END";
 }
 
 // One alternative, behind its FROM.
