@@ -39,6 +39,8 @@ class Company {
 
   // One state of the books for all that is read until it is let go, whatever others commit
   // meanwhile. Outside of one, every question sees the books as they are when it is asked.
+  // Raises an error when another file has taken the company's name; that is looked for every tenth
+  // of a second at most.
   class Reading {
    public:
     explicit Reading(Company& company);

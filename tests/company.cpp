@@ -138,7 +138,7 @@ TEST_F(CompanyTest, SelectionsAnswer) {
         SezionaleIva, DataRegistrazione, DataDocumento, Provvisoria, TotDocumento, Fixing)
       VALUES (1, 'FT', 'A/1', 1, 2, 3, '2024-03-15', NULL, NULL, '10.50', 1.5),
         (2, 'ft', 'a/1', NULL, 1, 3, '2023-12-31', '2023-12-30', 1, 0.1, NULL),
-        (2, 'ft', NULL, NULL, 1, 3, NULL, '2024-01-01T09:00:00', -1, NULL, NULL);
+        (2, 'ft', NULL, NULL, 1, 3, NULL, '2024-01-01 09:00:00', -1, NULL, NULL);
     INSERT INTO COGNumerazioniIva
         (IdNumerazione, IdSezAutofatture, Anno, SezionaleIva, SplitPayment)
       VALUES (1, 2, 2024, 3, 1), (2, NULL, 2024, 9, 0);
