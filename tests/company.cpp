@@ -624,10 +624,11 @@ TEST_F(CompanyTest, KeptAnswersFollowEveryChange) {
   SqliteEngine engine(file_);
   std::string before = answers(engine);
   for (const std::string change : {
-           "INSERT INTO STDIva VALUES ('10', NULL, 0, 0.5, 1, 2), ('22', '', 0, 0, 0, 0), "
-           "('4', 'A', -3, 1e300, NULL, NULL)",
-           "INSERT INTO STDDichiarazioniIntento VALUES (1, 7, 2, 0, '10', '1.5', -2, "
-           "'2024-01-31', NULL, 0), (2, NULL, NULL, 1, NULL, 1, 1.25, NULL, '2024-12-31 10:00', 1)",
+           ("INSERT INTO STDIva VALUES ('10', NULL, 0, 0.5, 1, 2), ('22', '', 0, 0, 0, 0), "
+            "('4', 'A', -3, 1e300, NULL, NULL)"),
+           ("INSERT INTO STDDichiarazioniIntento VALUES (1, 7, 2, 0, '10', '1.5', -2, "
+            "'2024-01-31', NULL, 0), (2, NULL, NULL, 1, NULL, 1, 1.25, NULL, '2024-12-31 10:00', "
+            "1)"),
            "UPDATE STDIva SET CodIvaAutoFtReverse = '' WHERE CodIva = '10'",
            "UPDATE STDIva SET PercIvaACosto = 0.25 WHERE CodIva = '22'",
            "UPDATE STDIva SET AmmessaFiscalitaBL = 0 WHERE CodIva = '10'",
@@ -641,10 +642,10 @@ TEST_F(CompanyTest, KeptAnswersFollowEveryChange) {
            "UPDATE STDDichiarazioniIntento SET Importo = '-2.0001' WHERE IdDichiarazione = 1",
            "UPDATE STDDichiarazioniIntento SET ImportoPlafond = NULL WHERE IdDichiarazione = 1",
            "UPDATE STDDichiarazioniIntento SET IdAnagrafica = 8 WHERE IdDichiarazione = 1",
-           "UPDATE STDDichiarazioniIntento SET DataInizioValidita = '2024-02-29' "
-           "WHERE IdDichiarazione = 1",
-           "UPDATE STDDichiarazioniIntento SET DataFineValidita = '31.12.24' "
-           "WHERE IdDichiarazione = 2",
+           ("UPDATE STDDichiarazioniIntento SET DataInizioValidita = '2024-02-29' "
+            "WHERE IdDichiarazione = 1"),
+           ("UPDATE STDDichiarazioniIntento SET DataFineValidita = '31.12.24' "
+            "WHERE IdDichiarazione = 2"),
            "ALTER TABLE STDIva ADD COLUMN Altra TEXT",
            "ALTER TABLE STDIva DROP COLUMN TipoIntra",
            "INSERT INTO COGPrimeNoteRCont VALUES (1, 2)",
