@@ -39,6 +39,8 @@ overflow | C1.ImportoDareVB=<most>;C2.ImportoDareVB="0.0001";C2.ImportoDare=0
 other amounts are not summed | C1.ImportoDare=<most>;C2.ImportoAvere=-1 | True
 the extremes | C1.ImportoDareVB=<most>;C2.ImportoAvereVB=<most> | True
 [acquisto]
+field missing on the line that reads it | lacks="ImportoAvereVB";C1.CodConto=""
+    | Error 3265 in OkQuadratura Err: 10520(1)
 both currencies | C1.ImportoAvere=121;C1.ImportoAvereVB=121 | Err: 10492 / 10494 / 10489(1)
 entry currency alone | C2.ImportoDare="100.0001" | Err: 10493 / 10494
 type 4 alone | C3.TipoRiga=4 | Err: 10494 / 10495
@@ -79,6 +81,7 @@ total Null | I1.ImponibileVB=0;I1.TotaleVB=null | Err: 10742(1)
 negative tax | I1.ImponibileVB=0;I1.ImpostaVB=-22;I1.TotaleVB=-22 | Warn: 10666(1)
 nothing | I1.ImponibileVB=0;I1.ImpostaVB=0 | True
 taxable Null | I1.ImponibileVB=null | True
+total missing where nothing reads it | lacks="TotaleVB";I1.ImponibileVB=1000 | True
 tax Null | I1.ImponibileVB=0;I1.ImpostaVB=null | True
 both tests, then the next line | I1.CodIva="";I1.ImponibileVB=0;I1.TotaleVB=0;
     I+{"NumeroRiga":7,"CodIva":""} | Err: 10521(1) / 10742(1) / 10521(7) / 10498() / 10498()
@@ -130,6 +133,7 @@ stamp duty, ventilated, Null | <declared>;I1.CodIva="BOL";I+{"CodIva":"VENT"};I+
 letters count | <declared>;I1.CodIva="di" | Warn: <aliquote>
 declaration not found | T.IdDichiarazione=9 | True
 [acquisto]
+a customer's declaration, by its id | <declared>;I1.CodIva="10" | Warn: <aliquote>
 variation notes compare too | T.CodCausale="NCA";T.IdDichiarazione=2;I1.CodIva="10"
     | Warn: <aliquote>
 no operation: intra codes | <none>;<declared>;I1.CodIva="IC";I+{"CodIva":"22"};I+{"CodIva":"IC"}
@@ -155,6 +159,7 @@ base currency lines ignore the other | S2.ImportoAvere="60.99" | True
 foreign currency | C1.CodDivisa="USD";S2.ImportoAvere="60.9999" | Err: 10489(1)
 foreign currency, base amounts | C1.CodDivisa="USD";S2.ImportoAvereVB=60 | Err: 10489(1)
 foreign currency, all alike | C1.CodDivisa="USD" | True
+no currency | C1.CodDivisa=null;S2.ImportoAvere="60.9999" | Err: 10489(1)
 no base currency set | S2.ImportoAvere=60
     | DELETE FROM STDParametriAzienda WHERE Nome='CodDivisaBase' | Err: 10489(1)
 a debit among credits | S2.ImportoDareVB=10;S2.ImportoDare=0;S1.ImportoAvereVB=132 | True
@@ -264,6 +269,8 @@ next month | | <refers>'2024-06-01');<settled>2024,5,1) | True
 another year | | <refers>'2024-05-31');<settled>2023,5,1) | True
 first month of a quarter | | <refers>'2023-04-01');<settled>2023,2,1) | Err: 10500
 last month of a quarter | | <refers>'2023-12-31');<settled>2023,4,1) | Err: 10500
+parameters don't say: monthly | | UPDATE COGParametriIva SET IvaTrimestrale=NULL;
+    <refers>'2023-05-31');<settled>2023,5,1) | Err: 10500
 a month's number in a quarterly year | | <refers>'2023-05-31');<settled>2023,5,1) | True
 not final | | <refers>'2024-05-31');<settled>2024,5,0) | True
 does not say | | <refers>'2024-05-31');<settled>2024,5,NULL) | Err: 10500
@@ -341,6 +348,10 @@ protocol Null is 0 | T.Protocollo=null | <saved>1,1,1,0,'2024-06-01',0)
     | Err: 10508 Prot: 10506(01/06/2024)(0)
 next number, a later saved one | <intra> | <saved>1,2,9,4,'2024-03-16',0)
     | Prot: 10587(16/03/2024)(4)
+next number, the entry itself counts | <intra> | <saved>100,2,9,4,'2024-03-16',0)
+    | Prot: 10587(16/03/2024)(4)
+linked number Null is 0 | <intra> | <saved>7,2,9,NULL,'2024-03-16',0), (8,2,9,5,'2024-03-14',0)
+    | Prot: 10587(14/03/2024)(5)
 next number in order | <intra> | <saved>1,2,9,4,'2024-03-15',0) | True
 next number of the section | <intra> | <saved>1,2,8,4,'2024-03-16',0) | True
 next number of the year | <intra> | <saved>1,2,9,4,'2023-12-31',0) | True

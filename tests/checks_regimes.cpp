@@ -218,6 +218,7 @@ all lines | | True @ P 100
 lines of its code | I+{"CodIva":"22","Imponibile":"0.5","ImponibileVB":7};
     I+{"CodIva":"10","Imponibile":9} | Warn: <aliquote> @ P 100.5
 reversing | T.CodCausale="NCA" | True @ P -100
+reversing by -1 alone | | UPDATE COGCausaliContabili SET SegnoIva=-2 | True @ P 100
 no plafond date | T.DataPlafond=null | True @ P 0
 no declaration | T.IdDichiarazione=0 | True @ P 0
 unknown declaration | T.IdDichiarazione=9 | True @ P 0
@@ -271,6 +272,11 @@ TEST(OkAggiorna, StartsAnewWithFlagsAndPlafond) {
                                              TableRows(kPaying)[0][0].substr(sizeof("<paid> ="))));
   (void)purchase.Run();
   EXPECT_EQ(purchase.State('P') + " " + purchase.State('X'), "100 closes");
+  purchase.checker.RsCausale(nullptr);
+  purchase.checker.RsTesta(
+      Checked(books.siblings, EntryText("giroconto", "T.CodCausale=\"?\"")).sets[0]);
+  EXPECT_EQ(purchase.Run(), "Err: 10525");
+  EXPECT_EQ(purchase.State('P') + " " + purchase.State('X'), "100 closes") << "no template";
   purchase.checker.RsTesta(Checked(books.siblings, EntryText("giroconto")).sets[0]);
   purchase.checker.RsScadenze(nullptr);
   (void)purchase.Run();

@@ -1,17 +1,20 @@
-// Faults: every public operation, with the Nth call that leaves the checker failing, for every N;
-// and with the Nth allocation failing.
+// Faults: every public operation, as it asks; with the Nth call that leaves the checker failing,
+// for every N; and with the Nth allocation failing.
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
-#include <deque>
+#include <fstream>
 #include <new>
 #include <optional>
 #include <regex>
+#include <sstream>
 
 #include "platform/RunTimeError.h"
+#include "siblings/InWords.h"
 #include "tests/kit.h"
 
 namespace {
@@ -76,55 +79,94 @@ struct Wire {
 
   std::size_t failing = 0;  // counted from 1; 0 for none
   std::vector<std::string> log;
+  std::ostream* told = nullptr;  // who is told in words what is asked and where sets are moved
   std::shared_ptr<int> alive = std::make_shared<int>();  // shared by all record sets
 };
 
 // Whether a row is current is no call that can fail.
-class WiredRecordset final : public Recordset {
+class WiredRecordset final : public WrappedRecordset {
  public:
-  WiredRecordset(Wire& wire, RecordsetRef inner) : wire_(wire), inner_(std::move(inner)) {}
-  const Field& Fields(std::string_view name) override {
-    return fields_.emplace_back(wire_, On("Fields").Fields(name));
-  }
-  const Field& Fields(std::size_t index) override {
-    return fields_.emplace_back(wire_, On("Fields").Fields(index));
-  }
-  std::int32_t RecordCount() override { return On("RecordCount").RecordCount(); }
-  kal::EditMode EditMode() override { return On("EditMode").EditMode(); }
-  void Filter(std::string_view text) override { On("Filter").Filter(text); }
-  void Filter(FilterGroup group) override { On("Filter").Filter(group); }
-  void MoveFirst() override { On("MoveFirst").MoveFirst(); }
-  void MoveNext() override { On("MoveNext").MoveNext(); }
-  void MoveLast() override { On("MoveLast").MoveLast(); }
-  bool Eof() override { return On("Eof").Eof(); }
+  WiredRecordset(Wire& wire, RecordsetRef inner, std::string_view name)
+      : WrappedRecordset(std::move(inner)), wire_(wire), name_(name) {}
   bool HasCurrentRow() noexcept override { return inner_->HasCurrentRow(); }
   std::size_t Row() const override { return inner_->Row(); }
 
  private:
-  struct WiredField final : Field {
-    WiredField(Wire& w, const Field& field) : wire(w), inner(field) {}
-    kal::Variant Value() const override { return wire.Cross("Value"), inner.Value(); }
-    DataType Type() const override { return wire.Cross("Type"), inner.Type(); }
-    Wire& wire;
-    const Field& inner;
-  };
-
-  Recordset& On(const char* call) { return wire_.Cross(call), *inner_; }
+  Recordset& On(std::string_view call, std::string_view with) override {
+    const bool moves = call == "Filter" || call == "MoveFirst" || call == "MoveLast";
+    if (wire_.told != nullptr && moves) {
+      *wire_.told << "  " << name_ << "." << call << (call != "Filter" ? "" : " ")
+                  << (call == "Filter" && with != "0" ? "'" + std::string(with) + "'"
+                                                      : std::string(with))
+                  << "\n";
+    }
+    wire_.Cross(call);
+    return *inner_;
+  }
 
   Wire& wire_;
+  std::string name_;
   std::shared_ptr<int> counted_ = wire_.alive;
-  RecordsetRef inner_;
-  std::deque<WiredField> fields_;
 };
+
+// A selection with everything that is handed over, in its order.
+std::string InFull(const Query& query) {
+  constexpr std::array kSigns = {" = ", " <> ", " < ", " <= ", " > ", " >= "};
+  const Selection& selection = query.What();
+  std::size_t value = 0;
+  const auto compared = [&](const Selection::Comparison& comparison) {
+    return query.Text(comparison.left) + kSigns[static_cast<std::size_t>(comparison.operation)] +
+           InWords(query.Values().subspan(value++, 1));
+  };
+  const auto conditions = [&](const auto& list, std::string_view before) {
+    std::string all;
+    for (const Selection::Condition& condition : list) {
+      all += all.empty() ? before : " and ";
+      if (condition.kind == Selection::Condition::Kind::Value) {
+        all += compared({condition.left, condition.operation});
+      } else {
+        all += condition.left;
+        all.append(condition.right.empty() ? "" : " = ").append(condition.right);
+      }
+      std::string_view either = "(";
+      for (const Selection::All& alternative : condition.alternatives) {
+        for (const auto& each : alternative) {
+          all.append(either).append(compared(each));
+          either = " and ";
+        }
+        either = " or ";
+      }
+      all += condition.alternatives.Size() == 0 ? "" : ")";
+    }
+    return all;
+  };
+  std::string words = selection.IsOnlyFirst() ? " first" : "";
+  if (selection.Option() != 0) words += " option " + std::to_string(selection.Option());
+  for (const std::string_view columns : selection.Columns()) words.append(" ").append(columns);
+  words += "\n    from " + query.Text(selection.Table());
+  for (const Selection::Join& join : selection.Joins()) {
+    words += join.kind == JoinKind::Inner ? "\n    inner join " : "\n    left outer join ";
+    words += query.Text(join.table) + conditions(join.on, "\n      on ");
+  }
+  return words + conditions(selection.Conditions(), "\n    where ");
+}
 
 class WiredSiblings final : public CodedSiblings {
  public:
   WiredSiblings(Siblings& inner, Wire& wire) : CodedSiblings(inner), wire_(wire) {}
 
   SiblingAnswer Ask(const SiblingCall& call) override {
-    wire_.Cross(std::string(NameOf(call.component)) + "." + std::string(call.Name()));
+    const std::string name = std::string(NameOf(call.component)) + "." + std::string(call.Name());
+    if (wire_.told != nullptr && call.member != Member::Create) {
+      *wire_.told << name << (call.values.empty() ? "" : " ") << InWords(call.values)
+                  << (call.query == nullptr ? "" : InFull(*call.query)) << "\n";
+    }
+    wire_.Cross(name);
     SiblingAnswer answer = CodedSiblings::Ask(call);
-    if (answer.rows) answer.rows = std::make_shared<WiredRecordset>(wire_, answer.rows);
+    if (answer.rows) {
+      answer.rows =
+          std::make_shared<WiredRecordset>(wire_, answer.rows, call.query->What().Table());
+    }
     return answer;
   }
 
@@ -222,8 +264,10 @@ constexpr Row kRows[] = {
      "S+{\"IdScadenza\":2,\"TipoRata\":1,\"ImportoAvere\":1,\"ImportoAvereVB\":1,"
      "\"LinkApertura\":5,\"RataApertura\":1}"},
     {"self-invoice to be numbered", "acquisto",
-     "T.CodCausale=\"ACQ\";T.Intra=true;I1.CodIva=\"IC\";C1-;C1-;C1-;S!;T.NumeroDocumento=\"\""},
+     "T.CodCausale=\"ACQ\";T.Intra=true;I1.CodIva=\"IC\";C1-;C1-;C1-;S!;T.NumeroDocumento=\"\";"
+     "T.DataPlafond=\"2024-03-10\";arguments=[false,false]"},
     {"split-payment sale in suspension", "vendita",
+     "T.TipoRegIva=1;"
      "T.InSospensione=true;TmpTableScadenze=\"COGScadenze\";T.TipoDocumento=4;T.IdAnagrafica=11;"
      "T.SezionaleIva=2;T.CodPagamento=\"RB\";S2.IdTipologiaPagamento=2;T.IdDichiarazione=1;"
      "T.TotDocumentoVB=-1;T.DataDocumento=\"2024-02-10\";T.Provvisoria=false;C3-"},
@@ -265,6 +309,34 @@ class Faults : public testing::Test {
   OpenedCompany books_{kBooks};
 };
 
+// All that each row asks, word by word and as often as it does, and how it moves the record sets.
+// With KAL_WRITE_DOCS in the environment it is written down afresh.
+TEST_F(Faults, ConversationsAreAsWrittenDown) {
+  std::ostringstream told;
+  for (const Row& row : kRows) {
+    told << "== " << row.name << "\n";
+    Wire wire;
+    wire.told = &told;
+    WiredSiblings siblings(books_.company.Siblings(), wire);
+    Checked checked(siblings, EntryText(row.kind, row.changes));
+    checked.Hand([&](RecordsetRef set) {
+      const std::string_view name = checked.entry.sets[checked.sets.size() - 1].set->name;
+      return RecordsetRef(std::make_shared<WiredRecordset>(wire, std::move(set), name));
+    });
+    Call(checked);
+  }
+  const std::filesystem::path file = KAL_SOURCE_DIR "/tests/data/conversations.txt";
+  if (std::getenv("KAL_WRITE_DOCS") != nullptr) std::ofstream(file) << told.str();
+  std::ifstream written(file);
+  std::istringstream now(told.str());
+  for (std::string line, before; std::getline(now, line); before = line) {
+    std::string then;
+    std::getline(written, then);
+    ASSERT_EQ(line, then) << "behind " << before;
+  }
+  EXPECT_EQ(written.peek(), std::ifstream::traits_type::eof());
+}
+
 // The error comes with its trail, and the findings before it stay. A translation that fails is
 // passed over, and so is the status component that it needs.
 TEST_F(Faults, OfEveryCall) {
@@ -273,7 +345,7 @@ TEST_F(Faults, OfEveryCall) {
     Wire wire;
     WiredSiblings siblings(books_.company.Siblings(), wire);
     const auto wired = [&](RecordsetRef set) {
-      return RecordsetRef(std::make_shared<WiredRecordset>(wire, std::move(set)));
+      return RecordsetRef(std::make_shared<WiredRecordset>(wire, std::move(set), ""));
     };
     std::vector<std::string> log;
     Ending whole;

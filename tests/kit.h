@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -42,12 +43,61 @@ class TestCompany : public ScratchPath {
   void Execute(std::string_view sql) const;
 };
 
-// The company's siblings, which answer for a message its code in the place of its text:
-// "10520(%s)". A test overrides what it watches.
+// A record set around another one, which knows no more of itself than every set must. A test
+// overrides what it watches: every call with what it hands over, and every value that is read.
+class WrappedRecordset : public Recordset {
+ public:
+  explicit WrappedRecordset(RecordsetRef inner) : inner_(std::move(inner)) {}
+  const Field& Fields(std::string_view name) override {
+    return fields_.emplace_back(*this, On("Fields", name).Fields(name));
+  }
+  const Field& Fields(std::size_t index) override {
+    return fields_.emplace_back(*this, On("Fields").Fields(index), index == 0);
+  }
+  std::int32_t RecordCount() override { return On("RecordCount").RecordCount(); }
+  kal::EditMode EditMode() override { return On("EditMode").EditMode(); }
+  void Filter(std::string_view text) override { On("Filter", text).Filter(text); }
+  void Filter(FilterGroup group) override { On("Filter", "0").Filter(group); }
+  void MoveFirst() override { On("MoveFirst").MoveFirst(); }
+  void MoveNext() override { On("MoveNext").MoveNext(); }
+  void MoveLast() override { On("MoveLast").MoveLast(); }
+  bool Eof() override { return On("Eof").Eof(); }
+
+ protected:
+  virtual Recordset& On(std::string_view /*call*/, std::string_view /*with*/ = {}) {
+    return *inner_;
+  }
+  virtual kal::Variant Read(const Field& field, bool /*isFirst*/) { return field.Value(); }
+
+  RecordsetRef inner_;
+
+ private:
+  struct WrappedField final : Field {
+    WrappedField(WrappedRecordset& s, const Field& field, bool first = false)
+        : set(s), inner(field), isFirst(first) {}
+    kal::Variant Value() const override { return set.On("Value"), set.Read(inner, isFirst); }
+    DataType Type() const override { return set.On("Type"), inner.Type(); }
+    WrappedRecordset& set;
+    const Field& inner;
+    bool isFirst;
+  };
+
+  std::deque<WrappedField> fields_;
+};
+
+// As another host makes one: dates have a time of day, the first field can't be represented, and a
+// field may be missing.
+[[nodiscard]] RecordsetRef OfAnotherMake(RecordsetRef set, const std::string& lacks = "");
+
+// The company's siblings, which answer for a message its code in the place of its text,
+// "10520(%s)", and put translations in braces. Nobody may ask them with a time of day. A test
+// overrides what it watches.
 class CodedSiblings : public Siblings {
  public:
   explicit CodedSiblings(Siblings& inner) : inner_(inner) {}
   SiblingAnswer Ask(const SiblingCall& call) override;
+
+  bool ofAnotherMake = false;  // whether dates and record sets are answered so
 
  protected:
   Siblings& inner_;
@@ -67,6 +117,7 @@ struct OpenedCompany : TestCompany {
 //   C+{...}          add a row           C2-   take a row away
 //   S!               hand over no such set   T!EditMode=2   set its edit mode
 //   operation="OkModifica"   arguments=[1,2]   set a key of the entry
+//   lacks="TotaleVB"    hand over sets of another make, without that field
 [[nodiscard]] std::string EntryText(std::string_view kind, std::string_view changes = "");
 
 // An entry's checker with its record sets.
@@ -77,6 +128,8 @@ struct Checked {
 
   // Hands every record set of the entry over afresh, and Nothing for those that it lacks.
   void Hand(const Wrap& wrap = {});
+  // Hands everything over as another host does: OfAnotherMake.
+  void HandAsAnotherHost();
   // Runs the entry's operation: "True", "False" or a number, followed by each result string that
   // is not empty; False is left out before those: "Err: 10520(1) / 10492 Warn: 10734". A run-time
   // error shows its number and
@@ -91,12 +144,14 @@ struct Checked {
   host::Entry entry;
   KalCOGCheck checker;
   std::vector<std::shared_ptr<MemoryRecordset>> sets;  // as entry.sets
+  std::string lacks;
 };
 
-// Cases as a text, one a row: "name | changes | expected", or "name | changes | sql | expected". An
-// indented row goes on with the one above. What is expected may end with the state that sets are
-// left in: "True @ C 1, S 2 where TipoRata = 0". A row in brackets names the kind of entry of those
-// below it, and may give them changes and SQL: "[acquisto] | changes | sql". A row such as
+// Cases as a text, each as our host hands it over and as another one does, one a row: "name |
+// changes | expected", or "name | changes | sql | expected". An indented row goes on with the one
+// above. What is expected may end with the state that sets are left in: "True @ C 1, S 2 where
+// TipoRata = 0". A row in brackets names the kind of entry of those below it, and may give them
+// changes and SQL: "[acquisto] | changes | sql". A row such as
 // "<locked> = text" gives a text a name; those of the literal messages are known, and so are <set>
 // for a company setting. SQL may say "COGBollati!" for a company that has lost the table, and
 // <missed> stands for the error then.

@@ -37,6 +37,7 @@ free | | True
 closed year | <closedYear> | Err: 10509
 not posted | | <posted>;UPDATE COGRateiRisconti SET IdRateoRisconto=2 | True
 another entry's accruals | T.IdPrimaNota=1 | <posted> | True
+another section's register | T.SezionaleIva=2 | <march> | Err: 10486
 locked | | <locked> | Warn: 10511(Modificando)
 locked by the VAT date | T.DataIva="2024-04-15" | <locked> | True
 no VAT date | T.DataIva=null | <locked> | True
@@ -226,9 +227,9 @@ no VAT parameters | arguments=["2024-03-15",1,9] | <summary>=1;DELETE FROM COGPa
 
 TEST(LibriStampati, ASummaryCoversItsSettlementPeriod) {
   for (const auto& [quarterly, printed, months] :
-       {std::tuple("0", "(3),(9)", "..X.....X..."), std::tuple("0", "(1),(12)", "X..........X"),
-        std::tuple("1", "(3),(9)", "XXX...XXX..."), std::tuple("1", "(6),(12)", "...XXX...XXX"),
-        std::tuple("1", "(1),(5)", "............")}) {
+       {std::tuple("NULL", "(3),(9)", "..X.....X..."), std::tuple("0", "(3),(9)", "..X.....X..."),
+        std::tuple("0", "(1),(12)", "X..........X"), std::tuple("1", "(3),(9)", "XXX...XXX..."),
+        std::tuple("1", "(6),(12)", "...XXX...XXX"), std::tuple("1", "(1),(5)", "............")}) {
     OpenedCompany books(std::string("WITH Stampati(Mese) AS (VALUES ") + printed +
                         ") INSERT INTO COGBollati SELECT Mese,2024,Mese,0,1 FROM Stampati;"
                         "UPDATE COGParametriIva SET IvaTrimestrale=" +
@@ -252,6 +253,7 @@ TEST(NumeriDuplicati, InTheDocumentsYear) {
 used | arguments=["A1","2024-12-31",20,0] | True
 used by another entry | arguments=["A1","2024-12-31",20,201] | True
 used by itself | arguments=["A1","2024-12-31",20,200] | False
+used by itself, below 0 | arguments=["A1","2024-12-31",20,-1] | <head> IdPrimaNota=-1 | False
 another number | arguments=["a1","2024-12-31",20,0] | False
 another supplier | arguments=["A1","2024-12-31",21,0] | False
 year of registration | arguments=["A1","2023-12-31",20,0] | False
@@ -263,6 +265,7 @@ no date | arguments=["A1","",20,0] | Error 13 in itself
     | <saved> (200,'A1',2,3,10,'2024-01-01','2023-12-31')
 used | arguments=[2,3,"A1","2024-12-31",0] | True
 used by itself | arguments=[2,3,"A1","2024-12-31",200] | False
+used by itself, below 0 | arguments=[2,3,"A1","2024-12-31",-1] | <head> IdPrimaNota=-1 | False
 another register | arguments=[3,3,"A1","2024-12-31",0] | False
 another section | arguments=[2,2,"A1","2024-12-31",0] | False
 another number | arguments=[2,3,"A2","2024-12-31",0] | False

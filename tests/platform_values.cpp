@@ -144,6 +144,7 @@ TEST(Values, Conversions) {
       {"CCur", "1,000.5-", "-1000.5"},
       {"CCur", 1.005, "1.005"},
       {"CCur", 0.00005, "0"},
+      {"CCur", 100.00005, "100"},
       {"CCur", 922337203685477.0, "922337203685477"},
       {"CCur", 922337203685477.5, "922337203685477.5"},
       {"CCur", -922337203685477.625, "error 6"},
@@ -206,6 +207,8 @@ TEST(Values, Conversions) {
       {"CDate", "1/2-2024", "error 13"},
       {"CDate", "1/2/202", "error 13"},
       {"CDate", "1/13/2024", "error 13"},
+      {"CDate", "15x3x2024", "error 13"},
+      {"CDate", "1/2/02024", "error 13"},
       {"CDate", "1/2/2024 24:00", "error 13"},
       {"CDate", "1/2/2024 ", "error 13"},
       {"CDate", "", "error 13"},
@@ -223,6 +226,7 @@ TEST(Values, Conversions) {
       {"Year", "", "error 13"},
       {"Month", "31/12/9999", "12"},
       {"Month", Null, "error 94"},
+      {"Year", Null, "error 94"},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(Convert(row.target, row.value), row.expected)
@@ -242,7 +246,9 @@ TEST(Values, ErrorsSayWhatTheyMet) {
   EXPECT_EQ(description("abc"), "Kal_COGCheck Type mismatch: \"abc\" is not a number");
   EXPECT_EQ(description(4e4),
             "Kal_COGCheck Overflow: 40000 is outside the range of 16-bit integers");
-  // A long text is cut between characters, never inside one.
+  EXPECT_EQ(description(std::string(60, 'x')),
+            "Kal_COGCheck Type mismatch: \"" + std::string(60, 'x') + "\" is not a number");
+  // A longer text is cut between characters, never inside one.
   const std::string start(59, 'x');
   EXPECT_EQ(description(start + "è" + start),
             "Kal_COGCheck Type mismatch: \"" + start + "...\" is not a number");
@@ -273,10 +279,13 @@ TEST(Values, Comparisons) {
       {Amount("922337203685477.5806"), '<', Amount("922337203685477.5807")},
       {Amount("922337203685477.5806"), '<', Dec("922337203685477.5806000000001")},
       {Amount("1.005"), '=', 1.005},
+      {Amount("100"), '=', 100.00000000000003},
+      {Amount("-0.1"), '=', -0.1F},
+      {Amount("100"), '<', 100.0001},
       {Amount("1.005"), '=', Dec("1.00500")},
-      {0.1F, '>', 0.1},
+      {0.1F, '=', 0.1},
+      {0.1F, '<', 0.10000002},
       {std::nan(""), '?', 0},
-      {kUp, '>', Amount("922337203685477.5807")},
       {Day("1900-01-01"), '=', 2},
       {Day("2024-01-01"), '<', Day("2024-01-02")},
       {Null, '?', Null},
@@ -320,6 +329,8 @@ TEST(Values, Comparisons) {
     EXPECT_EQ(operators(left, right), expected(order)) << "row " << i;
     EXPECT_EQ(operators(right, left), expected(reversed)) << "row " << i << " reversed";
   }
+  EXPECT_EQ(Outcome([&] { return operators(kUp, Amount("0")); }), "error 6");
+  EXPECT_EQ(Outcome([&] { return operators(Amount("0"), 1e15); }), "error 6");
   EXPECT_FALSE(Truth::Null || Not(Truth::Null))
       << "a Null condition does not hold, nor its opposite";
   EXPECT_TRUE(Identical(Null, Null) && Identical("a", "a") && Identical(Variant(), Variant()));
@@ -347,7 +358,8 @@ TEST(Values, AmountsAreExact) {
     EXPECT_FALSE(Currency::FromExactText(text)) << '"' << text << '"';
   }
   // Equal as doubles too, also where the units are no double: indexes rely on it.
-  for (const char* text : {"900719925474.0993", "-469477449249367", "525898626537604.3509"}) {
+  for (const char* text : {"900719925474.0993", "-469477449249367", "525898626537604.3509",
+                           "1380498457997.4445", "922337203685477.5806"}) {
     EXPECT_EQ(Amount(text).ToDouble(), std::stod(text)) << text;
     EXPECT_EQ(Dec(text).ToDouble(), std::stod(text)) << text;
   }

@@ -130,7 +130,7 @@ Dup 10507 | | UPDATE COGPrimeNoteTeste SET Provvisoria=1 WHERE IdPrimaNota=200
 Prot 10506(01/04/2024)(0) | | DELETE FROM COGPrimeNoteTeste WHERE IdPrimaNota=201
 Prot 10587(01/04/2024)(5) |
     | UPDATE COGPrimeNoteTeste SET DataRegistrazione='2024-03-15' WHERE IdPrimaNota=202
-Warn 10738(dell'autofattura) |
+Warn 10738({dell'autofattura}) |
     | UPDATE COGPrimeNoteTeste SET Protocollo=9999998 WHERE IdPrimaNota=203
 Warn 10727 | F1.BeniImponibili=100;F1.ImpostaServiziImponibili=22;T.TotImpostaVB=22
 Err 10767 | T.TotDocumentoVB=1
@@ -165,7 +165,7 @@ Err 10489(1) | S1.ImportoDareVB="61"
 Warn 10590(dare)(vendita) | C3.TipoRiga=2
 Warn <aliquote> | I1.CodIva="DI"
 Group 10656 | C1.IdCliFor=10
-Warn 10738(del documento) | T.Protocollo=9999999
+Warn 10738({del documento}) | T.Protocollo=9999999
 Warn 10510 | T.TipoDocumento=3
 Warn <effetti> | T.CodPagamento="SOLOIVA"
 Warn <cliente> | T.IdAnagrafica=11
@@ -349,7 +349,7 @@ provisional: nothing of the definitive | T.Provvisoria=true;T.SezionaleIva=5;T.N
     T.Protocollo=0;T.Intra=true;T.InSospensione=true;T.TotDocumentoVB=-1;C1.TipoCliFor=0;R+{};F+{};
     T.DataDocumento=null;T.DataIva="2025-01-10" | True
 provisional: section, protocol, lines in reverse charge | T.Provvisoria=true;T.ReverseCharge=true;
-    T.Protocollo=10000000 | Err: 10514 / 10731 Warn: 10738(del documento)
+    T.Protocollo=10000000 | Err: 10514 / 10731 Warn: 10738({del documento})
 no VAT set in reverse charge | T.ReverseCharge=true;I! | Error 91 in itself
 first day of the year | T.DataRegistrazione="2024-01-01";T.DataDocumento="2024-01-01" | True
 last day of the year before | T.DataRegistrazione="2023-12-31";T.DataDocumento="2023-12-31"
@@ -360,9 +360,12 @@ duplicate purchase | T.NumeroDocumento="P" | <saved> | Dup: 10507
 of another supplier | T.NumeroDocumento="P";T.IdAnagrafica=9 | <saved> | True
 [vendita]
 a valid sale | | True
-split customer | T.IdAnagrafica=11;T.Protocollo=10000000 | Warn: 10738(del documento) / <sezionale>
+split customer | T.IdAnagrafica=11;T.Protocollo=10000000 | Warn: 10738({del documento}) / <sezionale>
 split customer, no section | T.IdAnagrafica=11;T.SezionaleIva=7 | Err: 10505 Warn: <sezionale>
 split section of another year | T.SezionaleIva=2;T.DataRegistrazione="2025-03-31" | Err: 10505
+provisional: lines, bank, section | T.Provvisoria=true;T.SezionaleIva=5;T.TipoDocumento=4;
+    T.IdAnagrafica=11;S1.IdTipologiaPagamento=2;C3-;C2-;C1.TipoCliFor=0;C1.ImportoDareVB=0;C1.ImportoDare=0
+    | Warn: 10734 / 10510 / <sezionale>
 [corrispettivi]
 valid receipts | | True
 duplicate receipts | T.NumeroDocumento="P";T.Protocollo=2 | <saved> | Dup: 10507
@@ -379,7 +382,7 @@ no line set | C! | Error 91 in QuadraScadenze
 number without register | T.NumeroDocumento="" | True
 protocol Null | T.Protocollo=null | Err: 10508
 protocol of seven digits | T.Protocollo=9999999 | True
-protocol of eight digits | T.Protocollo=10000000 | Warn: 10738(del documento)
+protocol of eight digits | T.Protocollo=10000000 | Warn: 10738({del documento})
 )");
 }
 
@@ -411,13 +414,13 @@ activities not separate | T.Intra=true;T.CodAttivita="A1" | True
 no section | T.Intra=true | INSERT INTO STDParametriAzienda VALUES ('AttivitaSeparateIva','1');
     DELETE FROM STDParametriAzienda WHERE Nome='SezionaleAutofatture' | Err: 10515
 linked number out of order | T.Intra=true;T.IdLink=300 | <saved> | Prot: 10587(01/02/2024)(51)
-next number too large | T.Intra=true | <saved> | Warn: 10738(dell'autofattura)
+next number too large | T.Intra=true | <saved> | Warn: 10738({dell'autofattura})
 linked number: no next one | T.Intra=true;T.IdLink=302 | <saved> | True
 not for an entry that is no self-invoice | T.IdLink=300 | <saved> | True
 not twice | T.Intra=true;T.NoIntraBis=true | <saved> | True
 not twice, linked number | T.Intra=true;T.NoIntraBis=true;T.IdLink=300 | <saved> | True
 twice in reverse charge | T.Intra=true;T.NoIntraBis=true;<reverse> | <saved>
-    | Warn: 10738(dell'autofattura)
+    | Warn: 10738({dell'autofattura})
 [giroconto]
 no register, no VAT date | T.DataIva="2024-03-15" | <locked> | True
 [vendita]
@@ -436,7 +439,7 @@ TEST(OkAggiorna, DeclarationOfIntent) {
 <usedUp> = <declarations> ImportoPlafond='1000'
 <usedUpBefore> = <declarations> ImportoPlafond='1000';
     INSERT INTO COGPrimeNoteTeste (IdPrimaNota,TotImponibile,TotImposta,Provvisoria) VALUES (100,'100','22',0),
-    (101,'100','22',1)
+    (101,'100','22',1), (102,'100','22',NULL)
 [vendita]
 valid | <sale> | True
 no end is before every date | <sale> | <declarations> DataFineValidita=NULL | True
@@ -459,6 +462,9 @@ another code | <purchase>;I1.CodIva="VENT" | <usedUp> | True
 what it used when saved | <purchase> | <usedUpBefore> | True
 one ten-thousandth more | <purchase>;I1.Imponibile="100.0001" | <usedUpBefore> | Warn: <plafond>
 a provisional one used nothing | <purchase>;T.IdPrimaNota=101 | <usedUpBefore> | Warn: <plafond>
+nor one that does not say | <purchase>;T.IdPrimaNota=102 | <usedUpBefore> | Warn: <plafond>
+reversing by -1 alone | <purchase> | <usedUp>;UPDATE COGCausaliContabili SET SegnoIva=-2 | Warn: <plafond>
+last day in the evening | <purchase> | <declarations> DataFineValidita='2024-03-10' | True
 no plafond | <purchase> | <declarations> ImportoPlafond='1000', TipoDichiarazione=1 | True
 no VAT lines | <purchase>;I1- | Error 3021 in itself
 no VAT set | <purchase>;I! | Error 91 in itself
