@@ -21,6 +21,7 @@ account a heading and an account | C2.CodConto="10"
 each line with the account | C1.CodConto="99";C2.CodConto="99";C1.ImportoDareVB=1
     | Err: 10520(1) / 10520(2)
 account Null | C2.CodConto=null | Error 94 in OkQuadratura
+no accounts | | STDPianoDeiConti! | <missed> SottoContoAssente < OkQuadratura
 account Null behind a missing one | C1.CodConto="";C2.CodConto=null
     | Error 94 in OkQuadratura Err: 10520(1)
 one ten-thousandth | C1.ImportoDareVB="100.0001" | Err: 10492

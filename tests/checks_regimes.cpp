@@ -261,6 +261,7 @@ a closing one is closed | | UPDATE COGScadenze SET TipoRata=1 | True @ X none
 entry not in suspension | | UPDATE COGPrimeNoteTeste SET InSospensione=0 | True @ X none
 entry does not say | | UPDATE COGPrimeNoteTeste SET InSospensione=NULL | True @ X none
 on no line | | DELETE FROM COGPrimeNoteRCont | True @ X none
+no installments | | COGScadenze! | <missed> CheckIncassiInSospensione
 )");
 }
 

@@ -8,11 +8,13 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <new>
 #include <optional>
 #include <regex>
 #include <sstream>
 
+#include "host/Runner.h"
 #include "platform/RunTimeError.h"
 #include "siblings/InWords.h"
 #include "tests/kit.h"
@@ -313,12 +315,18 @@ class Faults : public testing::Test {
 // With KAL_WRITE_DOCS in the environment it is written down afresh.
 TEST_F(Faults, ConversationsAreAsWrittenDown) {
   std::ostringstream told;
+  struct Teller : Observer {
+    explicit Teller(std::ostream& t) : out(t) {}
+    void Entered(std::string_view operation) override { out << "- " << operation << "\n"; }
+    std::ostream& out;
+  } teller(told);
   for (const Row& row : kRows) {
     told << "== " << row.name << "\n";
     Wire wire;
     wire.told = &told;
     WiredSiblings siblings(books_.company.Siblings(), wire);
     Checked checked(siblings, EntryText(row.kind, row.changes));
+    checked.checker.Observe(&teller);
     checked.Hand([&](RecordsetRef set) {
       const std::string_view name = checked.entry.sets[checked.sets.size() - 1].set->name;
       return RecordsetRef(std::make_shared<WiredRecordset>(wire, std::move(set), name));
@@ -410,6 +418,21 @@ TEST_F(Faults, OfEveryAllocation) {
     for (const Row& row : kRows) sweep(row, always, false);
     sweep(kRows[0], always, true);
   }
+}
+
+// What fails outside of every operation is the outcome's error too, without a trail.
+TEST_F(Faults, OfTheRunnersMemory) {
+  const std::string text = EntryText("acquisto", "TmpTableScadenze=\"Tmp\"");
+  std::map<std::string, int> sources;
+  for (std::int64_t n = 0; n < 2000; ++n) {
+    try {
+      const ScarceMemory scarce(n, false);
+      const host::Outcome outcome = host::CheckEntry(books_.company, {text, "F", ""});
+      if (outcome.error) ++sources[outcome.error->Source()];
+    } catch (const std::bad_alloc&) {  // while it was read
+    }
+  }
+  EXPECT_GT(sources[std::string(kComponentName)], 0);
 }
 
 // The same where SQLite finds no memory, at any depth of opening a company and asking it.

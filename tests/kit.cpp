@@ -209,17 +209,21 @@ void TestCompany::Execute(std::string_view sql) const { test::Execute(Path(), sq
 
 namespace {
 
-Variant WithTime(const Variant& value) {
+// Siblings answer in the morning, hosts hand over in the evening.
+constexpr double kMorning = 0.25;
+constexpr double kEvening = 0.75;
+
+Variant WithTime(const Variant& value, double time) {
   const auto* date = value.As<Date>();
   if (date == nullptr) return value;
   const double serial = date->WithoutTime().Serial();
-  return *Date::FromSerial(serial < 0 ? serial - 0.75 : serial + 0.75);
+  return *Date::FromSerial(serial < 0 ? serial - time : serial + time);
 }
 
 class ForeignRecordset final : public WrappedRecordset {
  public:
-  ForeignRecordset(RecordsetRef inner, std::string lacks)
-      : WrappedRecordset(std::move(inner)), lacks_(std::move(lacks)) {}
+  ForeignRecordset(RecordsetRef inner, double time, std::string lacks = "")
+      : WrappedRecordset(std::move(inner)), time_(time), lacks_(std::move(lacks)) {}
 
  private:
   Recordset& On(std::string_view /*call*/, std::string_view with) override {
@@ -229,19 +233,16 @@ class ForeignRecordset final : public WrappedRecordset {
     return *inner_;
   }
   Variant Read(const Field& field, bool isFirst) override {
-    Variant value = WithTime(field.Value());
+    Variant value = WithTime(field.Value(), time_);
     if (isFirst) Raise(RunTime::TypeMismatch, "can't be represented", kRecordsetSource);
     return value;
   }
 
+  double time_;
   std::string lacks_;
 };
 
 }  // namespace
-
-RecordsetRef OfAnotherMake(RecordsetRef set, const std::string& lacks) {
-  return std::make_shared<ForeignRecordset>(std::move(set), lacks);
-}
 
 SiblingAnswer CodedSiblings::Ask(const SiblingCall& call) {
   const auto isDay = [](const Variant& value) {
@@ -254,8 +255,10 @@ SiblingAnswer CodedSiblings::Ask(const SiblingCall& call) {
   }
   if (call.member != Member::KalStatus_GetMessage) {
     SiblingAnswer answer = inner_.Ask(call);
-    if (ofAnotherMake) answer.value = WithTime(answer.value);
-    if (ofAnotherMake && answer.rows) answer.rows = OfAnotherMake(answer.rows);
+    if (ofAnotherMake) answer.value = WithTime(answer.value, kMorning);
+    if (ofAnotherMake && answer.rows) {
+      answer.rows = std::make_shared<ForeignRecordset>(answer.rows, kMorning);
+    }
     return answer;
   }
   std::string shown = CStr(call.values[0]);
@@ -297,7 +300,7 @@ Checked::Checked(Siblings& siblings, const std::string& entryText) : checker(sib
     throw std::invalid_argument(reading.error + " in " + entryText);
   }
   entry = *std::move(reading.entry);
-  Hand();
+  lacks.empty() ? Hand() : HandAsAnotherHost();
   checker.IsParcella(entry.isParcella);
   checker.IsFromCard(entry.isFromCard);
   checker.TmpTableScadenze(entry.tmpTableScadenze);
@@ -310,15 +313,15 @@ void Checked::Hand(const Wrap& wrap) {
   }
   for (const host::SuppliedSet& supplied : entry.sets) {
     sets.push_back(std::make_shared<MemoryRecordset>(supplied.rows, supplied.editMode));
-    (checker.*supplied.set->assign)(wrap            ? wrap(sets.back())
-                                    : lacks.empty() ? RecordsetRef(sets.back())
-                                                    : OfAnotherMake(sets.back(), lacks));
+    (checker.*supplied.set->assign)(wrap ? wrap(sets.back()) : RecordsetRef(sets.back()));
   }
 }
 
 void Checked::HandAsAnotherHost() {
-  std::ranges::transform(entry.arguments, entry.arguments.begin(), WithTime);
-  Hand([this](RecordsetRef set) { return OfAnotherMake(std::move(set), lacks); });
+  for (Variant& argument : entry.arguments) argument = WithTime(argument, kEvening);
+  Hand([this](const RecordsetRef& set) {
+    return RecordsetRef(std::make_shared<ForeignRecordset>(set, kEvening, lacks));
+  });
 }
 
 std::string Checked::Run() {

@@ -85,10 +85,6 @@ class WrappedRecordset : public Recordset {
   std::deque<WrappedField> fields_;
 };
 
-// As another host makes one: dates have a time of day, the first field can't be represented, and a
-// field may be missing.
-[[nodiscard]] RecordsetRef OfAnotherMake(RecordsetRef set, const std::string& lacks = "");
-
 // The company's siblings, which answer for a message its code in the place of its text,
 // "10520(%s)", and put translations in braces. Nobody may ask them with a time of day. A test
 // overrides what it watches.
@@ -97,7 +93,7 @@ class CodedSiblings : public Siblings {
   explicit CodedSiblings(Siblings& inner) : inner_(inner) {}
   SiblingAnswer Ask(const SiblingCall& call) override;
 
-  bool ofAnotherMake = false;  // whether dates and record sets are answered so
+  bool ofAnotherMake = false;  // whether they answer as HandAsAnotherHost hands over
 
  protected:
   Siblings& inner_;
@@ -117,7 +113,7 @@ struct OpenedCompany : TestCompany {
 //   C+{...}          add a row           C2-   take a row away
 //   S!               hand over no such set   T!EditMode=2   set its edit mode
 //   operation="OkModifica"   arguments=[1,2]   set a key of the entry
-//   lacks="TotaleVB"    hand over sets of another make, without that field
+//   lacks="TotaleVB"    a field that is missing in every set
 [[nodiscard]] std::string EntryText(std::string_view kind, std::string_view changes = "");
 
 // An entry's checker with its record sets.
@@ -128,7 +124,8 @@ struct Checked {
 
   // Hands every record set of the entry over afresh, and Nothing for those that it lacks.
   void Hand(const Wrap& wrap = {});
-  // Hands everything over as another host does: OfAnotherMake.
+  // The same as another host may: dates have a time of day, the first field can't be represented,
+  // and the field that the entry lacks is missing.
   void HandAsAnotherHost();
   // Runs the entry's operation: "True", "False" or a number, followed by each result string that
   // is not empty; False is left out before those: "Err: 10520(1) / 10492 Warn: 10734". A run-time
