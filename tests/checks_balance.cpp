@@ -165,6 +165,7 @@ no base currency set | S2.ImportoAvere=60
     | DELETE FROM STDParametriAzienda WHERE Nome='CodDivisaBase' | Err: 10489(1)
 a debit among credits | S2.ImportoDareVB=10;S2.ImportoDare=0;S1.ImportoAvereVB=132 | True
 another link's | S2.IdScadenza=2 | Err: 10489(1)
+link missing | lacks="IdScadenza" | Error 3265 in GetField ( Field: IdScadenza )  < QuadraScadenze
 none for the link | C1.IdScadenza=-7 | Err: 10489(1)
 none for a line of 0
     | C+{"CodConto":"3001","IdCliFor":1,"TipoCliFor":2,"ImportoAvere":0,"ImportoAvereVB":0} | True

@@ -612,6 +612,36 @@ TEST_F(CompanyTest, RemovesTheFilesOfAnEmptyLog) {
   EXPECT_EQ(Bytes(file_), before);
 }
 
+sqlite3* opened = nullptr;
+int Remember(sqlite3* connection, char** /*error*/, const sqlite3_api_routines* /*api*/) {
+  opened = connection;
+  return SQLITE_OK;
+}
+
+// It only reads, asks for the version before the answer that it keeps under it, and ends what it
+// began. A writer comes as soon as the version is asked for, and a COMMIT fails.
+TEST_F(CompanyTest, KeepsItsConnectionClean) {
+  sqlite3_auto_extension(reinterpret_cast<void (*)()>(Remember));
+  SqliteEngine engine(file_);
+  sqlite3_reset_auto_extension();
+  EXPECT_EQ(sqlite3_db_readonly(opened, "main"), 1);
+  const auto disturb = [](unsigned /*event*/, void* writer, void* statement, void* /*text*/) {
+    const std::string_view sql = sqlite3_sql(static_cast<sqlite3_stmt*>(statement));
+    if (sql == "COMMIT") sqlite3_interrupt(opened);
+    return sql != "PRAGMA data_version"
+               ? 0
+               : Run(static_cast<sqlite3*>(writer), "INSERT INTO STDIva (CodIva) VALUES ('x')");
+  };
+  sqlite3_trace_v2(opened, SQLITE_TRACE_STMT, disturb, writer_);
+  EXPECT_EQ(KeptAnswer<kCodes>(engine).substr(0, 1), "x");
+  engine.BeginReading();
+  engine.EndReading();
+  EXPECT_NE(sqlite3_get_autocommit(opened), 0);
+  sqlite3_trace_v2(opened, 0, nullptr, nullptr);
+  SqliteEngine fresh(file_);
+  EXPECT_EQ(KeptAnswer<kCodes>(engine), KeptAnswer<kCodes>(fresh));
+}
+
 // What an engine has kept of small tables and of their columns, seen through one that keeps nothing
 // yet.
 TEST_F(CompanyTest, KeptAnswersFollowEveryChange) {
