@@ -3,7 +3,7 @@
 # make test-windows   the same for the Windows automation server, under Wine
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
-# make docs   writes the lists of docs/ as the code states them
+# make docs   writes the lists of docs/, and what every operation asks, as the code states them
 # make fuzz   ten minutes of fuzzing a target
 # make million   a million checks in one process
 # make clean  removes what was built

@@ -269,11 +269,11 @@ constexpr Row kRows[] = {
      "T.CodCausale=\"ACQ\";T.Intra=true;I1.CodIva=\"IC\";C1-;C1-;C1-;S!;T.NumeroDocumento=\"\";"
      "T.DataPlafond=\"2024-03-10\";arguments=[false,false]"},
     {"split-payment sale in suspension", "vendita",
-     "T.TipoRegIva=1;"
      "T.InSospensione=true;TmpTableScadenze=\"COGScadenze\";T.TipoDocumento=4;T.IdAnagrafica=11;"
      "T.SezionaleIva=2;T.CodPagamento=\"RB\";S2.IdTipologiaPagamento=2;T.IdDichiarazione=1;"
-     "T.TotDocumentoVB=-1;T.DataDocumento=\"2024-02-10\";T.Provvisoria=false;C3-"},
-    {"receipts above the threshold", "corrispettivi", "T.TotDocumentoVB=3600;C3-"},
+     "T.TipoRegIva=1;T.TotDocumentoVB=-1;T.DataDocumento=\"2024-02-10\";T.Provvisoria=false;C3-"},
+    {"receipts above the threshold", "corrispettivi",
+     "T.TotDocumentoVB=3600;C3-;C2.CodConto=\"1001\""},
     {"line currencies", "giroconto",
      "T.CodProprieta=\"P\";C2.CodDivisa=\"\";C2.CodConto=\"x\";T.CodCausale=\"APE\""},
     {"unknown template", "giroconto", "T.CodCausale=\"?\""},
