@@ -633,10 +633,10 @@ TEST_F(CompanyTest, KeepsItsConnectionClean) {
                : Run(static_cast<sqlite3*>(writer), "INSERT INTO STDIva (CodIva) VALUES ('x')");
   };
   sqlite3_trace_v2(opened, SQLITE_TRACE_STMT, disturb, writer_);
-  EXPECT_EQ(KeptAnswer<kCodes>(engine).substr(0, 1), "x");
   engine.BeginReading();
   engine.EndReading();
   EXPECT_NE(sqlite3_get_autocommit(opened), 0);
+  EXPECT_EQ(KeptAnswer<kCodes>(engine).substr(0, 1), "x");
   sqlite3_trace_v2(opened, 0, nullptr, nullptr);
   SqliteEngine fresh(file_);
   EXPECT_EQ(KeptAnswer<kCodes>(engine), KeptAnswer<kCodes>(fresh));
