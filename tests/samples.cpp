@@ -85,7 +85,8 @@ TEST_F(Samples, AnswerWhatTheyExpect) {
 // Only the message about separate VAT activities has none: the sample company does not keep them.
 TEST_F(Samples, GiveEveryMessage) {
   std::map<std::string, Outcome, std::less<>> outcomes;
-  ForEach([&](const EntryText& entry, Outcome outcome) { outcomes[entry.place] = outcome; });
+  ForEach(
+      [&](const EntryText& entry, Outcome outcome) { outcomes[entry.place] = std::move(outcome); });
   for (const Message& page : Catalogue()) {
     SCOPED_TRACE(page.name);
     EXPECT_EQ(FindPage(page.name), &page);
