@@ -1,7 +1,5 @@
 #include "checker/KalCOGCheck.h"
 
-#include <utility>
-
 #include "frame/Azienda.h"
 #include "frame/modKalErrorHandling.h"
 #include "modify/Modify.h"
@@ -9,9 +7,9 @@
 
 namespace kal {
 
-void KalCOGCheck::TmpTableScadenze(std::string_view name) {
+void KalCOGCheck::TmpTableScadenze(Unread<std::string> name) {
   Trap(registrazione_, "KalCOGCheck.TmpTableScadenze",
-       [&] { registrazione_.TmpTableScadenze = name; });
+       [&] { registrazione_.TmpTableScadenze = name(); });
 }
 
 std::string KalCOGCheck::TmpTableScadenze() const {
@@ -80,8 +78,8 @@ bool KalCOGCheck::ScadenzeInDistintaIncPag() {
 
 bool KalCOGCheck::OkCancella() { return kal::OkCancella(registrazione_); }
 
-bool KalCOGCheck::CheckDuplicatoNrDocRicevuto(const std::string& aNumeroDoc,
-                                              const Variant& aDataDoc, std::int32_t aIdAnagrafica,
+bool KalCOGCheck::CheckDuplicatoNrDocRicevuto(Unread<std::string> aNumeroDoc,
+                                              Unread<Variant> aDataDoc, std::int32_t aIdAnagrafica,
                                               std::int32_t aIdPrimaNota) {
   return kal::CheckDuplicatoNrDocRicevuto(registrazione_, aNumeroDoc, aDataDoc, aIdAnagrafica,
                                           aIdPrimaNota);
@@ -89,30 +87,40 @@ bool KalCOGCheck::CheckDuplicatoNrDocRicevuto(const std::string& aNumeroDoc,
 
 bool KalCOGCheck::ContabilitaChiusa() { return kal::ContabilitaChiusa(registrazione_); }
 
-void KalCOGCheck::RsCausale(RecordsetRef set) { registrazione_.RsCausale = std::move(set); }
+void KalCOGCheck::RsCausale(Unread<RecordsetRef> set) {
+  Trap(registrazione_, "KalCOGCheck.RsCausale", [&] { registrazione_.RsCausale = set(); });
+}
 
-void KalCOGCheck::RsScadenze(RecordsetRef set) { registrazione_.RsScadenze = std::move(set); }
+void KalCOGCheck::RsScadenze(Unread<RecordsetRef> set) {
+  Trap(registrazione_, "KalCOGCheck.RsScadenze", [&] { registrazione_.RsScadenze = set(); });
+}
 
 std::string KalCOGCheck::ErrString() const {
   return Trap(registrazione_, "KalCOGCheck.ErrString",
               [&] { return registrazione_.Rilievi.Text(ResultString::ErrString); });
 }
 
-void KalCOGCheck::RsTesta(RecordsetRef set) { registrazione_.RsTesta = std::move(set); }
+void KalCOGCheck::RsTesta(Unread<RecordsetRef> set) {
+  Trap(registrazione_, "KalCOGCheck.RsTesta", [&] { registrazione_.RsTesta = set(); });
+}
 
-void KalCOGCheck::RsRIva(RecordsetRef set) { registrazione_.RsRIva = std::move(set); }
+void KalCOGCheck::RsRIva(Unread<RecordsetRef> set) {
+  Trap(registrazione_, "KalCOGCheck.RsRIva", [&] { registrazione_.RsRIva = set(); });
+}
 
-void KalCOGCheck::RsRCont(RecordsetRef set) { registrazione_.RsRCont = std::move(set); }
+void KalCOGCheck::RsRCont(Unread<RecordsetRef> set) {
+  Trap(registrazione_, "KalCOGCheck.RsRCont", [&] { registrazione_.RsRCont = set(); });
+}
 
 bool KalCOGCheck::OkAggiorna(bool aCheckRegIva, bool aCheckDuplicatoDoc) {
   return kal::OkAggiorna(registrazione_, aCheckRegIva, aCheckDuplicatoDoc);
 }
 
-bool KalCOGCheck::LibroGiornaleStampato(const Variant& aDataReg) {
+bool KalCOGCheck::LibroGiornaleStampato(Unread<Variant> aDataReg) {
   return kal::LibroGiornaleStampato(registrazione_, aDataReg);
 }
 
-bool KalCOGCheck::RegistriIvaStampati(const Variant& aDataReg, std::int16_t aTipoRegIva,
+bool KalCOGCheck::RegistriIvaStampati(Unread<Variant> aDataReg, std::int16_t aTipoRegIva,
                                       std::int16_t aSezionale) {
   return kal::RegistriIvaStampati(registrazione_, aDataReg, aTipoRegIva, aSezionale);
 }
@@ -121,13 +129,17 @@ std::int32_t KalCOGCheck::LeggiIdPrimaNota(std::int32_t aIdDoc, std::int16_t aTi
   return kal::LeggiIdPrimaNota(registrazione_, aIdDoc, aTipoDoc);
 }
 
-void KalCOGCheck::RsRisconti(RecordsetRef set) { registrazione_.RsRisconti = std::move(set); }
+void KalCOGCheck::RsRisconti(Unread<RecordsetRef> set) {
+  Trap(registrazione_, "KalCOGCheck.RsRisconti", [&] { registrazione_.RsRisconti = set(); });
+}
 
-void KalCOGCheck::RsFiscalitaBL(RecordsetRef set) { registrazione_.RsFiscalitaBL = std::move(set); }
+void KalCOGCheck::RsFiscalitaBL(Unread<RecordsetRef> set) {
+  Trap(registrazione_, "KalCOGCheck.RsFiscalitaBL", [&] { registrazione_.RsFiscalitaBL = set(); });
+}
 
 bool KalCOGCheck::CheckDuplicatoNrDocEmesso(std::int16_t aTipoRegIva, std::int16_t aSezionaleIva,
-                                            const std::string& aNumeroDoc, const Variant& aDataDoc,
-                                            std::int32_t aIdPrimaNota) {
+                                            Unread<std::string> aNumeroDoc,
+                                            Unread<Variant> aDataDoc, std::int32_t aIdPrimaNota) {
   return kal::CheckDuplicatoNrDocEmesso(registrazione_, aTipoRegIva, aSezionaleIva, aNumeroDoc,
                                         aDataDoc, aIdPrimaNota);
 }

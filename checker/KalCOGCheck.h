@@ -19,6 +19,7 @@
 #include "frame/Registrazione.h"
 #include "platform/Currency.h"
 #include "platform/Recordset.h"
+#include "platform/Unread.h"
 #include "platform/Variant.h"
 #include "siblings/Siblings.h"
 
@@ -33,8 +34,9 @@ class KalCOGCheck {
   ~KalCOGCheck() = default;
 
   // The members in the order of the automation interface. A property is set by the overload that
-  // takes its value and read by the one without arguments.
-  void TmpTableScadenze(std::string_view name);
+  // takes its value and read by the one without arguments. What a caller may have to convert is
+  // taken unread.
+  void TmpTableScadenze(Unread<std::string> name);
   [[nodiscard]] std::string TmpTableScadenze() const;
   void IsFromCard(bool value);
   void IsParcella(bool value);
@@ -53,24 +55,24 @@ class KalCOGCheck {
   bool ScadenzeInDistinta();
   bool ScadenzeInDistintaIncPag();
   bool OkCancella();
-  bool CheckDuplicatoNrDocRicevuto(const std::string& aNumeroDoc, const Variant& aDataDoc,
+  bool CheckDuplicatoNrDocRicevuto(Unread<std::string> aNumeroDoc, Unread<Variant> aDataDoc,
                                    std::int32_t aIdAnagrafica, std::int32_t aIdPrimaNota);
   bool ContabilitaChiusa();
-  void RsCausale(RecordsetRef set);
-  void RsScadenze(RecordsetRef set);
+  void RsCausale(Unread<RecordsetRef> set);
+  void RsScadenze(Unread<RecordsetRef> set);
   [[nodiscard]] std::string ErrString() const;
-  void RsTesta(RecordsetRef set);
-  void RsRIva(RecordsetRef set);
-  void RsRCont(RecordsetRef set);
+  void RsTesta(Unread<RecordsetRef> set);
+  void RsRIva(Unread<RecordsetRef> set);
+  void RsRCont(Unread<RecordsetRef> set);
   bool OkAggiorna(bool aCheckRegIva, bool aCheckDuplicatoDoc);
-  bool LibroGiornaleStampato(const Variant& aDataReg);
-  bool RegistriIvaStampati(const Variant& aDataReg, std::int16_t aTipoRegIva,
+  bool LibroGiornaleStampato(Unread<Variant> aDataReg);
+  bool RegistriIvaStampati(Unread<Variant> aDataReg, std::int16_t aTipoRegIva,
                            std::int16_t aSezionale);
   std::int32_t LeggiIdPrimaNota(std::int32_t aIdDoc, std::int16_t aTipoDoc);  // -1: none
-  void RsRisconti(RecordsetRef set);
-  void RsFiscalitaBL(RecordsetRef set);
+  void RsRisconti(Unread<RecordsetRef> set);
+  void RsFiscalitaBL(Unread<RecordsetRef> set);
   bool CheckDuplicatoNrDocEmesso(std::int16_t aTipoRegIva, std::int16_t aSezionaleIva,
-                                 const std::string& aNumeroDoc, const Variant& aDataDoc,
+                                 Unread<std::string> aNumeroDoc, Unread<Variant> aDataDoc,
                                  std::int32_t aIdPrimaNota);
   // A reserved entry point: does nothing and returns 0.
   std::int32_t GenericFx(std::string_view v1, const std::shared_ptr<void>& v2);

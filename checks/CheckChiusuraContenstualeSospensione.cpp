@@ -26,8 +26,9 @@ constexpr Selection kChiusure = Selection()
 
 void CheckChiusuraContenstualeSospensione(Registrazione& aRegistrazione) {
   Trap(aRegistrazione, "KalCOGCheck.CheckChiusuraContenstualeSospensione", [&] {
-    const RecordsetRef chiusure =
-        OpenNamed<kChiusure>(aRegistrazione, aRegistrazione.TmpTableScadenze, kRataChiusura);
+    // The host may assign another name while the company is asked.
+    const std::string tabella = aRegistrazione.TmpTableScadenze;
+    const RecordsetRef chiusure = OpenNamed<kChiusure>(aRegistrazione, tabella, kRataChiusura);
     if (!RecordsetIsEmpty(chiusure)) {
       AddMessage(aRegistrazione, ErrString, MessageCode::ChiusuraContestuale);
     }

@@ -16,7 +16,7 @@ namespace kal::host {
 
 struct EntrySet {
   std::string_view name;  // the entry's key, and the checker's member
-  void (KalCOGCheck::*assign)(RecordsetRef);
+  void (KalCOGCheck::*assign)(Unread<RecordsetRef>);
 };
 
 // In the order in which results list them.

@@ -42,6 +42,8 @@ struct Argument<std::string> {
   static constexpr ArgumentKind kKind = ArgumentKind::Text;
   static std::string Take(const Variant& value) { return std::string(Require(value.AsText())); }
 };
+template <class T>
+struct Argument<Unread<T>> : Argument<T> {};
 
 // An operation made from the member itself, so that the table can't disagree with the checker
 // about arguments.

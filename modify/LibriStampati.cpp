@@ -41,9 +41,9 @@ std::string_view ColonnaStampati(std::int16_t tipoRegIva) {
 
 }  // namespace
 
-bool LibroGiornaleStampato(const Registrazione& aRegistrazione, const Variant& aDataReg) {
+bool LibroGiornaleStampato(const Registrazione& aRegistrazione, Unread<Variant> aDataReg) {
   return Trap(aRegistrazione, "KalCOGCheck.LibroGiornaleStampato", [&] {
-    const RecordsetRef bollati = BollatiDelMese(aRegistrazione, aDataReg);
+    const RecordsetRef bollati = BollatiDelMese(aRegistrazione, aDataReg());
     return !RecordsetIsEmpty(bollati) && CBool(RawField(bollati, "GiorContStampato"));
   });
 }
@@ -55,16 +55,17 @@ void SegnalaLibroGiornale(Registrazione& aRegistrazione) {
   }
 }
 
-bool RegistriIvaStampati(Registrazione& aRegistrazione, const Variant& aDataReg,
+bool RegistriIvaStampati(Registrazione& aRegistrazione, Unread<Variant> aDataReg,
                          std::int16_t aTipoRegIva, std::int16_t aSezionale) {
   return Trap(aRegistrazione, "KalCOGCheck.RegistriIvaStampati", [&] {
     if (aTipoRegIva == kNessunRegistro) {
       return false;
     }
-    if (RiepilogoStampato(aRegistrazione, aDataReg, aTipoRegIva, aSezionale)) {
+    const Variant dataReg = aDataReg();
+    if (RiepilogoStampato(aRegistrazione, dataReg, aTipoRegIva, aSezionale)) {
       return true;
     }
-    const RecordsetRef bollati = BollatiDelMese(aRegistrazione, aDataReg);
+    const RecordsetRef bollati = BollatiDelMese(aRegistrazione, dataReg);
     if (RecordsetIsEmpty(bollati)) {
       return false;
     }

@@ -11,6 +11,7 @@
 
 #include "frame/Ordine.h"
 #include "frame/Registrazione.h"
+#include "platform/Unread.h"
 #include "platform/Variant.h"
 
 namespace kal {
@@ -27,20 +28,20 @@ std::int32_t LeggiIdPrimaNota(const Registrazione& aRegistrazione, std::int32_t 
                               std::int16_t aTipoDoc);  // -1: none
 
 // LibriStampati.cpp
-bool LibroGiornaleStampato(const Registrazione& aRegistrazione, const Variant& aDataReg);
+bool LibroGiornaleStampato(const Registrazione& aRegistrazione, Unread<Variant> aDataReg);
 void SegnalaLibroGiornale(Registrazione& aRegistrazione);
-bool RegistriIvaStampati(Registrazione& aRegistrazione, const Variant& aDataReg,
+bool RegistriIvaStampati(Registrazione& aRegistrazione, Unread<Variant> aDataReg,
                          std::int16_t aTipoRegIva, std::int16_t aSezionale);
 bool ContabilitaChiusa(const Registrazione& aRegistrazione);
 void SegnalaContabilitaChiusa(Registrazione& aRegistrazione);
 
 // NumeriDuplicati.cpp
-bool CheckDuplicatoNrDocRicevuto(const Registrazione& aRegistrazione, const std::string& aNumeroDoc,
-                                 const Variant& aDataDoc, std::int32_t aIdAnagrafica,
-                                 std::int32_t aIdPrimaNota);
+bool CheckDuplicatoNrDocRicevuto(const Registrazione& aRegistrazione,
+                                 Unread<std::string> aNumeroDoc, Unread<Variant> aDataDoc,
+                                 std::int32_t aIdAnagrafica, std::int32_t aIdPrimaNota);
 bool CheckDuplicatoNrDocEmesso(const Registrazione& aRegistrazione, std::int16_t aTipoRegIva,
-                               std::int16_t aSezionaleIva, const std::string& aNumeroDoc,
-                               const Variant& aDataDoc, std::int32_t aIdPrimaNota);
+                               std::int16_t aSezionaleIva, Unread<std::string> aNumeroDoc,
+                               Unread<Variant> aDataDoc, std::int32_t aIdPrimaNota);
 void SegnalaNumeroRicevuto(Registrazione& aRegistrazione);
 void SegnalaNumeroEmesso(Registrazione& aRegistrazione);
 

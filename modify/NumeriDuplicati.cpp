@@ -48,20 +48,20 @@ bool Esiste(const Registrazione& aRegistrazione, const std::string& aNumeroDoc,
 
 }  // namespace
 
-bool CheckDuplicatoNrDocRicevuto(const Registrazione& aRegistrazione, const std::string& aNumeroDoc,
-                                 const Variant& aDataDoc, std::int32_t aIdAnagrafica,
-                                 std::int32_t aIdPrimaNota) {
+bool CheckDuplicatoNrDocRicevuto(const Registrazione& aRegistrazione,
+                                 Unread<std::string> aNumeroDoc, Unread<Variant> aDataDoc,
+                                 std::int32_t aIdAnagrafica, std::int32_t aIdPrimaNota) {
   return Trap(aRegistrazione, "KalCOGCheck.CheckDuplicatoNrDocRicevuto", [&] {
-    return Esiste<kRicevuto, kRicevutoMenoUno>(aRegistrazione, aNumeroDoc, aDataDoc, aIdPrimaNota,
-                                               aIdAnagrafica, kAcquisti);
+    return Esiste<kRicevuto, kRicevutoMenoUno>(aRegistrazione, aNumeroDoc(), aDataDoc(),
+                                               aIdPrimaNota, aIdAnagrafica, kAcquisti);
   });
 }
 
 bool CheckDuplicatoNrDocEmesso(const Registrazione& aRegistrazione, std::int16_t aTipoRegIva,
-                               std::int16_t aSezionaleIva, const std::string& aNumeroDoc,
-                               const Variant& aDataDoc, std::int32_t aIdPrimaNota) {
+                               std::int16_t aSezionaleIva, Unread<std::string> aNumeroDoc,
+                               Unread<Variant> aDataDoc, std::int32_t aIdPrimaNota) {
   return Trap(aRegistrazione, "KalCOGCheck.CheckDuplicatoNrDocEmesso", [&] {
-    return Esiste<kEmesso, kEmessoMenoUno>(aRegistrazione, aNumeroDoc, aDataDoc, aIdPrimaNota,
+    return Esiste<kEmesso, kEmessoMenoUno>(aRegistrazione, aNumeroDoc(), aDataDoc(), aIdPrimaNota,
                                            aTipoRegIva, aSezionaleIva);
   });
 }

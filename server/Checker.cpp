@@ -86,6 +86,7 @@ HRESULT STDMETHODCALLTYPE Checker::Invoke(DISPID id, REFIID iid, LCID /*locale*/
   if (FAILED(loaded)) {
     return loaded;
   }
+  const ComPtr<Checker> held(this);
   return description->Invoke(static_cast<IKalCOGCheck*>(this), id, flags, parameters, result,
                              exception, argument);
 }
@@ -94,8 +95,9 @@ HRESULT STDMETHODCALLTYPE Checker::InterfaceSupportsErrorInfo(REFIID iid) {
   return iid == kInterfaceId ? S_OK : S_FALSE;
 }
 
-HRESULT Checker::Assign(IDispatch* set, void (KalCOGCheck::*member)(RecordsetRef)) {
-  return Run([&] { (core_.*member)(sets_.Borrow(ComPtr<IDispatch>(set))); });
+HRESULT Checker::Assign(IDispatch* set, void (KalCOGCheck::*member)(Unread<RecordsetRef>)) {
+  return Run(
+      [&] { (core_.*member)([&] { return sets_.BorrowFromHost(ComPtr<IDispatch>(set)); }); });
 }
 
 }  // namespace kal

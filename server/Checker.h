@@ -37,7 +37,7 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 
   HRESULT STDMETHODCALLTYPE put_TmpTableScadenze(BSTR name) override {
-    return Run([&] { core_.TmpTableScadenze(FromBstr(name)); });
+    return Run([&] { core_.TmpTableScadenze([&] { return FromBstr(name); }); });
   }
   HRESULT STDMETHODCALLTYPE get_TmpTableScadenze(BSTR* name) override {
     return Answer(name, [&] { return core_.TmpTableScadenze(); });
@@ -99,8 +99,9 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
                                                         LONG aIdAnagrafica, LONG aIdPrimaNota,
                                                         VARIANT_BOOL* found) override {
     return Answer(found, [&] {
-      return core_.CheckDuplicatoNrDocRicevuto(FromBstr(aNumeroDoc), FromVariant(aDataDoc),
-                                               aIdAnagrafica, aIdPrimaNota);
+      return core_.CheckDuplicatoNrDocRicevuto([&] { return FromBstr(aNumeroDoc); },
+                                               [&] { return FromVariant(aDataDoc); }, aIdAnagrafica,
+                                               aIdPrimaNota);
     });
   }
   HRESULT STDMETHODCALLTYPE ContabilitaChiusa(VARIANT_BOOL* closed) override {
@@ -132,12 +133,15 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
   }
   HRESULT STDMETHODCALLTYPE LibroGiornaleStampato(VARIANT aDataReg,
                                                   VARIANT_BOOL* printed) override {
-    return Answer(printed, [&] { return core_.LibroGiornaleStampato(FromVariant(aDataReg)); });
+    return Answer(printed, [&] {
+      return core_.LibroGiornaleStampato([&] { return FromVariant(aDataReg); });
+    });
   }
   HRESULT STDMETHODCALLTYPE RegistriIvaStampati(VARIANT aDataReg, SHORT aTipoRegIva,
                                                 SHORT aSezionale, VARIANT_BOOL* printed) override {
     return Answer(printed, [&] {
-      return core_.RegistriIvaStampati(FromVariant(aDataReg), aTipoRegIva, aSezionale);
+      return core_.RegistriIvaStampati([&] { return FromVariant(aDataReg); }, aTipoRegIva,
+                                       aSezionale);
     });
   }
   HRESULT STDMETHODCALLTYPE LeggiIdPrimaNota(LONG aIdDoc, SHORT aTipoDoc,
@@ -155,22 +159,25 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
                                                       LONG aIdPrimaNota,
                                                       VARIANT_BOOL* found) override {
     return Answer(found, [&] {
-      return core_.CheckDuplicatoNrDocEmesso(aTipoRegIva, aSezionaleIva, FromBstr(aNumeroDoc),
-                                             FromVariant(aDataDoc), aIdPrimaNota);
+      return core_.CheckDuplicatoNrDocEmesso(
+          aTipoRegIva, aSezionaleIva, [&] { return FromBstr(aNumeroDoc); },
+          [&] { return FromVariant(aDataDoc); }, aIdPrimaNota);
     });
   }
-  HRESULT STDMETHODCALLTYPE GenericFx(BSTR v1, IDispatch* /*v2*/, LONG* nothing) override {
-    return Answer(nothing, [&] { return core_.GenericFx(FromBstr(v1), nullptr); });
+  HRESULT STDMETHODCALLTYPE GenericFx(BSTR /*v1*/, IDispatch* /*v2*/, LONG* nothing) override {
+    return Answer(nothing, [&] { return core_.GenericFx({}, nullptr); });
   }
 
  private:
   ~Checker() = default;  // by its last Release
 
-  // One member without an answer; afterwards nothing of the host's is held but record sets.
+  // One member without an answer; afterwards nothing of the host's is held but record sets. What it
+  // calls is the host's code, which may let go of this object meanwhile.
   template <class Body>
   HRESULT Run(Body&& body) {
+    const ComPtr<Checker> held(this);
     return Guarded([&] {
-      const FieldsHeld untilHere(sets_);
+      const BorrowedSets::Use use(sets_);
       body();
     });
   }
@@ -183,19 +190,8 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
     *answer = {};
     return Run([&] { *answer = ToAutomation(body()); });
   }
-  HRESULT Assign(IDispatch* set, void (KalCOGCheck::*member)(RecordsetRef));
+  HRESULT Assign(IDispatch* set, void (KalCOGCheck::*member)(Unread<RecordsetRef>));
 
-  // While an operation runs, record sets may hold the objects of their fields.
-  class FieldsHeld {
-   public:
-    explicit FieldsHeld(BorrowedSets& sets) : sets_(sets) {}
-    FieldsHeld(const FieldsHeld&) = delete;
-    FieldsHeld& operator=(const FieldsHeld&) = delete;
-    ~FieldsHeld() { sets_.LetFieldsGo(); }
-
-   private:
-    BorrowedSets& sets_;
-  };
   // The type description that calls by name go through, loaded when it is first needed.
   HRESULT TypeInfo(ComPtr<ITypeInfo>& info);
 

@@ -1,5 +1,7 @@
 #include "server/DispatchRecordset.h"
 
+#include <algorithm>
+#include <string>
 #include <utility>
 
 namespace kal {
@@ -28,12 +30,14 @@ DataType DispatchRecordset::DispatchField::Type() const {
 }
 
 void DispatchRecordset::DispatchField::LetGo() const {
-  object_.reset();
+  std::optional<LateBound> gone;
+  gone.swap(object_);  // letting go is a call as well
   type_.reset();
 }
 
 template <class Map, class Key>
-const Field& DispatchRecordset::Find(Map& fields, const Key& key, const Variant& name) {
+const DispatchRecordset::DispatchField& DispatchRecordset::Find(Map& fields, const Key& key,
+                                                                const Variant& name) {
   auto found = fields.find(key);
   if (found == fields.end()) {
     found = fields.try_emplace(typename Map::key_type(key), *this, name).first;
@@ -48,6 +52,26 @@ const Field& DispatchRecordset::Fields(std::size_t index) {
   return Find(placed_, index, static_cast<std::int32_t>(index));
 }
 
+bool DispatchRecordset::HasCurrentRow() noexcept {
+  try {
+    (void)Find(placed_, std::size_t{0}, std::int32_t{0}).Object().GetAsItIs("Value");
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+void DispatchRecordset::RequireMembers() {
+  for (const char* const member : {"Fields", "RecordCount", "EditMode", "Filter", "MoveFirst",
+                                   "MoveNext", "MoveLast", "EOF"}) {
+    if (!set_.Has(member)) {
+      Raise(RunTime::TypeMismatch,
+            "Type mismatch: the object is no record set, it has no member '" + std::string(member) +
+                "'");
+    }
+  }
+}
+
 void DispatchRecordset::LetFieldsGo() {
   for (const auto& [name, field] : named_) {
     field.LetGo();
@@ -55,25 +79,52 @@ void DispatchRecordset::LetFieldsGo() {
   for (const auto& [place, field] : placed_) {
     field.LetGo();
   }
-  collection_.reset();
+  std::optional<LateBound> gone;
+  gone.swap(collection_);
 }
 
-RecordsetRef BorrowedSets::Borrow(const ComPtr<IDispatch>& set) {
-  if (!set) {
-    return nullptr;
+BorrowedSets::Use::Use(BorrowedSets& sets) : sets_(sets) {
+  if (sets_.calls_ > 0) {
+    for (const std::weak_ptr<DispatchRecordset>& one : sets_.sets_) {
+      if (auto set = one.lock();
+          set && std::ranges::find(sets_.inUse_, set) == sets_.inUse_.end()) {
+        sets_.inUse_.push_back(std::move(set));
+      }
+    }
   }
-  const auto rows = std::make_shared<DispatchRecordset>(set);
+  ++sets_.calls_;
+}
+
+BorrowedSets::Use::~Use() {
+  if (sets_.calls_ == 1) {
+    for (std::size_t at = 0; at < sets_.sets_.size(); ++at) {  // there may be more on the way
+      if (const auto set = sets_.sets_[at].lock()) {
+        set->LetFieldsGo();
+      }
+    }
+    const auto gone = std::exchange(sets_.inUse_, {});  // which calls the host, too
+  }
+  --sets_.calls_;
+}
+
+std::shared_ptr<DispatchRecordset> BorrowedSets::Add(const ComPtr<IDispatch>& set) {
+  auto rows = std::make_shared<DispatchRecordset>(set);
   std::erase_if(sets_, [](const auto& one) { return one.expired(); });
   sets_.push_back(rows);
   return rows;
 }
 
-void BorrowedSets::LetFieldsGo() {
-  for (const std::weak_ptr<DispatchRecordset>& one : sets_) {
-    if (const auto set = one.lock()) {
-      set->LetFieldsGo();
-    }
+RecordsetRef BorrowedSets::Borrow(const ComPtr<IDispatch>& set) {
+  return set ? RecordsetRef(Add(set)) : nullptr;
+}
+
+RecordsetRef BorrowedSets::BorrowFromHost(const ComPtr<IDispatch>& set) {
+  if (!set) {
+    return nullptr;
   }
+  auto rows = Add(set);
+  rows->RequireMembers();
+  return rows;
 }
 
 }  // namespace kal

@@ -7,6 +7,11 @@
 //
 // BorrowedSets makes the record sets of one checker, those of its host and those of its siblings,
 // and lets the fields of all of them go.
+//
+// Every call of a host's object may come back: to an event handler, or through a sibling that pumps
+// messages. The checker's members may then be called within one of its members, on record sets that
+// are in use further out. So fields are let go, and sets that were replaced meanwhile, when the
+// outermost call ends.
 
 #pragma once
 
@@ -36,12 +41,16 @@ class DispatchRecordset final : public Recordset {
   }
   void Filter(std::string_view condition) override { set_.Put("Filter", condition); }
   void Filter(FilterGroup group) override { set_.Put("Filter", static_cast<std::int32_t>(group)); }
+  // The row is there whatever its first value is: one that has no counterpart here is read too.
+  [[nodiscard]] bool HasCurrentRow() noexcept override;
   void MoveFirst() override { set_.Do("MoveFirst"); }
   void MoveNext() override { set_.Do("MoveNext"); }
   void MoveLast() override { set_.Do("MoveLast"); }
   [[nodiscard]] bool Eof() override { return CBool(set_.Get("EOF")); }
 
   [[nodiscard]] const ComPtr<IDispatch>& Object() const { return set_.Object(); }
+  // Raises 13 where the object behind it has not the members of a record set.
+  void RequireMembers();
   void LetFieldsGo();
 
  private:
@@ -63,7 +72,7 @@ class DispatchRecordset final : public Recordset {
   };
 
   template <class Map, class Key>
-  const Field& Find(Map& fields, const Key& key, const Variant& name);
+  const DispatchField& Find(Map& fields, const Key& key, const Variant& name);
   [[nodiscard]] ComPtr<IDispatch> FieldObject(const Variant& key);
 
   LateBound set_;
@@ -74,12 +83,29 @@ class DispatchRecordset final : public Recordset {
 
 class BorrowedSets {
  public:
+  // One call of a member, from its beginning to its end.
+  class Use {
+   public:
+    explicit Use(BorrowedSets& sets);
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
+    ~Use();
+
+   private:
+    BorrowedSets& sets_;
+  };
+
   // Nothing for Nothing.
   [[nodiscard]] RecordsetRef Borrow(const ComPtr<IDispatch>& set);
-  void LetFieldsGo();
+  // The same for what a host assigns, which may be anything. Raises 13 for what is no record set.
+  [[nodiscard]] RecordsetRef BorrowFromHost(const ComPtr<IDispatch>& set);
 
  private:
-  std::vector<std::weak_ptr<DispatchRecordset>> sets_;  // owned by whoever was given them
+  std::shared_ptr<DispatchRecordset> Add(const ComPtr<IDispatch>& set);
+
+  std::vector<std::weak_ptr<DispatchRecordset>> sets_;     // owned by whoever was given them
+  std::vector<std::shared_ptr<DispatchRecordset>> inUse_;  // by the outer ones of calls in calls
+  int calls_ = 0;                                          // under way, one within the other
 };
 
 }  // namespace kal

@@ -1,5 +1,6 @@
 #include "server/LateBound.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "platform/RunTimeError.h"
@@ -10,6 +11,7 @@ namespace {
 
 // Numbers of the language that only callers of objects raise.
 constexpr std::int32_t kObjectRequired = 424;
+constexpr std::int32_t kNoSuchMember = 438;
 constexpr std::int32_t kAutomationError = 440;
 
 constexpr WORD kReads = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
@@ -90,9 +92,21 @@ LateBound LateBound::Create(std::string_view progId) {
   return {std::move(object), progId};
 }
 
+bool LateBound::Has(std::string_view member) {
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT result = LookUp(member, id);
+  const bool isUnknown = NumberOfResult(result) == kNoSuchMember || result == E_NOTIMPL;
+  if (FAILED(result) && !isUnknown) {
+    RaiseFailure(result, EXCEPINFO{}, member);
+  }
+  return !isUnknown;
+}
+
 Variant LateBound::Get(std::string_view member, Values values) {
   return FromVariant(*CallWith(member, kReads, values));
 }
+
+ScopedVariant LateBound::GetAsItIs(std::string_view member) { return CallWith(member, kReads, {}); }
 
 ComPtr<IDispatch> LateBound::GetObject(std::string_view member, Values values) {
   return ObjectOf(*CallWith(member, kReads, values));
@@ -132,23 +146,30 @@ ScopedVariant LateBound::CallWith(std::string_view member, WORD kind, Values val
   return Invoke(IdOf(member), member, kind, arguments.Reversed());
 }
 
-DISPID LateBound::IdOf(std::string_view member) {
+HRESULT LateBound::LookUp(std::string_view member, DISPID& id) {
   if (!object_) {
     Raise(RunTime::ObjectNotSet, "Object variable not set");
   }
-  for (const auto& [name, id] : ids_) {
-    if (name == member) {
-      return id;
-    }
+  const auto known = std::ranges::find(ids_, member, &std::pair<std::string, DISPID>::first);
+  if (known != ids_.end()) {
+    id = known->second;
+    return S_OK;
   }
   std::wstring name = ToUtf16(member);
   LPOLESTR names = name.data();
-  DISPID id = DISPID_UNKNOWN;
   const HRESULT result = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+  if (SUCCEEDED(result)) {
+    ids_.emplace_back(member, id);
+  }
+  return result;
+}
+
+DISPID LateBound::IdOf(std::string_view member) {
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT result = LookUp(member, id);
   if (FAILED(result)) {
     RaiseFailure(result, EXCEPINFO{}, member);
   }
-  ids_.emplace_back(member, id);
   return id;
 }
 

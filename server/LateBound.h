@@ -31,12 +31,16 @@ class LateBound {
   [[nodiscard]] static LateBound Create(std::string_view progId);
 
   [[nodiscard]] const ComPtr<IDispatch>& Object() const { return object_; }
+  // Whether the object knows a member of that name.
+  [[nodiscard]] bool Has(std::string_view member);
 
   // Calls a method, or reads a property. Values are in the order of the member's declaration.
   [[nodiscard]] Variant Get(std::string_view member, Values values = {});
   [[nodiscard]] Variant Get(std::string_view member, std::initializer_list<Variant> values) {
     return Get(member, Values(values.begin(), values.size()));
   }
+  // The same for a value of any kind, also of one that FromVariant refuses.
+  [[nodiscard]] ScopedVariant GetAsItIs(std::string_view member);
   // The same for a member that answers an object, which may be Nothing. Raises 424 for a value.
   [[nodiscard]] ComPtr<IDispatch> GetObject(std::string_view member, Values values = {});
   [[nodiscard]] ComPtr<IDispatch> GetObject(std::string_view member,
@@ -56,6 +60,7 @@ class LateBound {
 
  private:
   ScopedVariant CallWith(std::string_view member, WORD kind, Values values);
+  HRESULT LookUp(std::string_view member, DISPID& id);
   [[nodiscard]] DISPID IdOf(std::string_view member);
   // Arguments in automation's order: the last one first. They stay the caller's.
   ScopedVariant Invoke(DISPID id, std::string_view member, WORD kind, std::span<VARIANT> reversed);

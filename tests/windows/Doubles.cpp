@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/RunTimeError.h"
 #include "server/Boundary.h"
 #include "server/Counted.h"
 #include "server/DispatchRecordset.h"
@@ -67,8 +66,8 @@ HRESULT STDMETHODCALLTYPE Double::Invoke(DISPID id, REFIID iid, LCID, WORD flags
   }
   try {
     ++counts.calls;
-    if (counts.failAt > 0 && --counts.failAt == 0) {
-      throw RunTimeError(-2147467259, "Ospite", "guasto dell'ospite");
+    if (counts.eventAt > 0 && --counts.eventAt == 0) {
+      counts.event();
     }
     std::vector<VARIANT*> arguments;
     for (UINT argument = parameters->cArgs; argument-- > 0;) {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "platform/Recordset.h"
+#include "platform/RunTimeError.h"
 #include "server/Automation.h"
 #include "server/ComPtr.h"
 #include "server/Conversion.h"
@@ -55,7 +56,10 @@ struct Counts {
   std::map<std::string, long> live;  // by kind
   long lookups = 0;                  // of members' ids
   long calls = 0;
-  long failAt = 0;  // the n-th call from now on fails with -2147467259; 0: none
+  long eventAt = 0;  // what happens in the n-th call from now on, before it does anything; 0: none
+  std::function<void()> event = [] {
+    throw RunTimeError(-2147467259, "Ospite", "guasto dell'ospite");
+  };
 };
 inline Counts counts;
 // How many doubles of that kind live; of all kinds for "".

@@ -43,13 +43,16 @@ std::string AnswerAndResults(Call call, Get get) {
   return shown;
 }
 
-LateBound AutomationChecker(ScriptedSiblings& siblings, const EntrySets& sets) {
+ComPtr<IKalCOGCheck> CheckerOf(ScriptedSiblings& siblings, const EntrySets& sets) {
   theSiblings = &siblings;
-  LateBound checker(ComPtr<IDispatch>(MakeChecker().Get()), "nobody");
+  ComPtr<IKalCOGCheck> checker = MakeChecker();
   for (const auto& [member, set] : sets) {
-    checker.PutRef(member, MakeRecordsetDouble(set));
+    LateBound(ComPtr<IDispatch>(checker.Get()), "").PutRef(member, MakeRecordsetDouble(set));
   }
   return checker;
+}
+LateBound AutomationChecker(ScriptedSiblings& siblings, const EntrySets& sets) {
+  return {ComPtr<IDispatch>(CheckerOf(siblings, sets).Get()), "nobody"};
 }
 
 // Runs "OkAggiorna True True" by names.
@@ -73,7 +76,7 @@ constexpr const char* kSave = "OkAggiorna True True";
 
 // The same of the core itself, for the check before saving.
 std::string AskCore(ScriptedSiblings& siblings, const EntrySets& sets) {
-  static const std::map<std::string, void (KalCOGCheck::*)(RecordsetRef)> kMembers = {
+  static const std::map<std::string, void (KalCOGCheck::*)(Unread<RecordsetRef>)> kMembers = {
       {"RsTesta", &KalCOGCheck::RsTesta},
       {"RsRIva", &KalCOGCheck::RsRIva},
       {"RsRCont", &KalCOGCheck::RsRCont},
@@ -201,9 +204,9 @@ TEST(Checks, SurviveTheErrorsOfTheHost) {
   ASSERT_GT(calls, 200);
   int errors = 0;
   for (long failing = 1; failing <= calls; ++failing) {
-    counts.failAt = failing;
+    counts.eventAt = failing;
     const std::string shown = Ask(checker, kSave);
-    counts.failAt = 0;
+    counts.eventAt = 0;
     errors += shown.find("guasto dell'ospite") != shown.npos ? 1 : 0;
     ASSERT_EQ(LiveDoubles(), held) << "call " << failing << ": " << shown;
     for (const auto& [member, set] : sets) {
@@ -214,6 +217,44 @@ TEST(Checks, SurviveTheErrorsOfTheHost) {
     }
   }
   EXPECT_GT(errors, calls * 3 / 4);
+}
+
+// At every call of the host's objects the host comes back: it checks again and asks for a result,
+// assigns other record sets, or lets go of the checker, which all lets go of what is in use.
+TEST(Checks, SurviveAHostThatComesBack) {
+  constexpr VARIANT_BOOL kYes = VARIANT_TRUE;
+  using Event = void (*)(IKalCOGCheck*);
+  const Event events[] = {
+      [](IKalCOGCheck* it) {
+        VARIANT_BOOL ok = VARIANT_FALSE;
+        ScopedVariant text = ToVariant("");
+        it->OkAggiorna(kYes, kYes, &ok);
+        it->get_ErrString(&text->bstrVal);
+      },
+      [](IKalCOGCheck* it) {
+        it->putref_RsTesta(MakeRecordsetDouble(MakeEntry("").at("RsTesta")).Get());
+        it->putref_RsRCont(nullptr);
+        it->putref_RsRIva(nullptr);
+        it->putref_RsScadenze(nullptr);
+      },
+      [](IKalCOGCheck* it) { it->Release(); }};
+  for (const Event& event : events) {
+    auto at = static_cast<long>(&event - events);
+    for (bool came = true; came; came = std::exchange(counts.eventAt, 0) == 0) {
+      ScriptedSiblings siblings;
+      IKalCOGCheck* const it = CheckerOf(siblings, MakeEntry(kManyQuestions)).Detach();
+      const auto usual = std::exchange(counts.event, [&] { event(it); });
+      counts.eventAt = at += 3;
+      VARIANT_BOOL ok = VARIANT_FALSE;
+      it->OkAggiorna(kYes, kYes, &ok);
+      counts.event = usual;
+      if (counts.eventAt > 0 || event != events[2]) {
+        EXPECT_EQ(it->Release(), 0U);
+      }
+      ASSERT_EQ(LiveDoubles(), 0) << "call " << at;
+    }
+    EXPECT_GT(at, 200);
+  }
 }
 
 constexpr Selection kEveryPart =

@@ -43,6 +43,7 @@ TEST(DispatchRecordset, AnswersAsTheSetBehindIt) {
     }
     same(what, [](Recordset& it) { return it.RecordCount(); });
     same(what, [](Recordset& it) { return it.Eof(); });
+    same(what, [](Recordset& it) { return it.HasCurrentRow(); });
   };
   values("first row");
   same("edit mode", [](Recordset& it) { return static_cast<std::int32_t>(it.EditMode()); });
@@ -83,6 +84,22 @@ TEST(DispatchRecordset, LooksMembersUpOnceForEachObject) {
   const long first = walk();
   EXPECT_EQ(walk(), first);
   EXPECT_EQ(LiveDoubles("Field"), 2);
+}
+
+// A first field that has no counterpart in the core stands in a row all the same.
+TEST(DispatchRecordset, HasARowWhateverIsInIt) {
+  const DoubleMember value = {"Value", DISPATCH_PROPERTYGET, 0, [](Arguments) {
+                                ScopedVariant outsideOfTheCalendar;
+                                outsideOfTheCalendar->vt = VT_DATE;
+                                outsideOfTheCalendar->date = -700000;
+                                return outsideOfTheCalendar;
+                              }};
+  const auto item = [&](auto) { return MakeDouble("Field", {value}); };
+  DispatchRecordset set(
+      MakeDouble("Host", {Answers("Fields", DISPATCH_PROPERTYGET, 0, [&](auto) {
+                   return MakeDouble("Fields", {Answers("Item", DISPATCH_PROPERTYGET, 1, item)});
+                 })}));
+  EXPECT_TRUE(set.HasCurrentRow());
 }
 
 // A host may close and open its set again between two operations: other fields, other rows.

@@ -22,7 +22,7 @@ Sub Assign(checker, entry)
   Set checker.RsScadenze = entry.RecordSet("RsScadenze")
 End Sub
 
-Dim checker, entry, answer, crlf, printed
+Dim checker, entry, answer, crlf, printed, header
 crlf = Chr(13) & Chr(10)
 Set entry = CreateObject("KalDoubles.Entry")
 Set checker = CreateObject("Kal_COGCheck.KalCOGCheck")
@@ -68,6 +68,30 @@ Err.Clear
 answer = checker.LibroGiornaleStampato(Null)
 Expect "Null", Err.Number, 94
 Err.Clear
+' Errors of arguments carry the operation's tag; what an operation does not read raises nothing.
+Sub ExpectError(what, number, component, tag)
+  Expect what & ": number", Err.Number, number
+  Expect what & ": source", Err.Source, "Errore ( " & number & " ) - Componente ( " & _
+      component & " )" & crlf & "Kal_COGCheck.KalCOGCheck." & tag
+  Err.Clear
+End Sub
+answer = checker.LibroGiornaleStampato(Array(1))
+ExpectError "array", 13, "Kal_COGCheck", "LibroGiornaleStampato"
+Set header = entry.RecordSet("RsTesta")
+header.MoveNext
+answer = checker.LibroGiornaleStampato(header.Fields("DataRegistrazione"))
+ExpectError "field at the end", 3021, "ADODB.Recordset", "LibroGiornaleStampato"
+Set header = Nothing
+answer = checker.RegistriIvaStampati(Nothing, 1, 1)
+ExpectError "nothing", 91, "Kal_COGCheck", "RegistriIvaStampati"
+answer = checker.CheckDuplicatoNrDocRicevuto("A", Array(1), 20, 0)
+ExpectError "date of a received document", 13, "Kal_COGCheck", "CheckDuplicatoNrDocRicevuto"
+answer = checker.CheckDuplicatoNrDocEmesso(2, 1, "A", Array(1), 0)
+ExpectError "date of an issued document", 13, "Kal_COGCheck", "CheckDuplicatoNrDocEmesso"
+Expect "no register", checker.RegistriIvaStampati(Array(1), 0, 1), False
+Expect "no register: number", Err.Number, 0
+Set checker.RsScadenze = entry
+ExpectError "no record set", 13, "Kal_COGCheck", "RsScadenze"
 answer = checker.Altro
 Expect "no such member", Err.Number, 438
 Err.Clear
