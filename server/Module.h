@@ -9,7 +9,7 @@
 
 namespace kal {
 
-// Counts one object; as long as there is any, or any lock, the DLL stays loaded.
+// Counts one object; as long as there is any, or any lock, the DLL is in use.
 class ModuleUse {
  public:
   ModuleUse() noexcept;
@@ -20,6 +20,10 @@ class ModuleUse {
   static void Lock(bool lock) noexcept;  // adds a lock, or takes one away
   static bool Any() noexcept;
 };
+
+// From now on the DLL stays until the process ends, whoever frees it: with each load it would take
+// a thread-local slot that nobody gives back (docs/decisions/ says more).
+void KeepModuleLoaded() noexcept;
 
 // The full path of the DLL's file.
 [[nodiscard]] std::wstring ModulePath();

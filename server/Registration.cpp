@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "server/Automation.h"
@@ -72,25 +73,7 @@ std::vector<RegistryValue> ValuesOf(const std::wstring& path) {
   };
 }
 
-HRESULT Write(HKEY root, const RegistryValue& value) {
-  const auto size = static_cast<DWORD>((value.data.size() + 1) * sizeof(wchar_t));
-  HKEY key = nullptr;
-  LSTATUS status = RegCreateKeyExW(root, value.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr,
-                                   &key, nullptr);
-  if (status == ERROR_SUCCESS) {
-    status = RegSetValueExW(key, value.name, 0, REG_SZ,
-                            reinterpret_cast<const BYTE*>(value.data.c_str()), size);
-    RegCloseKey(key);
-  }
-  return ResultOf(status);
-}
-
-HRESULT DeleteKey(HKEY root, const std::wstring& key) {
-  const LSTATUS status = RegDeleteTreeW(root, key.c_str());
-  return status == ERROR_FILE_NOT_FOUND ? S_OK : ResultOf(status);
-}
-
-bool KeyExists(HKEY root, const std::wstring& name, REGSAM width) {
+bool KeyExists(HKEY root, const std::wstring& name, REGSAM width = 0) {
   HKEY key = nullptr;
   if (RegOpenKeyExW(root, name.c_str(), 0, KEY_QUERY_VALUE | width, &key) != ERROR_SUCCESS) {
     return false;
@@ -99,23 +82,99 @@ bool KeyExists(HKEY root, const std::wstring& name, REGSAM width) {
   return true;
 }
 
-// The type library's keys are those of both widths, apart from the file of each.
+// Values on their way into one part of the registry. Unless they are kept, what was there before is
+// there again afterwards.
+class Writing {
+ public:
+  explicit Writing(HKEY root) : root_(root) {}
+  Writing(const Writing&) = delete;
+  Writing& operator=(const Writing&) = delete;
+  ~Writing() {
+    while (!steps_.empty()) {
+      steps_.back()();
+      steps_.pop_back();
+    }
+  }
+
+  LSTATUS Write(const RegistryValue& value) {
+    const LSTATUS status = CreateLevels(value.key);
+    return status == ERROR_SUCCESS ? Set(value) : status;
+  }
+  void Keep() { steps_.clear(); }
+
+ private:
+  LSTATUS CreateLevels(const std::wstring& key) {
+    for (std::size_t end = 0; end != key.npos;) {
+      end = key.find(L'\\', end + 1);
+      const std::wstring level = key.substr(0, end);
+      if (KeyExists(root_, level)) {
+        continue;
+      }
+      steps_.emplace_back([root = root_, level] { RegDeleteKeyW(root, level.c_str()); });
+      HKEY created = nullptr;
+      const LSTATUS status = RegCreateKeyW(root_, level.c_str(), &created);
+      if (status != ERROR_SUCCESS) {
+        return status;
+      }
+      RegCloseKey(created);
+    }
+    return ERROR_SUCCESS;
+  }
+
+  LSTATUS Set(const RegistryValue& value) {
+    constexpr DWORD kAnyType = RRF_RT_ANY | RRF_NOEXPAND;
+    const wchar_t* const key = value.key.c_str();
+    DWORD type = 0;
+    DWORD size = 0;
+    const bool wasThere =
+        RegGetValueW(root_, key, value.name, kAnyType, nullptr, nullptr, &size) == ERROR_SUCCESS;
+    std::vector<BYTE> before(size);
+    if (wasThere) {
+      RegGetValueW(root_, key, value.name, kAnyType, &type, before.data(), &size);
+    }
+    steps_.emplace_back([root = root_, wasThere, type, size, value, before] {
+      if (wasThere) {
+        RegSetKeyValueW(root, value.key.c_str(), value.name, type, before.data(), size);
+      } else {
+        RegDeleteKeyValueW(root, value.key.c_str(), value.name);
+      }
+    });
+    return RegSetKeyValueW(root_, key, value.name, REG_SZ, value.data.c_str(),
+                           static_cast<DWORD>((value.data.size() + 1) * sizeof(wchar_t)));
+  }
+
+  HKEY root_;
+  std::vector<std::function<void()>> steps_;  // back to what was, the last one first
+};
+
+HRESULT DeleteKey(HKEY root, const std::wstring& key) {
+  const LSTATUS status = RegDeleteTreeW(root, key.c_str());
+  return status == ERROR_FILE_NOT_FOUND ? S_OK : ResultOf(status);
+}
+
+// A version of the type library is that of both widths, apart from the file of each. Other versions
+// are others' business.
 HRESULT DeleteLibrary(HKEY root) {
   const HRESULT own = DeleteKey(root, LibraryFileKey(kSystem));
-  const bool isOther = KeyExists(root, LibraryFileKey(kOtherSystem), 0);
-  const HRESULT all = isOther ? S_OK : DeleteKey(root, LibraryKey());
-  return FAILED(own) ? own : all;
+  if (FAILED(own) || KeyExists(root, LibraryFileKey(kOtherSystem))) {
+    return own;
+  }
+  const HRESULT version = DeleteKey(root, VersionKey());
+  RegDeleteKeyW(root, LibraryKey().c_str());  // refused as long as there is a version below it
+  return version;
 }
 
 }  // namespace
 
 HRESULT RegisterIn(HKEY root, const std::wstring& path) {
+  Writing writing(root);
   for (const RegistryValue& value : ValuesOf(path)) {
-    const HRESULT written = Write(root, value);
-    if (FAILED(written)) {
-      return written;
+    const LSTATUS status = writing.Write(value);
+    if (status != ERROR_SUCCESS) {
+      return ResultOf(status);
     }
   }
+  writing.Keep();
   return S_OK;
 }
 
@@ -129,24 +188,6 @@ HRESULT UnregisterFrom(HKEY root) {
     }
   }
   return S_OK;
-}
-
-HRESULT RegisterComponent(const std::wstring& path) {
-  HRESULT result = E_FAIL;
-  for (HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
-    result = RegisterIn(root, path);
-    if (SUCCEEDED(result)) {
-      break;
-    }
-    UnregisterFrom(root);
-  }
-  return result;
-}
-
-HRESULT UnregisterComponent() {
-  const HRESULT machine = UnregisterFrom(HKEY_LOCAL_MACHINE);
-  const HRESULT user = UnregisterFrom(HKEY_CURRENT_USER);
-  return FAILED(machine) ? machine : user;
 }
 
 }  // namespace kal

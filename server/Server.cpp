@@ -39,6 +39,13 @@ class ClassObject final : public Counted<IClassFactory, IID_IClassFactory> {
   ModuleUse use_;
 };
 
+HRESULT Install(bool install, HKEY root) {
+  HRESULT result = S_OK;
+  const HRESULT run =
+      Guarded([&] { result = install ? RegisterIn(root, ModulePath()) : UnregisterFrom(root); });
+  return FAILED(run) ? run : result;
+}
+
 }  // namespace
 }  // namespace kal
 
@@ -51,6 +58,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
     return CLASS_E_CLASSNOTAVAILABLE;
   }
   HRESULT result = E_NOINTERFACE;
+  kal::KeepModuleLoaded();
   const HRESULT created = kal::Guarded([&] {
     const auto classObject = kal::ComPtr<kal::ClassObject>::Attach(new kal::ClassObject);
     result = classObject->QueryInterface(iid, object);
@@ -60,14 +68,14 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
 
 STDAPI DllCanUnloadNow() { return kal::ModuleUse::Any() ? S_FALSE : S_OK; }
 
-STDAPI DllRegisterServer() {
-  HRESULT result = S_OK;
-  const HRESULT run = kal::Guarded([&] { result = kal::RegisterComponent(kal::ModulePath()); });
-  return FAILED(run) ? run : result;
-}
+STDAPI DllRegisterServer() { return kal::Install(true, HKEY_LOCAL_MACHINE); }
 
-STDAPI DllUnregisterServer() {
-  HRESULT result = S_OK;
-  const HRESULT run = kal::Guarded([&] { result = kal::UnregisterComponent(); });
-  return FAILED(run) ? run : result;
+STDAPI DllUnregisterServer() { return kal::Install(false, HKEY_LOCAL_MACHINE); }
+
+// "user" is all that there is to say: the same for the current user alone.
+STDAPI DllInstall(BOOL install, LPCWSTR what) {
+  if (what == nullptr || _wcsicmp(what, L"user") != 0) {
+    return E_INVALIDARG;
+  }
+  return kal::Install(install != FALSE, HKEY_CURRENT_USER);
 }
