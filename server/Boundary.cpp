@@ -15,17 +15,36 @@ constexpr std::int32_t kNumberMask = 0xFFFF;
 constexpr std::int32_t kNumberBase = -0x7FF60000;
 static_assert(static_cast<std::uint32_t>(kNumberBase) == 0x800A0000U);
 
+constexpr HRESULT kServerUnavailable = HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE);
+
 struct KnownResult {
   HRESULT result;
   std::int32_t number;
 };
+// clang-format off
 constexpr KnownResult kKnownResults[] = {
-    {DISP_E_OVERFLOW, 6},        {E_OUTOFMEMORY, 7},           {DISP_E_BADINDEX, 9},
-    {DISP_E_TYPEMISMATCH, 13},   {CO_E_CLASSSTRING, 429},      {REGDB_E_CLASSNOTREG, 429},
-    {DISP_E_UNKNOWNNAME, 438},   {DISP_E_MEMBERNOTFOUND, 438}, {E_NOTIMPL, 445},
-    {DISP_E_NONAMEDARGS, 446},   {DISP_E_PARAMNOTFOUND, 448},  {DISP_E_PARAMNOTOPTIONAL, 449},
+    {E_INVALIDARG, 5},
+    {DISP_E_OVERFLOW, 6},
+    {E_OUTOFMEMORY, 7},
+    {DISP_E_BADINDEX, 9},
+    {DISP_E_ARRAYISLOCKED, 10},
+    {DISP_E_TYPEMISMATCH, 13},
+    {E_ACCESSDENIED, 70},
+    {CO_E_CLASSSTRING, 429},
+    {REGDB_E_CLASSNOTREG, 429},
+    {E_NOINTERFACE, 430},
+    {DISP_E_UNKNOWNNAME, 438},
+    {DISP_E_MEMBERNOTFOUND, 438},
+    {E_NOTIMPL, 445},
+    {DISP_E_NONAMEDARGS, 446},
+    {DISP_E_UNKNOWNLCID, 447},
+    {DISP_E_PARAMNOTFOUND, 448},
+    {DISP_E_PARAMNOTOPTIONAL, 449},
     {DISP_E_BADPARAMCOUNT, 450},
+    {DISP_E_BADVARTYPE, 458},
+    {kServerUnavailable, 462},
 };
+// clang-format on
 
 void SetErrorObject(const RunTimeError& raised) {
   ComPtr<ICreateErrorInfo> creator;

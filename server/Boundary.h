@@ -19,7 +19,8 @@ namespace kal {
 [[nodiscard]] HRESULT ResultOfNumber(std::int32_t number);
 
 // The number that a host sees for a failed result: the reverse of the above, and the language's
-// own numbers for what automation itself reports (7, 13, 429, 438 and the like).
+// own numbers for what automation itself reports (7, 13, 429, 438 and the like). Beyond 16 bits a
+// number is none that a result can hold: what comes in with such a one is E_FAIL from then on.
 [[nodiscard]] std::int32_t NumberOfResult(HRESULT result);
 
 // For a catch-all handler: the error that is being handled as the thread's error object. Answers

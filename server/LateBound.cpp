@@ -86,8 +86,8 @@ LateBound LateBound::Create(std::string_view progId) {
                               IID_IDispatch, reinterpret_cast<void**>(object.Put()));
   }
   if (FAILED(result)) {
-    Raise(RunTime::CannotCreateObject,
-          "Can't create object " + std::string(progId) + " (" + InHex(result) + ")");
+    throw RunTimeError(NumberOfResult(result), std::string(kComponentName),
+                       "Can't create object " + std::string(progId) + " (" + InHex(result) + ")");
   }
   return {std::move(object), progId};
 }
@@ -223,8 +223,8 @@ void LateBound::RaiseFailure(HRESULT result, const EXCEPINFO& info, std::string_
     description = "Automation error " + InHex(result == DISP_E_EXCEPTION ? info.scode : result) +
                   " in member '" + std::string(member) + "'";
   }
-  throw RunTimeError(number == 0 ? kAutomationError : number, source.empty() ? source_ : source,
-                     description);
+  number = number == 0 ? kAutomationError : NumberOfResult(ResultOfNumber(number));
+  throw RunTimeError(number, source.empty() ? source_ : source, description);
 }
 
 }  // namespace kal

@@ -27,7 +27,8 @@ class LateBound {
   LateBound(ComPtr<IDispatch> object, std::string_view source)
       : object_(std::move(object)), source_(source) {}
 
-  // A new object of that class. Raises 429 where there is none.
+  // A new object of that class. Raises 429 where there is none, and what the system answers where
+  // it can't be made.
   [[nodiscard]] static LateBound Create(std::string_view progId);
 
   [[nodiscard]] const ComPtr<IDispatch>& Object() const { return object_; }
