@@ -12,6 +12,8 @@ HRESULT STDMETHODCALLTYPE Checker::QueryInterface(REFIID iid, void** object) {
     *object = static_cast<IKalCOGCheck*>(this);
   } else if (iid == IID_ISupportErrorInfo) {
     *object = static_cast<ISupportErrorInfo*>(this);
+  } else if (iid == IID_IProvideClassInfo) {
+    *object = static_cast<IProvideClassInfo*>(this);
   } else {
     *object = nullptr;
     return E_NOINTERFACE;
@@ -93,6 +95,16 @@ HRESULT STDMETHODCALLTYPE Checker::Invoke(DISPID id, REFIID iid, LCID /*locale*/
 
 HRESULT STDMETHODCALLTYPE Checker::InterfaceSupportsErrorInfo(REFIID iid) {
   return iid == kInterfaceId ? S_OK : S_FALSE;
+}
+
+HRESULT STDMETHODCALLTYPE Checker::GetClassInfo(ITypeInfo** info) {
+  if (info == nullptr) {
+    return E_POINTER;
+  }
+  *info = nullptr;
+  ComPtr<ITypeLib> library;
+  const HRESULT loaded = LoadLibraryOfModule(library);
+  return FAILED(loaded) ? loaded : library->GetTypeInfoOfGuid(kClassId, info);
 }
 
 HRESULT Checker::Assign(IDispatch* set, void (KalCOGCheck::*member)(Unread<RecordsetRef>)) {

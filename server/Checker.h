@@ -16,7 +16,7 @@
 
 namespace kal {
 
-class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
+class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IProvideClassInfo {
  public:
   Checker() = default;
   Checker(const Checker&) = delete;
@@ -35,6 +35,9 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo {
                                    UINT* argument) override;
 
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
+
+  // The class: hosts ask it for the name of what they hold.
+  HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override;
 
   HRESULT STDMETHODCALLTYPE put_TmpTableScadenze(BSTR name) override {
     return Run([&] { core_.TmpTableScadenze([&] { return FromBstr(name); }); });

@@ -146,6 +146,14 @@ TEST(Server, IsInUseUntilItsLastObjectIsGone) {
   checker->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(other.Put()));
   EXPECT_EQ(one.Get(), other.Get());
   EXPECT_EQ(checker->QueryInterface(IID_IPersist, &none), E_NOINTERFACE);
+  ComPtr<IProvideClassInfo> provider;
+  ComPtr<ITypeInfo> itsClass;
+  ScopedVariant className = ToVariant("");
+  checker->QueryInterface(IID_IProvideClassInfo, reinterpret_cast<void**>(provider.Put()));
+  ASSERT_EQ(provider->GetClassInfo(itsClass.Put()), S_OK);
+  itsClass->GetDocumentation(MEMBERID_NIL, &className->bstrVal, nullptr, nullptr, nullptr);
+  EXPECT_EQ(CStr(FromVariant(*className)), "KalCOGCheck");
+  provider = {};
   errors = {};
   one = other = {};
   ASSERT_EQ(get(kClassId, IID_IClassFactory, reinterpret_cast<void**>(classObject.Put())), S_OK);

@@ -43,6 +43,9 @@ TEST(TypeLibrary, HasTheInterfaceInItsOrderAndTheClass) {
       const auto place = static_cast<MEMBERID>(slot - kOfDispatch + 1);
       EXPECT_EQ(member->memid, place == 2 ? 1 : place);  // the first two are one property
       EXPECT_EQ(static_cast<std::size_t>(member->oVft), slot * sizeof(void*));
+      ScopedVariant help = ToVariant("");
+      info->GetDocumentation(member->memid, nullptr, &help->bstrVal, nullptr, nullptr);
+      EXPECT_NE(CStr(FromVariant(*help)), "") << place;
       info->ReleaseFuncDesc(member);
     }
     info->ReleaseTypeAttr(attributes);
