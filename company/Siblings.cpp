@@ -61,6 +61,11 @@ Variant ValueOr(const Variant& value, const Variant& otherwise) {
   return value.IsNull() ? otherwise : value;
 }
 
+// A message without a text would leave its result string empty, and the entry free.
+bool SaysNothing(const Variant& text) {
+  return text.IsNull() || text.AsText() == std::string_view();
+}
+
 // The text of an argument, which becomes one where it is none.
 std::string_view Text(Variant& argument) {
   if (!argument.AsText()) {
@@ -304,12 +309,17 @@ SiblingAnswer CompanySiblings::Ask(const SiblingCall& call) {
 Variant CompanySiblings::Message(Variant& code) {
   const std::array asked = {std::move(code), language_};
   Variant text = FirstValue(Query::Of<kMessaggio>(asked));
-  return text.IsNull() ? Variant("[" + CStr(asked[0]) + "]") : text;
+  return SaysNothing(text) ? Variant("[" + CStr(asked[0]) + "]") : text;
 }
 
 Variant CompanySiblings::Translation(Variant& text) {
   const std::array asked = {std::move(text), language_};
-  return ValueOr(FirstValue(Query::Of<kTraduzione>(asked)), asked[0]);
+  try {
+    Variant translation = FirstValue(Query::Of<kTraduzione>(asked));
+    return SaysNothing(translation) ? asked[0] : translation;
+  } catch (...) {  // a lost text must never make an entry free
+    return asked[0];
+  }
 }
 
 Variant CompanySiblings::Setting(Variant& name) {

@@ -419,8 +419,8 @@ TEST_F(CompanyTest, SiblingsAnswer) {
   Write(R"(
     DELETE FROM KalMessaggi;
     INSERT INTO KalMessaggi
-      VALUES (1, 'it', 'uno'), (1, 'en', 'one'), (2, 'it', 'due'), (3, 'en', NULL);
-    INSERT INTO KalDizionario VALUES ('sì', 'en', 'yes'), ('no', 'it', 'mai');
+      VALUES (1, 'it', 'uno'), (1, 'en', 'one'), (2, 'it', 'due'), (3, 'en', NULL), (4, 'en', '');
+    INSERT INTO KalDizionario VALUES ('sì', 'en', 'yes'), ('no', 'it', 'mai'), ('forse', 'en', '');
     INSERT INTO STDParametriAzienda VALUES ('BloccoInviatoSDI', '1'), ('CodIvaBolli', NULL),
       ('AziendaSplitPayment', 'false'), ('GestisciPNInfragruppo', 'forse'), ('CodDivisaBase', '0'),
       ('AttivitaSeparateIva', ''), ('DataInizioSplitPayment', '2015-01-01'),
@@ -458,7 +458,9 @@ TEST_F(CompanyTest, SiblingsAnswer) {
       {M::KalStatus_GetMessage, {2}, "[2]"},  // in the other language only
       {M::KalStatus_GetMessage, {3}, "[3]"},  // Null
       {M::KalStatus_TranslateFromDict, {"sì", "a", "b", "", "", ""}, "yes"},
+      {M::KalStatus_GetMessage, {4}, "[4]"},  // empty
       {M::KalStatus_TranslateFromDict, {"no", "a", "b", "", "", ""}, "no"},
+      {M::KalStatus_TranslateFromDict, {"forse", "a", "b", "", "", ""}, "forse"},
       {M::CompanySettings_Setting, {"BloccoInviatoSDI"}, "True"},
       {M::CompanySettings_Setting, {"AziendaSplitPayment"}, "False"},
       {M::CompanySettings_Setting,
@@ -519,6 +521,8 @@ TEST_F(CompanyTest, SiblingsAnswer) {
     };
     Case{asked.name.data(), AnswerOrError(answer), row.expected}.Check();
   }
+  Write("DROP TABLE KalDizionario");
+  EXPECT_EQ(KalStatus(f).TranslateFromDict("sì", "", "", "", "", ""), "sì");
   const auto year = [&](const Variant& date, const char* field) {
     CompanySettings settings(f);
     return settings.SelectFiscalYear(date) ? Show(settings.FiscalYearField(field)) : "none";
