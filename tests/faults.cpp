@@ -311,6 +311,18 @@ class Faults : public testing::Test {
   OpenedCompany books_{kBooks};
 };
 
+// The company hands the setting over as it is stored; that it is no section is found here.
+TEST_F(Faults, ASettingThatIsNoSectionIsTheComponentsError) {
+  for (const auto& [value, number] : {std::pair{"40000", 6}, {"x", 13}}) {
+    books_.Execute(std::string("UPDATE STDParametriAzienda SET Valore='") + value +
+                   "' WHERE Nome='SezionaleAutofatture'");
+    Checked checked(books_.siblings, EntryText("acquisto", "T.ReverseCharge=true"));
+    const Ending ending = Call(checked);
+    ASSERT_TRUE(ending.error) << value;
+    ExpectTrail(*ending.error, number, "Kal_COGCheck");
+  }
+}
+
 // All that each row asks, word by word and as often as it does, and how it moves the record sets.
 // With KAL_WRITE_DOCS in the environment it is written down afresh.
 TEST_F(Faults, ConversationsAreAsWrittenDown) {
