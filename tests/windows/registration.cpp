@@ -81,9 +81,8 @@ TEST(Registration, IsCompleteAndLeavesNothingBehind) {
   EXPECT_EQ(KeysOfClasses(), before);
 }
 
-// One key of the last ones is refused, because it stands below one that is there for this session
-// only: what was registered stays as it was, in the registry of the machine and in that of the
-// user.
+// One key of the last ones is refused, because it stands below a volatile one: what was registered
+// stays as it was, in the registry of the machine and in that of the user.
 TEST(Registration, LeavesWhatWasWhereItFails) {
   const std::wstring refusing = L"Software\\Classes\\Interface\\" + Braced(kInterfaceId);
   const std::wstring server = L"CLSID\\" + Braced(kClassId) + L"\\InprocServer32";
