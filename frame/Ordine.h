@@ -7,6 +7,7 @@
 
 #include <span>
 #include <string_view>
+#include <type_traits>
 
 #include "frame/Registrazione.h"
 #include "platform/Wording.h"
