@@ -15,9 +15,11 @@ template <class T>
 class Unread {
  public:
   // What is handed over must live until the operation ends.
+  // NOLINTBEGIN(google-explicit-constructor): a value stands for itself unread.
   template <class Held>
   requires(!std::same_as<Held, Unread>) Unread(const Held& held)
-      : held_(&held), read_(&Read<Held>) {}  // NOLINT(google-explicit-constructor)
+      : held_(&held), read_(&Read<Held>) {}
+  // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] T operator()() const { return read_(held_); }
 
