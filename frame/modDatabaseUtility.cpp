@@ -41,15 +41,8 @@ double RoundToSixDecimals(double value) {
   return shown->negative ? -rounded : rounded;
 }
 
-Variant ValueOrDefault(const Field& field) {
-  Variant value = field.Value();
-  const DataType type = field.Type();
-  if (!value.IsNull() && !value.IsEmpty()) {
-    if (type == DataType::Single || type == DataType::Double) {
-      return RoundToSixDecimals(CDbl(value));
-    }
-    return WithoutTime(std::move(value));
-  }
+// What stands for Null (and Empty) in a field of that type; `value` itself where nothing does.
+void MakeDefault(DataType type, Variant& value) {
   switch (type) {
     case DataType::SmallInt:
     case DataType::Integer:
@@ -59,7 +52,8 @@ Variant ValueOrDefault(const Field& field) {
     case DataType::TinyInt:
     case DataType::BigInt:
     case DataType::Numeric:
-      return std::int16_t{0};
+      value = std::int16_t{0};
+      break;
     case DataType::Date:
     case DataType::Text:
     case DataType::Char:
@@ -70,13 +64,28 @@ Variant ValueOrDefault(const Field& field) {
     case DataType::LongVarChar:
     case DataType::VarWChar:
     case DataType::LongVarWChar:
-      return "";
+      value = "";
+      break;
     case DataType::Boolean:
-      return false;
+      value = false;
+      break;
     case DataType::Decimal:
-      return Decimal();
+      value = Decimal();
+      break;
     case DataType::Variant:
       break;
+  }
+}
+
+Variant ValueOrDefault(const Field& field) {
+  Variant value = field.Value();
+  const DataType type = field.Type();
+  if (value.IsNull() || value.IsEmpty()) {
+    MakeDefault(type, value);
+  } else if (type == DataType::Single || type == DataType::Double) {
+    value = RoundToSixDecimals(CDbl(value));
+  } else {
+    DropTime(value);
   }
   return value;
 }
@@ -99,7 +108,8 @@ Variant GetField(Campo& campo) {
 }
 
 Variant RawField(const RecordsetRef& rs, std::string_view name) {
-  return WithoutTime(rs->Fields(name).Value());
+  Campo campo(rs, name);
+  return campo.Value();
 }
 
 bool GetFlag(const RecordsetRef& rs, std::string_view name) {

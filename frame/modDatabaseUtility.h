@@ -32,7 +32,11 @@ class Campo {
     return *field_;
   }
   // As RawField reads it.
-  [[nodiscard]] Variant Value() { return WithoutTime(Place().Value()); }
+  [[nodiscard]] Variant Value() {
+    Variant value = Place().Value();
+    DropTime(value);
+    return value;
+  }
 
  private:
   const RecordsetRef& rs_;

@@ -88,7 +88,7 @@ class Variant {
 
   Variant() = default;  // Empty
   // NOLINTBEGIN(google-explicit-constructor): a value stands for its variant, as in automation.
-  Variant(NullType /*null*/) : type_(Type::NullValue) {}
+  Variant(NullType /*null*/) { cell_.type = Type::NullValue; }
   Variant(bool value) { Make(value); }
   Variant(std::int8_t value) { Make(value); }
   Variant(std::int16_t value) { Make(value); }
@@ -115,31 +115,31 @@ class Variant {
   // What was moved from is Empty.
   Variant(Variant&& other) noexcept {
     CopyBytes(other);
-    other.type_ = Type::Empty;
+    other.cell_.type = Type::Empty;
   }
   Variant& operator=(const Variant& other) { return *this = Variant(other); }
   Variant& operator=(Variant&& other) noexcept {
     if (this != &other) {
       Clear();
       CopyBytes(other);
-      other.type_ = Type::Empty;
+      other.cell_.type = Type::Empty;
     }
     return *this;
   }
   ~Variant() { Clear(); }
 
-  [[nodiscard]] Type VarType() const { return type_; }
-  [[nodiscard]] bool IsNull() const { return type_ == Type::NullValue; }
-  [[nodiscard]] bool IsEmpty() const { return type_ == Type::Empty; }
+  [[nodiscard]] Type VarType() const { return cell_.type; }
+  [[nodiscard]] bool IsNull() const { return cell_.type == Type::NullValue; }
+  [[nodiscard]] bool IsEmpty() const { return cell_.type == Type::Empty; }
 
   // The value when it is held as exactly that C++ type, nullptr otherwise.
   template <class T>
   [[nodiscard]] const T* As() const {
-    return type_ == TypeFor<T>() ? &Held<T>() : nullptr;
+    return cell_.type == TypeFor<T>() ? &Held<T>() : nullptr;
   }
   // The number when it is held in 16 or 32 bits, as most numbers of an entry are.
   [[nodiscard]] std::optional<std::int32_t> AsInteger() const {
-    switch (type_) {
+    switch (cell_.type) {
       case Type::SmallInt:
         return Held<std::int16_t>();
       case Type::Integer:
@@ -150,7 +150,7 @@ class Variant {
   }
   // The text when it is one; valid as long as the variant stays as and where it is.
   [[nodiscard]] std::optional<std::string_view> AsText() const {
-    return type_ == Type::Text ? std::optional(TextHeld()) : std::nullopt;
+    return cell_.type == Type::Text ? std::optional(TextHeld()) : std::nullopt;
   }
 
  private:
@@ -182,7 +182,7 @@ class Variant {
 
   template <class T>
   [[nodiscard]] const T& Held() const {
-    return *std::launder(reinterpret_cast<const T*>(bytes_));
+    return *std::launder(reinterpret_cast<const T*>(cell_.bytes));
   }
 
   struct HeapText {
@@ -200,44 +200,46 @@ class Variant {
   template <class T>
   void Make(T value) {
     static_assert(std::is_trivially_copyable_v<T> && sizeof(T) < kSize);
-    ::new (bytes_) T(value);
-    type_ = TypeFor<T>();
+    ::new (cell_.bytes) T(value);
+    cell_.type = TypeFor<T>();
   }
   // The variant must be Empty; it still is when there is no memory for the text.
   void MakeText(std::string_view text) {
     if (text.size() <= kLongestInside) {
-      std::copy_n(text.data(), text.size(), reinterpret_cast<char*>(bytes_));
-      bytes_[kLongestInside] = static_cast<std::byte>(text.size());
+      std::copy_n(text.data(), text.size(), reinterpret_cast<char*>(cell_.bytes));
+      cell_.bytes[kLongestInside] = static_cast<std::byte>(text.size());
     } else {
       char* copy = std::allocator<char>().allocate(text.size());
       std::copy_n(text.data(), text.size(), copy);
-      ::new (bytes_) HeapText{copy, text.size()};
-      bytes_[kLongestInside] = kOnHeap;
+      ::new (cell_.bytes) HeapText{copy, text.size()};
+      cell_.bytes[kLongestInside] = kOnHeap;
     }
-    type_ = Type::Text;
+    cell_.type = Type::Text;
   }
   [[nodiscard]] bool IsOnHeap() const {
-    return type_ == Type::Text && bytes_[kLongestInside] == kOnHeap;
+    return cell_.type == Type::Text && cell_.bytes[kLongestInside] == kOnHeap;
   }
   [[nodiscard]] const HeapText& OnHeap() const { return Held<HeapText>(); }
   [[nodiscard]] std::string_view TextHeld() const {
-    return bytes_[kLongestInside] == kOnHeap
+    return cell_.bytes[kLongestInside] == kOnHeap
                ? std::string_view(OnHeap().text, OnHeap().size)
-               : std::string_view(reinterpret_cast<const char*>(bytes_),
-                                  static_cast<std::size_t>(bytes_[kLongestInside]));
+               : std::string_view(reinterpret_cast<const char*>(cell_.bytes),
+                                  static_cast<std::size_t>(cell_.bytes[kLongestInside]));
   }
-  void CopyBytes(const Variant& other) {
-    std::memcpy(bytes_, other.bytes_, kSize);
-    type_ = other.type_;
-  }
+  void CopyBytes(const Variant& other) { cell_ = other.cell_; }
   void Clear() {
     if (IsOnHeap()) {
       std::allocator<char>().deallocate(OnHeap().text, OnHeap().size);
     }
   }
 
-  alignas(std::int64_t) std::byte bytes_[kSize] = {};
-  Type type_ = Type::Empty;
+  // Bytes and type are copied as one: a copy that is taken in other pieces than the last one was
+  // written in waits until those have reached the cache.
+  struct Cell {
+    alignas(std::int64_t) std::byte bytes[kSize] = {};
+    Type type = Type::Empty;
+  };
+  Cell cell_;
 };
 
 // What == finds for any two values.
@@ -253,10 +255,12 @@ Truth operator<=(const Variant& left, const Variant& right);
 Truth operator>(const Variant& left, const Variant& right);
 Truth operator>=(const Variant& left, const Variant& right);
 
-// A date as its calendar day; any other value as it is.
-[[nodiscard]] inline Variant WithoutTime(Variant value) {
-  const auto* date = value.As<Date>();
-  return date == nullptr ? std::move(value) : Variant(date->WithoutTime());
+// Makes a date its calendar day; any other value stays as it is. In place: most values are none,
+// and are read too often to be copied for it.
+inline void DropTime(Variant& value) {
+  if (const auto* date = value.As<Date>()) {
+    value = date->WithoutTime();
+  }
 }
 
 // Same type and same value, Null and Empty included: for tests and containers, not for rules.

@@ -33,9 +33,11 @@ class SiblingComponent {
   template <class... Values>
   Variant Call(Member member, Values&&... values) {
     std::array<Variant, sizeof...(Values)> held = {Variant(std::forward<Values>(values))...};
-    return WithoutTime(
+    Variant value =
         siblings_.Ask({.component = component_, .member = member, .values = held, .state = state_})
-            .value);
+            .value;
+    DropTime(value);
+    return value;
   }
   // The value as a text, without a copy where it is one.
   static Variant AsText(Variant value) {
