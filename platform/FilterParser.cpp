@@ -199,7 +199,11 @@ class Parser {
   }
 
   Variant Constant() {
-    if (at_ < text_.size() && text_[at_] == '\'') {
+    const char first = at_ < text_.size() ? text_[at_] : ' ';
+    if (IsDigit(first)) {
+      return Number();
+    }
+    if (first == '\'') {
       return Text();
     }
     if (Accept("#")) {

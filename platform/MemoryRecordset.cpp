@@ -223,14 +223,18 @@ void MemoryRecordset::StartOver(std::shared_ptr<const RowTable> table) {
   position_ = 0;
 }
 
-MemoryRecordset::CellField& MemoryRecordset::FieldAt(std::size_t column) {
-  if (fields_.size() < table_->Columns().size()) {
-    fields_.reserve(table_->Columns().size());
-    while (fields_.size() < table_->Columns().size()) {
-      fields_.emplace_back(*this, fields_.size());
-    }
+const Field& MemoryRecordset::FieldAt(std::size_t column) {
+  if (column >= fields_.size()) {
+    MakeFields();
   }
   return fields_[column];
+}
+
+void MemoryRecordset::MakeFields() {
+  fields_.reserve(table_->Columns().size());
+  while (fields_.size() < table_->Columns().size()) {
+    fields_.emplace_back(*this, fields_.size());
+  }
 }
 
 const Field& MemoryRecordset::Fields(std::string_view name) {

@@ -164,7 +164,8 @@ class MemoryRecordset final : public Recordset {
   class CellField;  // NOLINT(cppcoreguidelines-virtual-class-destructor): final, never owned as
                     // Field
 
-  [[nodiscard]] CellField& FieldAt(std::size_t column);
+  [[nodiscard]] const Field& FieldAt(std::size_t column);
+  void MakeFields();
   [[nodiscard]] std::size_t VisibleCount() const;
   [[nodiscard]] std::size_t CurrentRow() const;  // raises 3021
   // Puts the rows that meet the condition into gathered_.

@@ -2,8 +2,11 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <bit>
 #include <filesystem>
 #include <span>
+#include <tuple>
 #include <utility>
 
 #include "company/DataError.h"
@@ -108,6 +111,27 @@ void AppendValue(std::string& key, const Variant& value) {
   }
 }
 
+// Whether two values have one key; False also where only the keys can tell.
+bool IsSameKey(const Variant& left, const Variant& right) {
+  if (left.VarType() != right.VarType()) {
+    return false;
+  }
+  switch (left.VarType()) {
+    case Variant::Type::Empty:
+    case Variant::Type::NullValue:
+      return true;
+    case Variant::Type::SmallInt:
+    case Variant::Type::Integer:
+      return left.AsInteger() == right.AsInteger();
+    case Variant::Type::Text:
+      return left.AsText() == right.AsText();
+    case Variant::Type::Date:
+      return CDbl(left) == CDbl(right);
+    default:
+      return false;
+  }
+}
+
 // Whether the statement's current row is that row.
 bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, const RowTable& table,
            std::size_t row) {
@@ -205,6 +229,7 @@ std::int64_t SqliteEngine::FileVersion() {
   if (version != versionSeen_) {
     if (const std::int64_t schema = ask(schema_); schema != schemaSeen_) {
       RefuseViews();
+      ForgetPlaces();
       selections_.clear();
       keptRows_ = 0;
       schemaSeen_ = schema;
@@ -261,6 +286,12 @@ SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
   for (const Variant& value : query.Values()) {
     use.values = use.values * 2 + (value.VarType() == Variant::Type::Boolean ? 1 : 0);
   }
+  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
+  constexpr unsigned kToPlaces = 64 - std::bit_width(std::tuple_size_v<decltype(places_)> - 1);
+  Place& place = places_[(std::bit_cast<std::uintptr_t>(use.selection) * kSpread) >> kToPlaces];
+  if (SameUse()(place.use, use)) {
+    return *place.prepared;
+  }
   auto found = selections_.find(use);
   if (found == selections_.end()) {
     Prepared prepared = Prepare(query);
@@ -268,7 +299,30 @@ SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
                 .emplace(Use{use.selection, use.values, std::string(use.name)}, std::move(prepared))
                 .first;
   }
+  place = {found->first, &found->second};
   return found->second;
+}
+
+SqliteEngine::Kept& SqliteEngine::KeptBefore(Prepared& prepared, std::span<const Variant> values) {
+  Kept* const expected = prepared.latest == nullptr ? nullptr : prepared.latest->next;
+  if (expected != nullptr && std::ranges::equal(expected->asked, values, IsSameKey)) {
+    prepared.latest = expected;
+    return *expected;
+  }
+  key_.clear();
+  for (const Variant& value : values) {
+    AppendValue(key_, value);
+  }
+  auto found = prepared.answers.find(key_);
+  if (found == prepared.answers.end()) {
+    found = prepared.answers.emplace(key_, Kept()).first;
+    found->second.asked.assign(values.begin(), values.end());
+    ++keptRows_;
+  }
+  Kept& kept = found->second;
+  (prepared.latest == nullptr ? kept : *prepared.latest).next = &kept;
+  prepared.latest = &kept;
+  return kept;
 }
 
 std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Query& query,
@@ -318,20 +372,12 @@ std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
   if (keptRows_ > kKeptRows) {
     ForgetAnswers();
   }
-  key_.clear();
-  for (const Variant& value : query.Values()) {
-    AppendValue(key_, value);
-  }
-  auto found = prepared.answers.find(key_);
-  if (found == prepared.answers.end()) {
-    found = prepared.answers.emplace(key_, Kept()).first;
-    ++keptRows_;
-  }
-  Kept& kept = found->second;
+  Kept& kept = KeptBefore(prepared, query.Values());
   if (kept.rows == nullptr || kept.version != version) {
     std::shared_ptr<const RowTable> rows = Run(prepared, query, kept.rows);
     keptRows_ += rows->RowCount() - (kept.rows == nullptr ? 0 : kept.rows->RowCount());
-    kept = {std::move(rows), version};
+    kept.rows = std::move(rows);
+    kept.version = version;
   }
   return kept.rows;
 }
@@ -367,6 +413,7 @@ std::int32_t SqliteEngine::Closings(const Variant& entry) {
 void SqliteEngine::ForgetAnswers() {
   for (auto& [use, prepared] : selections_) {
     prepared.answers.clear();
+    prepared.latest = nullptr;
   }
   keptRows_ = 0;
 }
@@ -463,6 +510,7 @@ void SqliteEngine::DropTemporaryTable(const std::string& name) noexcept {
 
 // The next table of that name may have other columns.
 void SqliteEngine::ForgetTemporarySelections() {
+  ForgetPlaces();
   std::erase_if(selections_, [](const auto& entry) { return !entry.second.ofTheFile; });
 }
 

@@ -11,12 +11,14 @@
 
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -87,10 +89,12 @@ class SqliteEngine final : public Engine {
   template <class Value>
   using ByText = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
 
-  // An answer, and the version of the file that gave it.
+  // An answer, what was asked for it, and the version of the file that gave it.
   struct Kept {
+    std::vector<Variant> asked;
     std::shared_ptr<const RowTable> rows;  // nothing before the first answer
     std::int64_t version = 0;
+    Kept* next = nullptr;  // what the same selection was asked for after it the last time
   };
 
   // A selection, ready to run.
@@ -106,6 +110,14 @@ class SqliteEngine final : public Engine {
     bool ofTheFile = true;  // reads tables of the company alone
     std::size_t rows = 0;   // of the last answer: the next one has hardly more
     ByText<Kept> answers;   // by the values asked with
+    Kept* latest = nullptr;
+  };
+
+  // Every check asks for much the same, in the same order: where a selection was found the last
+  // time is looked at before it is searched for.
+  struct Place {
+    UseView use = {};
+    Prepared* prepared = nullptr;
   };
 
   void RequireCompany();
@@ -119,12 +131,14 @@ class SqliteEngine final : public Engine {
   [[nodiscard]] SqliteStatement& Constant(std::string_view sql);
   [[nodiscard]] Prepared Prepare(const Query& query);
   [[nodiscard]] Prepared& PreparedBefore(const Query& query);
+  [[nodiscard]] Kept& KeptBefore(Prepared& prepared, std::span<const Variant> values);
   [[nodiscard]] std::vector<TableColumn> ColumnsOf(std::string_view table);
   // The table given from before is the answer when it still is what the file says.
   [[nodiscard]] std::shared_ptr<const RowTable> Run(
       Prepared& prepared, const Query& query, const std::shared_ptr<const RowTable>& before = {});
   [[nodiscard]] bool IsAnswered(std::string_view sql, std::string_view name);
   void ForgetAnswers();
+  void ForgetPlaces() { places_.fill({}); }
   void FillTemporaryTable(const std::string& name, const RowTable& rows);
   void ForgetTemporarySelections();
 
@@ -136,6 +150,7 @@ class SqliteEngine final : public Engine {
   SqliteStatement version_;
   SqliteStatement schema_;
   std::unordered_map<Use, Prepared, UseHash, SameUse> selections_;
+  std::array<Place, 64> places_;  // by the selection's address
   ByText<SqliteStatement> constants_;
   std::optional<std::int64_t> versionOfReading_;
   std::optional<std::int64_t> versionSeen_;  // the latest
