@@ -26,11 +26,11 @@ std::string DayByDay(const Branches& branches, const ComparisonSql& day,
                      const ComparisonSql& other) {
   const bool back = day.operation == CompareWith::Less || day.operation == CompareWith::LessOrEqual;
   const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
-  const std::string next =
-      std::string("SELECT ") + (back ? "max(" : "min(") + day.left + ")" + rows;
-  const std::string days = "WITH RECURSIVE days(day) AS (" + next + day.sql +
-                           " UNION ALL SELECT (" + next + day.left + (back ? " < " : " > ") +
-                           "days.day) FROM days WHERE day IS NOT NULL) ";
+  const std::string nearest = " ORDER BY " + day.left + (back ? " DESC" : "") + " LIMIT 1)";
+  const std::string days = "WITH RECURSIVE days(day) AS (SELECT (SELECT " + day.left + rows +
+                           day.sql + nearest + " UNION ALL SELECT (SELECT " + day.left + rows +
+                           day.left + (back ? " < " : " > ") + "days.day" + nearest +
+                           " FROM days WHERE day IS NOT NULL) ";
   const std::string met = branches.table + " WHERE " + AllOf(branches.all) + " AND " + other.sql +
                           " AND " + day.left + " = ";
   // The days are not joined with their rows: SQLite might walk all rows once to make itself a
