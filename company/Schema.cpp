@@ -210,10 +210,21 @@ std::span<const SchemaTable> Tables() { return kTables; }
 
 std::span<const SchemaIndex> Indexes() { return kIndexes; }
 
-const SchemaTable* FindTable(std::string_view name) {
-  const auto found = std::ranges::find_if(
-      kTables, [name](const SchemaTable& table) { return SameName(table.name, name); });
-  return found == std::end(kTables) ? nullptr : &*found;
+namespace {
+
+template <class Named>
+const Named* FindNamed(std::span<const Named> all, std::string_view name) {
+  const auto found =
+      std::ranges::find_if(all, [name](const Named& one) { return SameName(one.name, name); });
+  return found == all.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+const SchemaTable* FindTable(std::string_view name) { return FindNamed(Tables(), name); }
+
+const SchemaColumn* FindColumn(const SchemaTable& table, std::string_view name) {
+  return FindNamed(table.columns, name);
 }
 
 }  // namespace kal::company

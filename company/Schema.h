@@ -35,6 +35,7 @@ struct SchemaIndex {
 [[nodiscard]] std::span<const SchemaIndex> Indexes();
 // Without regard to letter case; nullptr when there is none.
 [[nodiscard]] const SchemaTable* FindTable(std::string_view name);
+[[nodiscard]] const SchemaColumn* FindColumn(const SchemaTable& table, std::string_view name);
 
 // The layout of the tables; a company keeps the one that it was made with.
 inline constexpr std::int32_t kLayoutVersion = 1;

@@ -90,7 +90,8 @@ constexpr const char* kCorrispettivi =
 
 void Execute(const std::filesystem::path& path, std::string_view sql) {
   // No case outlives a crash of the machine, so none waits for the disk.
-  const std::string kNoWaiting = "PRAGMA synchronous = OFF;";
+  // Some store what no company of this program takes.
+  const std::string kNoWaiting = "PRAGMA synchronous = OFF; PRAGMA ignore_check_constraints = ON;";
   sqlite3* db = nullptr;
   char* message = nullptr;
   if (sqlite3_open(path.c_str(), &db) != SQLITE_OK ||

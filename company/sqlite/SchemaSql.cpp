@@ -22,12 +22,47 @@ constexpr Declaration kDeclarations[] = {
     {DataType::Double, "DOUBLE"},
 };
 
+// What a value of the type looks like; "?" stands for the column. A Null meets every condition.
+std::string_view ConditionOf(DataType type) {
+  switch (type) {
+    case DataType::SmallInt:
+      return "typeof(?) = 'integer' AND ? BETWEEN -32768 AND 32767";
+    case DataType::Integer:
+      return "typeof(?) = 'integer' AND ? BETWEEN -2147483648 AND 2147483647";
+    case DataType::Boolean:
+      return "typeof(?) = 'integer' AND ? BETWEEN -1 AND 1";
+    case DataType::Double:
+      return "typeof(?) IN ('real', 'integer')";
+    case DataType::Currency:
+      return "typeof(?) = 'text' AND ? NOT GLOB '*[^-.0-9]*' AND ? NOT GLOB '?*-*' AND "
+             "? NOT GLOB '*.*.*' AND (? GLOB '*[0-9].[0-9]*' OR ? NOT GLOB '*.*') AND "
+             "? GLOB '*[0-9]' AND (instr(?, '.') = 0 OR length(?) - instr(?, '.') <= 4) AND "
+             "CAST(? AS INTEGER) BETWEEN -922337203685477 AND 922337203685477";
+    case DataType::Date:
+      return "typeof(?) = 'text' AND "
+             "? GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]*' AND "
+             "date(substr(?, 1, 10), '+0 days') = substr(?, 1, 10)";
+    default:
+      return "typeof(?) = 'text'";
+  }
+}
+
+std::string ColumnSql(const SchemaColumn& column) {
+  const std::string name = QuoteName(column.name);
+  std::string sql =
+      name + " " + std::string(DeclarationOfType(column.type)) + " CHECK (" + name + " IS NULL OR ";
+  for (const char c : ConditionOf(column.type)) {
+    c == '?' ? sql += name : sql += c;
+  }
+  return sql + ")";
+}
+
 std::string TableSql(const SchemaTable& table) {
   std::string sql = "CREATE TABLE " + QuoteName(table.name) + " (";
   std::string_view separator;
   for (const SchemaColumn& column : table.columns) {
-    sql.append(separator).append(QuoteName(column.name)).append(" ");
-    sql += DeclarationOfType(column.type);
+    sql += separator;
+    sql += ColumnSql(column);
     separator = ", ";
   }
   return sql + ");\n";
@@ -89,6 +124,32 @@ std::string_view DeclarationOfType(DataType type) {
   }
   const auto found = std::ranges::find(kDeclarations, type, &Declaration::type);
   return found == std::end(kDeclarations) ? DeclarationOfType(DataType::VarWChar) : found->text;
+}
+
+bool Stores(std::string_view declaration, DataType type) {
+  const auto says = [declaration](std::string_view part) {
+    return std::ranges::search(declaration, part, [](char a, char b) {
+             return FoldedAscii(a) == FoldedAscii(b);
+           }).begin() != declaration.end();
+  };
+  // The order in which SQLite looks for these parts.
+  const bool keepsIntegers = says("INT");
+  const bool keepsTexts = !keepsIntegers && (says("CHAR") || says("CLOB") || says("TEXT"));
+  const bool keepsAll = !keepsIntegers && !keepsTexts && (declaration.empty() || says("BLOB"));
+  const bool keepsReals =
+      !keepsIntegers && !keepsTexts && !keepsAll && (says("REAL") || says("FLOA") || says("DOUB"));
+  switch (type) {
+    case DataType::SmallInt:
+    case DataType::Integer:
+    case DataType::Boolean:
+      return !keepsTexts && !keepsAll && !keepsReals;
+    case DataType::Double:
+      return !keepsTexts && !keepsAll;
+    case DataType::Date:  // no number can pass for one
+      return keepsTexts || (!keepsIntegers && !keepsReals && !keepsAll);
+    default:
+      return keepsTexts;
+  }
 }
 
 }  // namespace kal::company

@@ -146,8 +146,8 @@ void RemoveEmptyLog(const std::string& path) {
 // Too late or refused, the account is kept: that is slower, and nothing else.
 void SpareSqliteMemoryAccounts() { (void)sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
 
-Sqlite::Sqlite(std::string path, Access access, int busyMilliseconds)
-    : path_(std::move(path)), access_(access) {
+Sqlite::Sqlite(std::string path, Access access, const Patience& patience)
+    : path_(std::move(path)), access_(access), patience_(patience) {
   const int flags =
       access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
   // Attached databases may be named by a URI, the file itself may not.
@@ -162,7 +162,33 @@ Sqlite::Sqlite(std::string path, Access access, int busyMilliseconds)
   if (result != SQLITE_OK) {
     Fail();
   }
-  sqlite3_busy_timeout(handle, busyMilliseconds);
+  WaitForLocks();
+  if (access == Access::Read) {
+    TrustNothing();
+  }
+}
+
+void Sqlite::TrustNothing() {
+  constexpr int kStepsBetweenLooks = 100'000;
+  sqlite3_db_config(Handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(Handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_limit(Handle(), SQLITE_LIMIT_LENGTH, kLongestValue);
+  sqlite3_progress_handler(Handle(), kStepsBetweenLooks, AskedTooLongAgo, this);
+  Execute("PRAGMA cell_size_check = ON");
+}
+
+void Sqlite::WaitForLocks() const {
+  sqlite3_busy_timeout(Handle(), static_cast<int>(patience_.forLock.count()));
+  waits_ = true;
+}
+
+int Sqlite::AskedTooLongAgo(void* connection) {
+  const auto& asked = *static_cast<const Sqlite*>(connection);
+  const auto now = std::chrono::steady_clock::now();
+  if (!asked.askedAt_) {
+    asked.askedAt_ = now;
+  }
+  return now - *asked.askedAt_ >= asked.patience_.forAnswer ? 1 : 0;
 }
 
 Sqlite::~Sqlite() {
@@ -189,7 +215,18 @@ void Sqlite::Fail() const {
   if (result == SQLITE_NOMEM || sqlite3_extended_errcode(Handle()) == SQLITE_IOERR_NOMEM) {
     RaiseNoMemory();
   }
+  if (result == SQLITE_INTERRUPT) {
+    RaiseDataError(kDatabaseFailed, path_ + " took longer than " +
+                                        std::to_string(patience_.forAnswer.count()) +
+                                        " ms to answer a question");
+  }
+  if (result == SQLITE_TOOBIG) {
+    RaiseDataError(kDatabaseFailed,
+                   path_ + ": a value is longer than " + std::to_string(kLongestValue) + " bytes");
+  }
   if (result == SQLITE_BUSY) {
+    sqlite3_busy_timeout(Handle(), 0);
+    waits_ = false;
     RaiseDataError(kDatabaseFailed, path_ + " is locked by another program");
   }
   if (sqlite3_extended_errcode(Handle()) == SQLITE_READONLY_ROLLBACK) {

@@ -7,9 +7,11 @@
 #include <sqlite3.h>
 
 #include <bit>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,14 +24,24 @@ namespace kal::company {
 // Spares SQLite its account of the memory that it holds, for which all threads wait on each other.
 void SpareSqliteMemoryAccounts();
 
-// A connection for one thread.
+// How long a connection waits.
+struct Patience {
+  // For another program's lock. Once it was in vain, the next questions do not wait until one is
+  // answered: a company that stays locked is said to be at once.
+  std::chrono::milliseconds forLock{5000};
+  // For the answer to one question: a file may hold one without an end.
+  std::chrono::milliseconds forAnswer{60000};
+};
+
+// A connection for one thread. One that reads trusts the file as little as it can: nothing in it
+// is run or written, pages are looked over before they are read, and no value may be larger than
+// kLongestValue.
 class Sqlite {
  public:
   enum class Access : std::uint8_t { Read, Create };
-  // How long to wait for another program's lock.
-  static constexpr int kBusyMilliseconds = 5000;
+  static constexpr int kLongestValue = 16 << 20;  // bytes; also of the texts asked with
 
-  Sqlite(std::string path, Access access, int busyMilliseconds = kBusyMilliseconds);
+  Sqlite(std::string path, Access access, const Patience& patience = {});
   Sqlite(const Sqlite&) = delete;
   Sqlite& operator=(const Sqlite&) = delete;
   ~Sqlite();
@@ -40,10 +52,22 @@ class Sqlite {
   void Execute(const std::string& sql);
   // What was run and prepared on this connection; statements count themselves.
   [[nodiscard]] Counters& Counted() const { return counted_; }
+  // A question begins: the time for its answer starts to run.
+  void StartClock() const { askedAt_.reset(); }
+  // A question was answered.
+  void Answered() const {
+    if (!waits_) {
+      WaitForLocks();
+    }
+  }
   // Raises the connection's latest failure.
   [[noreturn]] void Fail() const;
 
  private:
+  void TrustNothing();
+  void WaitForLocks() const;
+  static int AskedTooLongAgo(void* connection);
+
   struct Close {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
@@ -51,7 +75,11 @@ class Sqlite {
   std::string path_;
   Access access_;
   std::unique_ptr<sqlite3, Close> handle_;
+  Patience patience_;
   mutable Counters counted_;
+  mutable bool waits_ = true;  // for locks
+  // When the question was found to take its time: most are answered before anybody looks.
+  mutable std::optional<std::chrono::steady_clock::time_point> askedAt_;
 };
 
 // "" where it is Null or there is no memory.
@@ -87,6 +115,7 @@ class SqliteStatement {
   // Whether the stored value can be seen to be that one without reading it; False says nothing.
   [[nodiscard]] bool SeenAs(int column, const Variant& value) const;
   void CountRun() const { ++connection_->Counted().queries; }
+  void StartClock() const { connection_->StartClock(); }
   [[nodiscard]] std::int64_t Number(int column) const {
     return sqlite3_column_int64(handle_.get(), column);
   }
@@ -147,6 +176,7 @@ class StatementUse {
     if (counts == Counts::AsQuery) {
       statement_.CountRun();
     }
+    statement_.StartClock();
   }
   StatementUse(const StatementUse&) = delete;
   StatementUse& operator=(const StatementUse&) = delete;

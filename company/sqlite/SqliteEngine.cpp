@@ -30,6 +30,9 @@ constexpr std::chrono::milliseconds kBetweenLooks{100};
 // All kept answers are forgotten when they come to more rows than these.
 constexpr std::size_t kKeptRows = 20000;
 
+// No answer of sound books comes near it.
+constexpr std::size_t kMostRows = 1'000'000;
+
 const std::string& ExistingFile(const std::string& path) {
   std::error_code ignored;
   const auto status = std::filesystem::status(
@@ -155,9 +158,9 @@ SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendere
       layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
       none(std::make_shared<RowTable>(layout)) {}
 
-SqliteEngine::SqliteEngine(const std::string& path, int busyMilliseconds)
+SqliteEngine::SqliteEngine(const std::string& path, const Patience& patience)
     : file_(IdentityOf(ExistingFile(path))),
-      connection_(path, Sqlite::Access::Read, busyMilliseconds),
+      connection_(path, Sqlite::Access::Read, patience),
       begin_(connection_, "BEGIN"),
       end_(connection_, "COMMIT"),
       version_(connection_, "PRAGMA data_version"),
@@ -165,7 +168,8 @@ SqliteEngine::SqliteEngine(const std::string& path, int busyMilliseconds)
   connection_.Execute("PRAGMA temp_store = MEMORY; ATTACH 'file:?mode=memory' AS " +
                       std::string(kTemporary));
   RequireCompany();
-  (void)FileVersion();
+  (void)FileVersion();  // refuses views
+  RequireTables();
 }
 
 void SqliteEngine::RequireCompany() {
@@ -179,6 +183,38 @@ void SqliteEngine::RequireCompany() {
   if (mark.Number(0) == kApplicationId && layout.Number(0) > kLayoutVersion) {
     RaiseDataError(kDatabaseFailed,
                    connection_.Path() + " was made by a later version of this program");
+  }
+}
+
+// Every table must be there. A column whose declaration lets SQLite store something else than what
+// was written (an account code as a number, an amount rounded) would answer wrongly without a word.
+void SqliteEngine::RequireTables() {
+  SqliteStatement columns(connection_,
+                          "SELECT its.name, own.name, own.type FROM main.sqlite_master AS its "
+                          "JOIN pragma_table_info(its.name, 'main') AS own "
+                          "WHERE its.type = 'table'");
+  const auto text = [&](int column) {
+    return CStr(columns.Value(column, DataType::VarWChar, "sqlite_master"));
+  };
+  std::vector<const SchemaTable*> found;
+  while (columns.Step()) {
+    const SchemaTable* const table = FindTable(text(0));
+    if (table == nullptr) {
+      continue;
+    }
+    found.push_back(table);
+    const SchemaColumn* const known = FindColumn(*table, text(1));
+    if (known != nullptr && !Stores(text(2), known->type)) {
+      RaiseDataError(RunTime::TypeMismatch, "In " + connection_.Path() + " the column " +
+                                                std::string(table->name) + "." + text(1) +
+                                                " is declared " + text(2) +
+                                                ", which does not keep what is stored in it");
+    }
+  }
+  for (const SchemaTable& table : Tables()) {
+    if (std::ranges::find(found, &table) == found.end()) {
+      RaiseNoTable(table.name);
+    }
   }
 }
 
@@ -207,6 +243,11 @@ void SqliteEngine::RefuseViews() {
   }
 }
 
+void SqliteEngine::RaiseNoTable(std::string_view name) const {
+  RaiseDataError(kNoSuchTable,
+                 "There is no table '" + std::string(name) + "' in " + connection_.Path());
+}
+
 SqliteStatement& SqliteEngine::Constant(std::string_view sql) {
   auto found = constants_.find(sql);
   if (found == constants_.end()) {
@@ -226,6 +267,7 @@ std::int64_t SqliteEngine::FileVersion() {
     return use->Number(0);
   };
   const std::int64_t version = ask(version_);
+  connection_.Answered();
   if (version != versionSeen_) {
     if (const std::int64_t schema = ask(schema_); schema != schemaSeen_) {
       RefuseViews();
@@ -241,19 +283,16 @@ std::int64_t SqliteEngine::FileVersion() {
 
 std::vector<TableColumn> SqliteEngine::ColumnsOf(std::string_view table) {
   if (!HasTable(table)) {
-    RaiseDataError(kNoSuchTable,
-                   "There is no table '" + std::string(table) + "' in " + connection_.Path());
+    RaiseNoTable(table);
   }
   const SqliteStatement all(connection_, "SELECT * FROM " + QuoteName(table));
   const SchemaTable* known = FindTable(table);
   std::vector<TableColumn> columns;
   for (int i = 0; i < all.ColumnCount(); ++i) {
     TableColumn column{all.ColumnName(i), TypeOfDeclaration(all.ColumnDeclaration(i))};
-    for (const SchemaColumn& own :
-         known == nullptr ? std::span<const SchemaColumn>() : known->columns) {
-      if (SameName(own.name, column.name)) {
-        column.type = own.type;
-      }
+    const SchemaColumn* own = known == nullptr ? nullptr : FindColumn(*known, column.name);
+    if (own != nullptr) {
+      column.type = own->type;
     }
     columns.push_back(std::move(column));
   }
@@ -348,6 +387,10 @@ std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Quer
     rows->AddRowOf([&](std::size_t place) { return before->Cell(row, place); });
   }
   for (; another; another = use->Step()) {
+    if (rows->RowCount() == kMostRows) {
+      RaiseDataError(kDatabaseFailed, connection_.Path() + ": more than " +
+                                          std::to_string(kMostRows) + " rows answer a question");
+    }
     rows->AddRowOf([&](std::size_t place) {
       const ResultColumn& column = prepared.columns[place];
       return use->Value(static_cast<int>(place), column.type, column.source);

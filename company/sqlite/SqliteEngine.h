@@ -40,7 +40,7 @@ struct FileIdentity {
 class SqliteEngine final : public Engine {
  public:
   // Raises an error when the file is missing, can't be read or is no company.
-  explicit SqliteEngine(const std::string& path, int busyMilliseconds = Sqlite::kBusyMilliseconds);
+  explicit SqliteEngine(const std::string& path, const Patience& patience = {});
 
   [[nodiscard]] std::shared_ptr<const RowTable> Rows(const Query& query) override;
   [[nodiscard]] Variant HighestProtocol(const Variant& year, const Variant& registerType,
@@ -121,8 +121,10 @@ class SqliteEngine final : public Engine {
   };
 
   void RequireCompany();
+  void RequireTables();
   void RequireSameFile();
   void RefuseViews();
+  [[noreturn]] void RaiseNoTable(std::string_view name) const;
   // Outside of a reading it looks for what else has changed: which file has the name, and the
   // schema, with which all that is prepared and kept goes.
   [[nodiscard]] std::int64_t FileVersion();
