@@ -204,13 +204,35 @@ constexpr SchemaIndex kIndexes[] = {
     {"KalDizionario", "Testo,Lingua"},
 };
 
-}  // namespace
+constexpr SchemaKey kKeys[] = {
+    {"COGPrimeNoteTeste", "IdPrimaNota"},
+    {"COGPrimeNoteProprieta", "CodProprieta"},
+    {"COGCausaliContabili", "CodCausale"},
+    {"COGNumerazioniIva", "IdNumerazione"},
+    {"COGNumerazioniIva", "Anno,TipoRegIva,SezionaleIva"},
+    {"COGBollati", "IdBollato"},
+    {"COGBollatiIva", "IdBollato,SezionaleIva"},
+    {"COGParametriIva", "Anno"},
+    {"COGParametriIvaAttivitaRighe", "Anno,CodAttivita"},
+    {"COGIvaLiquidazioni", "Anno,Periodo"},
+    {"STDPianoDeiConti", "CodConto"},
+    {"STDEsercizi", "CodEsercizio"},
+    {"STDIva", "CodIva"},
+    {"STDAnagraficaClienti", "IdAnagrafica"},
+    {"STDAnagraficaFornitori", "IdAnagrafica"},
+    {"STDDichiarazioniIntento", "IdDichiarazione"},
+    {"STDTipologiePagamento", "IdTipologiaPagamento"},
+    {"STDCondizioniPagamentoTeste", "CodPagamento"},
+    {"STDParametriAzienda", "Nome"},
+    {"KalMessaggi", "Codice,Lingua"},
+    {"KalDizionario", "Testo,Lingua"},
+};
 
-std::span<const SchemaTable> Tables() { return kTables; }
-
-std::span<const SchemaIndex> Indexes() { return kIndexes; }
-
-namespace {
+constexpr SchemaPeriod kPeriods[] = {
+    {"STDEsercizi", "DataInizio", "DataFine", "CodEsercizio"},
+    {"COGBlocchiPeriodo", "DataInizio", "DataFine", ""},
+    {"STDDichiarazioniIntento", "DataInizioValidita", "DataFineValidita", ""},
+};
 
 template <class Named>
 const Named* FindNamed(std::span<const Named> all, std::string_view name) {
@@ -220,6 +242,14 @@ const Named* FindNamed(std::span<const Named> all, std::string_view name) {
 }
 
 }  // namespace
+
+std::span<const SchemaTable> Tables() { return kTables; }
+
+std::span<const SchemaIndex> Indexes() { return kIndexes; }
+
+std::span<const SchemaKey> Keys() { return kKeys; }
+
+std::span<const SchemaPeriod> Periods() { return kPeriods; }
 
 const SchemaTable* FindTable(std::string_view name) { return FindNamed(Tables(), name); }
 

@@ -31,8 +31,24 @@ struct SchemaIndex {
   bool unique = false;
 };
 
+// Columns whose values, where all are there, name one row.
+struct SchemaKey {
+  std::string_view table;
+  std::string_view columns;  // separated by commas
+};
+
+// Two dates of a row, the first and the last day of a period.
+struct SchemaPeriod {
+  std::string_view table;
+  std::string_view start;
+  std::string_view end;
+  std::string_view key;  // of periods that may not overlap; "" where they may
+};
+
 [[nodiscard]] std::span<const SchemaTable> Tables();
 [[nodiscard]] std::span<const SchemaIndex> Indexes();
+[[nodiscard]] std::span<const SchemaKey> Keys();
+[[nodiscard]] std::span<const SchemaPeriod> Periods();
 // Without regard to letter case; nullptr when there is none.
 [[nodiscard]] const SchemaTable* FindTable(std::string_view name);
 [[nodiscard]] const SchemaColumn* FindColumn(const SchemaTable& table, std::string_view name);

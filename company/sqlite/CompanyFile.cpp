@@ -109,4 +109,33 @@ void CreateCompanyFile(const std::string& path, bool withSample) {
   draft.MoveTo(path);
 }
 
+const std::string& ExistingCompanyFile(const std::string& path) {
+  std::error_code ignored;
+  const auto status = fs::status(PathOf(path), ignored);
+  if (status.type() == fs::file_type::not_found) {
+    RaiseDataError(kDatabaseFailed, "There is no file " + path);
+  }
+  if (status.type() == fs::file_type::directory) {
+    RaiseDataError(kDatabaseFailed, path + " is a folder");
+  }
+  return path;
+}
+
+void RequireCompany(const Sqlite& file) {
+  SqliteStatement mark(file, "PRAGMA application_id");
+  mark.Step();
+  const bool marked = mark.Number(0) == kApplicationId;
+  SqliteStatement known(file,
+                        "SELECT 1 FROM main.sqlite_master WHERE type IN ('table', 'view') "
+                        "AND name = 'COGPrimeNoteTeste' COLLATE NOCASE");
+  if (!marked && !known.Step()) {
+    RaiseDataError(kDatabaseFailed, file.Path() + " is no company of this program");
+  }
+  SqliteStatement layout(file, "PRAGMA user_version");
+  layout.Step();
+  if (marked && layout.Number(0) > kLayoutVersion) {
+    RaiseDataError(kDatabaseFailed, file.Path() + " was made by a later version of this program");
+  }
+}
+
 }  // namespace kal::company

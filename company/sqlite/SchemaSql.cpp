@@ -68,7 +68,8 @@ std::string TableSql(const SchemaTable& table) {
   return sql + ");\n";
 }
 
-// The index is named after its table and columns.
+}  // namespace
+
 std::string IndexSql(const SchemaIndex& index) {
   constexpr std::string_view kYear = "Year(";
   std::string name(index.table);
@@ -91,8 +92,6 @@ std::string IndexSql(const SchemaIndex& index) {
   return std::string(index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + QuoteName(name) +
          " ON " + QuoteName(index.table) + " (" + columns + ");\n";
 }
-
-}  // namespace
 
 std::string SchemaSql() {
   std::string sql;

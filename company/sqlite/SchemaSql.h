@@ -16,6 +16,8 @@ inline constexpr std::int32_t kApplicationId = 0x4B434F47;  // "KCOG"
 // The statements that make an empty company: tables and indexes. The tables refuse values of
 // another kind than their columns': nothing would find them.
 [[nodiscard]] std::string SchemaSql();
+// The statement that makes one index, named after its table and columns.
+[[nodiscard]] std::string IndexSql(const SchemaIndex& index);
 
 // The type that a column was declared with in the schema, for columns of tables that are not part
 // of it; a text type for a declaration that the schema never uses.

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <bit>
-#include <filesystem>
 #include <span>
 #include <tuple>
 #include <utility>
 
 #include "company/DataError.h"
 #include "company/Schema.h"
+#include "company/sqlite/CompanyFile.h"
 #include "company/sqlite/SchemaSql.h"
 #include "platform/LetterCase.h"
 
@@ -32,19 +32,6 @@ constexpr std::size_t kKeptRows = 20000;
 
 // No answer of sound books comes near it.
 constexpr std::size_t kMostRows = 1'000'000;
-
-const std::string& ExistingFile(const std::string& path) {
-  std::error_code ignored;
-  const auto status = std::filesystem::status(
-      std::filesystem::path(std::u8string(path.begin(), path.end())), ignored);
-  if (status.type() == std::filesystem::file_type::not_found) {
-    RaiseDataError(kDatabaseFailed, "There is no file " + path);
-  }
-  if (status.type() == std::filesystem::file_type::directory) {
-    RaiseDataError(kDatabaseFailed, path + " is a folder");
-  }
-  return path;
-}
 
 // Which file it is, whatever its name; nothing when there is none.
 std::optional<FileIdentity> IdentityOf(const std::string& path) {
@@ -159,7 +146,7 @@ SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendere
       none(std::make_shared<RowTable>(layout)) {}
 
 SqliteEngine::SqliteEngine(const std::string& path, const Patience& patience)
-    : file_(IdentityOf(ExistingFile(path))),
+    : file_(IdentityOf(ExistingCompanyFile(path))),
       connection_(path, Sqlite::Access::Read, patience),
       begin_(connection_, "BEGIN"),
       end_(connection_, "COMMIT"),
@@ -167,23 +154,9 @@ SqliteEngine::SqliteEngine(const std::string& path, const Patience& patience)
       schema_(connection_, "PRAGMA schema_version") {
   connection_.Execute("PRAGMA temp_store = MEMORY; ATTACH 'file:?mode=memory' AS " +
                       std::string(kTemporary));
-  RequireCompany();
+  RequireCompany(connection_);
   (void)FileVersion();  // refuses views
   RequireTables();
-}
-
-void SqliteEngine::RequireCompany() {
-  SqliteStatement mark(connection_, "PRAGMA application_id");
-  mark.Step();
-  if (mark.Number(0) != kApplicationId && !HasTable("COGPrimeNoteTeste")) {
-    RaiseDataError(kDatabaseFailed, connection_.Path() + " is no company of this program");
-  }
-  SqliteStatement layout(connection_, "PRAGMA user_version");
-  layout.Step();
-  if (mark.Number(0) == kApplicationId && layout.Number(0) > kLayoutVersion) {
-    RaiseDataError(kDatabaseFailed,
-                   connection_.Path() + " was made by a later version of this program");
-  }
 }
 
 // Every table must be there. A column whose declaration lets SQLite store something else than what

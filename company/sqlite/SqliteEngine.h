@@ -120,7 +120,6 @@ class SqliteEngine final : public Engine {
     Prepared* prepared = nullptr;
   };
 
-  void RequireCompany();
   void RequireTables();
   void RequireSameFile();
   void RefuseViews();
