@@ -20,8 +20,10 @@
 #include "cmake/Version.h"
 #include "company/Company.h"
 #include "company/Schema.h"
+#include "company/Verify.h"
 #include "host/EntryFile.h"
 #include "host/ExplainPages.h"
+#include "host/FlawReport.h"
 #include "host/Interrupt.h"
 #include "host/Progress.h"
 #include "host/Report.h"
@@ -54,6 +56,10 @@ struct Streams {
   std::ostream& err;
   const Terminals& terminals;
 };
+
+Language LanguageOf(const Options& options) {
+  return options.language == "en" ? Language::English : Language::Italian;
+}
 
 int Complain(const Streams& streams, const std::string& message) {
   streams.err << "kalcogcheck: " << message << std::endl;
@@ -149,8 +155,7 @@ class CheckRun {
       : options_(options),
         streams_(streams),
         company_(std::make_unique<company::Company>(options.company, options.language)),
-        style_{options.language == "en" ? Language::English : Language::Italian,
-               streams.terminals.out && streams.terminals.colours},
+        style_{LanguageOf(options), streams.terminals.out && streams.terminals.colours},
         input_(options.files, streams.in),
         progress_(streams.err, streams.terminals.err, input_.Size()) {}
 
@@ -269,6 +274,27 @@ int Check(const Options& options, const Streams& streams) {
   return run->Run();
 }
 
+int Verify(const Options& options, const Streams& streams) {
+  const Language language = LanguageOf(options);
+  std::size_t flaws = 0;
+  try {
+    company::Verify(options.company, [&](const company::Flaw& flaw) {
+      ++flaws;
+      streams.out << ToText(flaw, language) << std::flush;
+    });
+  } catch (const RunTimeError& error) {
+    return Complain(streams,
+                    "can't verify the company " + options.company + ": " + error.Description());
+  }
+  streams.out << (flaws == 0 ? Wording{"nessun difetto", "no flaws"}.In(language)
+                             : Wording{"difetti: ", "flaws: "}.In(language) + std::to_string(flaws))
+              << std::endl;
+  if (!streams.out) {
+    return Complain(streams, "standard output can't be written");
+  }
+  return flaws == 0 ? kExitAllTrue : kExitSomeFalse;
+}
+
 void AddLanguage(CLI::App& command, Options& options) {
   command.add_option("--lang", options.language, "Language of messages and text, it or en")
       ->check(CLI::IsMember({"it", "en"}));
@@ -283,7 +309,7 @@ int Explain(const Options& options, const Streams& streams) {
                                                      : "there is no message " + options.page) +
                                    "; explain --list shows them all");
     }
-    text = ToText(*page, options.language == "en" ? Language::English : Language::Italian);
+    text = ToText(*page, LanguageOf(options));
   }
   streams.out << text << std::flush;
   return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
@@ -319,6 +345,11 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
       ->check(CLI::Range(1U, kMostJobs));
   check->add_option("FILE", options.files, "JSON or JSON Lines; - is standard input")->required();
 
+  CLI::App* const verify =
+      app.add_subcommand("verify", "Is the company itself sound: tables, types, texts, keys");
+  verify->add_option("COMPANY", options.company, "The company's file")->required();
+  AddLanguage(*verify, options);
+
   CLI::App* const explain = app.add_subcommand("explain", "What a message means and what to do");
   CLI::Option* const list =
       explain->add_flag("--list", options.listPages, "Every message, its check and an example");
@@ -332,6 +363,9 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   }
   if (explain->parsed()) {
     return Explain(options, streams);
+  }
+  if (verify->parsed()) {
+    return Verify(options, streams);
   }
   return init->parsed() ? Init(options, streams) : Check(options, streams);
 }

@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "company/Schema.h"
+#include "company/Verify.h"
 #include "company/sqlite/SchemaSql.h"
 #include "company/sqlite/SqliteEngine.h"
 #include "siblings/Components.h"
@@ -811,12 +812,17 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   SqliteEngine hurried(file_, {.forAnswer = std::chrono::milliseconds(0)});
   const std::string endless = Answer(hurried, From("IdPrimaNota", "COGPrimeNoteRCont"));
   Write("DELETE FROM COGPrimeNoteRCont");
+  SqliteEngine patient(file_, {.forLock = std::chrono::milliseconds(300)});
   const std::string isLocked = "-2147467259: " + file_ + " is locked by another program";
   Write("BEGIN EXCLUSIVE; DELETE FROM KalMessaggi");
   fs::copy_file(file_, Path("a metà.db"));
   fs::copy_file(file_ + "-journal", Path("a metà.db-journal"));
   const std::string asked = ask();
   const std::string begun = begin();
+  // The first question waits, the others know.
+  const auto started = std::chrono::steady_clock::now();
+  for (int i = 0; i < 20; ++i) (void)KeptAnswer<kCode>(patient, {"?"});
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(3));
   Write("ROLLBACK");
   const Case cases[] = {
       {"manca.db", open(Path("manca.db")), "-2147467259: There is no file " + Path("manca.db")},
@@ -848,6 +854,59 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   std::ranges::for_each(cases, &Case::Check);
   EXPECT_FALSE(fs::exists(Path("manca.db")));
   EXPECT_EQ(Bytes(file_), before);
+}
+
+// One damage a row, and what is said of it: kind, table, column, row.
+TEST_F(CompanyTest, VerifyFindsEveryFlaw) {
+  const auto flaws = [&] {
+    std::string all;
+    Verify(file_, [&](const Flaw& flaw) {
+      all += std::to_string(static_cast<int>(flaw.kind)) + " " + flaw.table + "." + flaw.column +
+             " " + std::to_string(flaw.row) + ";";
+    });
+    return all;
+  };
+  Write(
+      "INSERT INTO STDEsercizi VALUES (1, '2023-01-01', '2023-12-31', 0, 0), "
+      "(2, '2024-01-01', '2024-12-31', 0, 0), (3, NULL, NULL, 0, 0), (4, NULL, NULL, 0, 0); "
+      "INSERT INTO STDIva (CodIva) VALUES ('10'), (NULL), (NULL)");
+  EXPECT_EQ(flaws(), "");
+  const std::string sound = Bytes(file_);
+  const std::pair<std::string, std::string> rows[] = {
+      {"DROP TABLE COGBollati", "1 COGBollati. 0;"},
+      {"ALTER TABLE COGBollati RENAME TO B; CREATE VIEW COGBollati AS SELECT * FROM B",
+       "2 COGBollati. 0;"},
+      {"ALTER TABLE COGBollati DROP COLUMN RiepilogoStampato", "3 COGBollati.RiepilogoStampato 0;"},
+      {"DROP TABLE STDTipologiePagamento; CREATE TABLE STDTipologiePagamento (IdTipologiaPagamento "
+       "TEXT, Effetto BOOLEAN)",
+       "4 STDTipologiePagamento.IdTipologiaPagamento 0;5 STDTipologiePagamento."
+       "IdTipologiaPagamento 0;"},
+      {"DROP INDEX STDIva_CodIva", "5 STDIva.CodIva 0;"},
+      {"DROP INDEX STDIva_CodIva; CREATE INDEX Altro ON STDIva (CODIVA, TipoIntra)", ""},
+      {"INSERT INTO STDIva (CodIva, TipoIntra) VALUES ('4', '1.5'), ('5', 'x')",
+       "6 STDIva.TipoIntra 4;6 STDIva.TipoIntra 5;"},
+      {"UPDATE STDEsercizi SET DataFine = '31/12/2023' WHERE CodEsercizio = 1",
+       "6 STDEsercizi.DataFine 1;9 STDEsercizi.CodEsercizio 0;"},
+      {"INSERT INTO STDIva (CodIva) VALUES ('10')", "7 STDIva.CodIva 0;"},
+      {"UPDATE STDEsercizi SET DataFine = '2022-12-31' WHERE CodEsercizio = 1",
+       "8 STDEsercizi.DataInizio,DataFine 0;"},
+      {"UPDATE STDEsercizi SET DataInizio = '2023-12-31' WHERE CodEsercizio = 2",
+       "9 STDEsercizi.CodEsercizio 0;"},
+      {"UPDATE KalMessaggi SET Testo = '' WHERE Codice = 10492 AND Lingua = 'en'",
+       "10 KalMessaggi.Testo 0;"},
+  };
+  for (const auto& [sql, expected] : rows) {
+    WriteUnchecked(sql);
+    EXPECT_EQ(flaws(), expected) << sql;
+    sqlite3_close(writer_);
+    std::ofstream(file_, std::ios::binary) << sound;
+    writer_ = Connect(file_);
+  }
+  // A page in the middle.
+  std::string damaged = sound;
+  std::fill_n(damaged.begin() + static_cast<std::ptrdiff_t>(damaged.size() / 2), 4096, 'x');
+  std::ofstream(file_, std::ios::binary) << damaged;
+  EXPECT_EQ(flaws().substr(0, 2), "0 ");
 }
 
 }  // namespace
