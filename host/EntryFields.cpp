@@ -115,13 +115,9 @@ std::optional<Variant> FloatingNumber(const JsonValue& value) {
   return Variant(number);
 }
 
-// A number with an exponent written out: "12.5e-1" is "1.25". Nothing when its digits reach
-// beyond what an amount can hold, so that no exponent makes a long text.
-std::optional<std::string> WithoutExponent(std::string_view number) {
-  const std::size_t mark = number.find_first_of("eE");
-  if (mark == std::string_view::npos) {
-    return std::string(number);
-  }
+// A number with an exponent, whose mark stands there, written out: "12.5e-1" is "1.25". Nothing
+// when its digits reach beyond what an amount can hold, so that no exponent makes a long text.
+std::optional<std::string> WithoutExponent(std::string_view number, std::size_t mark) {
   constexpr int kMostDigits = 40;
   const bool negative = number.front() == '-';
   const std::string_view mantissa = number.substr(negative ? 1 : 0, mark - (negative ? 1 : 0));
@@ -153,13 +149,15 @@ std::optional<std::string> WithoutExponent(std::string_view number) {
 }
 
 std::optional<Variant> Amount(const JsonValue& value) {
-  std::optional<std::string> plain;
-  if (value.kind == JsonValue::Kind::Number) {
-    plain = WithoutExponent(value.text);
-  } else if (value.kind == JsonValue::Kind::Text) {
-    plain = value.text;
+  std::optional<Currency> amount;
+  const std::size_t mark = value.kind == JsonValue::Kind::Number ? value.text.find_first_of("eE")
+                                                                 : std::string_view::npos;
+  if (mark != std::string_view::npos) {
+    const std::optional<std::string> plain = WithoutExponent(value.text, mark);
+    amount = plain ? Currency::FromExactText(*plain) : std::nullopt;
+  } else if (value.kind == JsonValue::Kind::Number || value.kind == JsonValue::Kind::Text) {
+    amount = Currency::FromExactText(value.text);
   }
-  const auto amount = plain ? Currency::FromExactText(*plain) : std::nullopt;
   return amount ? std::optional<Variant>(*amount) : std::nullopt;
 }
 

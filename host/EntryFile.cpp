@@ -49,7 +49,7 @@ std::optional<EntryText> EntryFile::Start() {
   if (!first) {
     return AtEnd();
   }
-  const Ending ending = ReadJson(first->text).ending;
+  const Ending ending = json_.Read(first->text).ending;
   held_.push_back(*std::move(first));
   return ending == Ending::Complete ? NextLine() : Gather(ending);
 }
@@ -65,7 +65,7 @@ std::optional<EntryText> EntryFile::Gather(Ending ending) {
       all.append(held_.back().number - before - 1, '\n');  // the blank lines between
       all += held_.back().text;
     }
-    ending = ReadJson(all).ending;
+    ending = json_.Read(all).ending;
   }
   if (ending != Ending::Complete && FindWholeLine()) {
     return NextLine();
@@ -87,8 +87,8 @@ bool EntryFile::HoldLine() {
 bool EntryFile::FindWholeLine() {
   for (std::size_t i = 1; i < held_.size() || HoldLine(); ++i) {
     if (held_[i].text.front() == '{') {
-      const JsonReading line = ReadJson(held_[i].text);
-      if (line.ending == Ending::Complete && HasEntryKey(line.value)) {
+      const JsonReading line = json_.Read(held_[i].text);
+      if (line.ending == Ending::Complete && HasEntryKey(*line.value)) {
         return true;
       }
     }

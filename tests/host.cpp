@@ -180,7 +180,7 @@ std::string Places(const std::string& content) {
   EntryFile file(stream, "F");
   std::string places;
   while (const auto entry = file.Next()) {
-    const bool whole = ReadJson(entry->text).ending == JsonReading::Ending::Complete;
+    const bool whole = JsonReader().Read(entry->text).ending == JsonReading::Ending::Complete;
     places += (places.empty() ? "" : ", ") + entry->place + (whole ? "" : "!");
   }
   return places;

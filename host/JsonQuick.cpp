@@ -1,0 +1,173 @@
+#include <simdjson.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "host/JsonReaders.h"
+
+namespace kal::host {
+namespace {
+
+namespace ondemand = simdjson::ondemand;
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+std::string_view WithoutBlanksBehind(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+std::size_t CountDigits(std::string_view text) {
+  return std::min(text.find_first_not_of("0123456789"), text.size());
+}
+
+// Whether it is a number without an exponent that no floating-point number is too small for; a
+// negative zero is written in a way of its own.
+bool IsUsualNumber(std::string_view text) {
+  constexpr std::size_t kLongest = 300;
+  if (text == "-0" || text.size() > kLongest) {
+    return false;
+  }
+  text.remove_prefix(text.starts_with('-') ? 1 : 0);
+  const std::size_t whole = CountDigits(text);
+  if (whole == 0 || (whole > 1 && text.front() == '0')) {
+    return false;
+  }
+  text.remove_prefix(whole);
+  if (text.empty()) {
+    return true;
+  }
+  return text.front() == '.' && text.size() > 1 && CountDigits(text.substr(1)) == text.size() - 1;
+}
+
+// Walks over every value, so that all of the text is looked at. Each function says whether all was
+// well; simdjson must not be asked on after it was not.
+class Walk {
+ public:
+  Walk(std::string_view text, JsonTree& tree) : end_(text.data() + text.size()), tree_(tree) {}
+
+  template <class Object>
+  [[nodiscard]] bool ReadObject(Object source) {
+    ondemand::object object;
+    if (source.get_object().get(object) != simdjson::SUCCESS ||
+        !tree_.Open(JsonValue::Kind::Object)) {
+      return false;
+    }
+    for (auto item : object) {
+      ondemand::field field;
+      if (std::move(item).get(field) != simdjson::SUCCESS || !ReadKey(field.key().raw()) ||
+          !ReadValue(field.value())) {
+        return false;
+      }
+    }
+    tree_.Close();
+    return true;
+  }
+
+ private:
+  [[nodiscard]] bool ReadArray(ondemand::value source) {
+    ondemand::array array;
+    if (source.get_array().get(array) != simdjson::SUCCESS || !tree_.Open(JsonValue::Kind::Array)) {
+      return false;
+    }
+    for (auto item : array) {
+      ondemand::value value;
+      if (std::move(item).get(value) != simdjson::SUCCESS || !ReadValue(value)) {
+        return false;
+      }
+    }
+    tree_.Close();
+    return true;
+  }
+
+  [[nodiscard]] bool ReadValue(ondemand::value value) {
+    ondemand::json_type type{};
+    if (value.type().get(type) != simdjson::SUCCESS) {
+      return false;
+    }
+    switch (type) {
+      case ondemand::json_type::object:
+        return ReadObject(value);
+      case ondemand::json_type::array:
+        return ReadArray(value);
+      case ondemand::json_type::string:
+        return ReadText(value);
+      default:
+        return ReadWord(WithoutBlanksBehind(value.raw_json_token()));
+    }
+  }
+
+  // A key as it stands; one with an escape is rare.
+  [[nodiscard]] bool ReadKey(const char* start) {
+    const auto* const quote =
+        static_cast<const char*>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));
+    const std::string_view key(start, static_cast<std::size_t>(quote - start));
+    if (key.find('\\') != std::string_view::npos) {
+      return false;
+    }
+    tree_.Key(key);
+    return true;
+  }
+
+  // A text without escapes as it stands, otherwise as simdjson makes it.
+  [[nodiscard]] bool ReadText(ondemand::value value) {
+    const std::string_view quoted = WithoutBlanksBehind(value.raw_json_token());
+    if (quoted.find('\\') == std::string_view::npos) {
+      tree_.AddText(quoted.substr(1, quoted.size() - 2));
+      ondemand::raw_json_string passed;
+      return value.get_raw_json_string().get(passed) == simdjson::SUCCESS;
+    }
+    std::string_view text;
+    if (value.get_string().get(text) != simdjson::SUCCESS) {
+      return false;
+    }
+    tree_.AddText(text);
+    return true;
+  }
+
+  [[nodiscard]] bool ReadWord(std::string_view word) {
+    if (word == "null") {
+      tree_.AddNull();
+    } else if (word == "true" || word == "false") {
+      tree_.AddBoolean(word == "true");
+    } else if (IsUsualNumber(word)) {
+      tree_.AddNumber(word);
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  const char* end_;
+  JsonTree& tree_;
+};
+
+}  // namespace
+
+struct QuickJson::Parser {
+  ondemand::parser parser;
+  std::string padded;  // the text, and room behind it that simdjson reads as a whole
+};
+
+QuickJson::QuickJson() : parser_(std::make_unique<Parser>()) {}
+QuickJson::~QuickJson() = default;
+
+bool QuickJson::Read(std::string_view text, JsonTree& tree) {
+  const std::size_t start = text.find_first_not_of(kBlanks);
+  if (start == std::string_view::npos || text[start] != '{') {
+    return false;
+  }
+  std::string& padded = parser_->padded;
+  padded.assign(text);
+  padded.append(simdjson::SIMDJSON_PADDING, '\0');
+  ondemand::document document;
+  if (parser_->parser.iterate(padded.data(), text.size(), padded.size()).get(document) !=
+      simdjson::SUCCESS) {
+    return false;
+  }
+  Walk walk(padded, tree);
+  return walk.ReadObject<ondemand::document&>(document) &&
+         document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+}
+
+}  // namespace kal::host
