@@ -68,7 +68,7 @@ std::string WhyRefused(const RowTable& table, const JsonValue& row, const std::s
     }
     given[column] = true;
     const DataType type = table.Columns()[column].type;
-    if (!FieldValue(item, type)) {
+    if (FieldValue(item, type).IsEmpty()) {
       return field + Shown(item) + " is not " + std::string(WantedValue(type));
     }
   }
@@ -116,11 +116,11 @@ class RowReader {
         if (given_[place] == nullptr) {
           return Null;
         }
-        std::optional<Variant> value = FieldValue(*given_[place], table.Columns()[place].type);
-        if (!value) {
+        Variant value = FieldValue(*given_[place], table.Columns()[place].type);
+        if (value.IsEmpty()) {
           throw Unfit();
         }
-        return *std::move(value);
+        return value;
       });
     } catch (const Unfit&) {
       return false;
@@ -159,9 +159,8 @@ class RowReader {
 EditMode ReadEditMode(const JsonValue& value, std::string_view set) {
   constexpr std::array kModes = {EditMode::None, EditMode::InProgress, EditMode::Add,
                                  EditMode::Delete};
-  const auto number =
-      value.kind == Kind::Null ? std::nullopt : FieldValue(value, DataType::Integer);
-  const std::int32_t* const mode = number ? number->As<std::int32_t>() : nullptr;
+  const Variant number = FieldValue(value, DataType::Integer);
+  const std::int32_t* const mode = number.As<std::int32_t>();
   const auto known = std::ranges::find_if(kModes, [&](EditMode candidate) {
     return mode != nullptr && static_cast<std::int32_t>(candidate) == *mode;
   });
@@ -196,15 +195,15 @@ SuppliedSet ReadSet(const EntrySet& set, const JsonValue& value, RowReader& read
   return supplied;
 }
 
-std::optional<Variant> ArgumentValue(const JsonValue& value, ArgumentKind kind) {
+Variant ArgumentValue(const JsonValue& value, ArgumentKind kind) {
   constexpr std::array kTypes = {DataType::Boolean, DataType::SmallInt, DataType::Integer,
                                  DataType::VarWChar, DataType::Date};
   if (kind == ArgumentKind::Day) {
     if (value.kind == Kind::Text && value.text.empty()) {
-      return Variant("");
+      return "";
     }
   } else if (value.kind == Kind::Null) {
-    return std::nullopt;
+    return {};
   }
   return FieldValue(value, kTypes[static_cast<std::size_t>(kind)]);
 }
@@ -241,12 +240,12 @@ std::vector<Variant> ReadArguments(const Operation& operation, const JsonValue* 
   std::vector<Variant> values;
   for (const JsonValue& item : list.Items()) {
     const ArgumentKind kind = operation.arguments[values.size()];
-    std::optional<Variant> value = ArgumentValue(item, kind);
-    if (!value) {
+    Variant value = ArgumentValue(item, kind);
+    if (value.IsEmpty()) {
       throw InputError(name + " argument " + std::to_string(values.size() + 1) + " must be " +
                        std::string(WantedArgument(kind)) + ", not " + Shown(item));
     }
-    values.push_back(*std::move(value));
+    values.push_back(std::move(value));
   }
   return values;
 }

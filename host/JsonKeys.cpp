@@ -14,49 +14,47 @@ std::uint64_t NextNumber() {
 
 }  // namespace
 
-JsonKeys::JsonKeys() { nodes_.emplace_back().number = NextNumber(); }
+JsonKeys::JsonKeys() { lists_.emplace_back().number = NextNumber(); }
 
 void JsonKeys::ForgetMany() {
   constexpr std::size_t kMany = 2048;
-  if (nodes_.size() > kMany) {
+  if (lists_.size() > kMany) {
     *this = JsonKeys();
   }
 }
 
-JsonKeys::List JsonKeys::Append(List list, std::string_view key) {
-  const List latest = nodes_[list].latest;
-  if (latest != 0 && nodes_[latest].key == key) {
-    return latest;
+JsonKeyList& JsonKeys::Append(JsonKeyList& list, std::string_view key) {
+  if (list.latest != nullptr && list.latest->key == key) {
+    return *list.latest;
   }
-  List longer = 0;
-  if (const auto known = lists_.find({list, key}); known != lists_.end()) {
-    longer = known->second;
+  const auto known = longer_.find({&list, key});
+  if (known != longer_.end()) {
+    list.latest = known->second;
   } else {
-    longer = nodes_.size();
-    Node& node = nodes_.emplace_back();
-    node.number = NextNumber();
-    node.key = key;
-    node.before = list;
-    lists_.emplace(Appended{list, node.key}, longer);
+    JsonKeyList& longer = lists_.emplace_back();
+    longer.number = NextNumber();
+    longer.key = key;
+    longer.plain = key.find_first_of("\"\\") == std::string_view::npos;
+    longer.before = &list;
+    longer_.emplace(Longer{&list, longer.key}, &longer);
+    list.latest = &longer;
   }
-  nodes_[list].latest = longer;
-  return longer;
+  return *list.latest;
 }
 
-const std::string* JsonKeys::RepeatedKey(List list) {
-  Node& last = nodes_[list];
-  if (!last.examined) {
+const std::string* JsonKeys::RepeatedKey(JsonKeyList& list) {
+  if (!list.examined) {
     std::vector<const std::string*> keys;
-    for (List at = list; at != 0; at = nodes_[at].before) {
-      keys.push_back(&nodes_[at].key);
+    for (const JsonKeyList* at = &list; at->before != nullptr; at = at->before) {
+      keys.push_back(&at->key);
     }
     const auto text = [](const std::string* key) -> const std::string& { return *key; };
     std::ranges::sort(keys, {}, text);
     const auto repeated = std::ranges::adjacent_find(keys, {}, text);
-    last.repeated = repeated == keys.end() ? nullptr : *repeated;
-    last.examined = true;
+    list.twice = repeated == keys.end() ? nullptr : *repeated;
+    list.examined = true;
   }
-  return last.repeated;
+  return list.twice;
 }
 
 }  // namespace kal::host

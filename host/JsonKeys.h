@@ -16,45 +16,45 @@
 
 namespace kal::host {
 
+// A list of keys, as its last key behind the list that it was appended to.
+struct JsonKeyList {
+  std::uint64_t number = 0;
+  std::string key;
+  bool plain = false;                  // the key has no character that JSON escapes
+  JsonKeyList* before = nullptr;       // nullptr for the list without keys
+  JsonKeyList* latest = nullptr;       // what it last became with one more key
+  bool examined = false;               // whether it is known which key it has twice:
+  const std::string* twice = nullptr;  // the smallest of them
+};
+
 class JsonKeys {
  public:
-  using List = std::size_t;  // its place here; 0 is the list without keys
-
   JsonKeys();
+
   // Makes room when many lists have come together. Lists got before are good no longer.
   void ForgetMany();
 
+  [[nodiscard]] JsonKeyList& WithoutKeys() { return lists_.front(); }
   // The list with one more key.
-  [[nodiscard]] List Append(List list, std::string_view key);
-  // Stays where it is until lists are forgotten.
-  [[nodiscard]] std::string_view LastKey(List list) const { return nodes_[list].key; }
-  [[nodiscard]] std::uint64_t Number(List list) const { return nodes_[list].number; }
-  // The key that the list has twice, the smallest if there are several; nullptr when there is none.
-  [[nodiscard]] const std::string* RepeatedKey(List list);
+  [[nodiscard]] JsonKeyList& Append(JsonKeyList& list, std::string_view key);
+  // The key that the list has twice; nullptr when there is none.
+  [[nodiscard]] static const std::string* RepeatedKey(JsonKeyList& list);
 
  private:
-  // The last key of a list, behind the list that it was appended to.
-  struct Node {
-    std::uint64_t number = 0;
-    std::string key;
-    List before = 0;
-    List latest = 0;  // the list that this one last became; 0 when none
-    bool examined = false;
-    const std::string* repeated = nullptr;
-  };
-  struct Appended {
-    List list;
+  struct Longer {
+    const JsonKeyList* list;
     std::string_view key;
-    bool operator==(const Appended&) const = default;
+    bool operator==(const Longer&) const = default;
   };
   struct Hash {
-    std::size_t operator()(const Appended& appended) const {
-      return std::hash<std::string_view>()(appended.key) + appended.list * 0x9E3779B97F4A7C15U;
+    std::size_t operator()(const Longer& longer) const {
+      return std::hash<std::string_view>()(longer.key) ^
+             std::hash<std::uint64_t>()(longer.list->number * 0x9E3779B97F4A7C15U);
     }
   };
 
-  std::deque<Node> nodes_;
-  std::unordered_map<Appended, List, Hash> lists_;
+  std::deque<JsonKeyList> lists_;
+  std::unordered_map<Longer, JsonKeyList*, Hash> longer_;
 };
 
 }  // namespace kal::host

@@ -1,7 +1,6 @@
 #include <simdjson.h>
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 #include "host/JsonReaders.h"
@@ -11,10 +10,15 @@ namespace {
 
 namespace ondemand = simdjson::ondemand;
 
-constexpr std::string_view kBlanks = " \t\r\n";
+bool IsBlank(char character) {
+  return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
 
 std::string_view WithoutBlanksBehind(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+  while (!text.empty() && IsBlank(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
 }
 
 std::size_t CountDigits(std::string_view text) {
@@ -99,9 +103,11 @@ class Walk {
 
   // A key as it stands; one with an escape is rare.
   [[nodiscard]] bool ReadKey(const char* start) {
-    const auto* const quote =
-        static_cast<const char*>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));
-    const std::string_view key(start, static_cast<std::size_t>(quote - start));
+    const std::string_view text(start, static_cast<std::size_t>(end_ - start));
+    if (tree_.LikelyKey(text)) {
+      return true;
+    }
+    const std::string_view key = text.substr(0, text.find('"'));
     if (key.find('\\') != std::string_view::npos) {
       return false;
     }
@@ -153,8 +159,8 @@ QuickJson::QuickJson() : parser_(std::make_unique<Parser>()) {}
 QuickJson::~QuickJson() = default;
 
 bool QuickJson::Read(std::string_view text, JsonTree& tree) {
-  const std::size_t start = text.find_first_not_of(kBlanks);
-  if (start == std::string_view::npos || text[start] != '{') {
+  const auto start = std::ranges::find_if_not(text, IsBlank);
+  if (start == text.end() || *start != '{') {
     return false;
   }
   std::string& padded = parser_->padded;

@@ -25,7 +25,7 @@ bool JsonTree::Open(JsonValue::Kind kind) {
   if (depth_ == open_.size()) {
     return false;
   }
-  open_[depth_++] = {values_.size(), 0};
+  open_[depth_++] = {values_.size(), &keys_.WithoutKeys()};
   Add(kind, {});
   return true;
 }
@@ -34,16 +34,28 @@ void JsonTree::Close() {
   const Opened& closed = open_[--depth_];
   JsonValue& value = values_[closed.place];
   value.extent = values_.size() - closed.place;
-  value.keys = keys_.Number(closed.keys);
+  value.keys = closed.keys->number;
   if (repeatedKey_ == nullptr) {
-    repeatedKey_ = keys_.RepeatedKey(closed.keys);
+    repeatedKey_ = JsonKeys::RepeatedKey(*closed.keys);
   }
 }
 
 void JsonTree::Key(std::string_view key) {
   Opened& object = open_[depth_ - 1];
-  object.keys = keys_.Append(object.keys, key);
-  key_ = keys_.LastKey(object.keys);
+  object.keys = &keys_.Append(*object.keys, key);
+  key_ = object.keys->key;
+}
+
+bool JsonTree::LikelyKey(std::string_view text) {
+  Opened& object = open_[depth_ - 1];
+  JsonKeyList* const longer = object.keys->latest;
+  if (longer == nullptr || !longer->plain || !text.starts_with(longer->key) ||
+      text.substr(longer->key.size(), 1) != "\"") {
+    return false;
+  }
+  object.keys = longer;
+  key_ = longer->key;
+  return true;
 }
 
 const JsonValue& JsonTree::Finish() {

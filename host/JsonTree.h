@@ -34,6 +34,9 @@ class JsonTree {
   void Close();
   // The key of the next item; need not stay.
   void Key(std::string_view key);
+  // The same if the text starts with the key that most likely comes next and the quote behind it;
+  // false if not.
+  [[nodiscard]] bool LikelyKey(std::string_view text);
 
   // The outermost value, without the containers left open inside it.
   [[nodiscard]] const JsonValue& Finish();
@@ -43,7 +46,7 @@ class JsonTree {
  private:
   struct Opened {
     std::size_t place = 0;  // among the values
-    JsonKeys::List keys = 0;
+    JsonKeyList* keys = nullptr;
   };
 
   void Add(JsonValue::Kind kind, std::string_view text);

@@ -116,11 +116,12 @@ std::string Heading(const Outcome& outcome, const ReportStyle& style) {
 // One line of JSON, written from the front to the end.
 class JsonLine {
  public:
-  // A key, behind what stands before it.
+  // A key, one of ours that needs no escapes.
   JsonLine& Key(std::string_view key) {
     Separate();
-    AppendQuoted(key, text_);
-    text_ += ':';
+    text_ += '"';
+    text_ += key;
+    text_ += "\":";
     return *this;
   }
   // Either a key's value or the next one of an array.
