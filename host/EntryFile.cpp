@@ -51,7 +51,9 @@ std::optional<EntryText> EntryFile::Start() {
   }
   const Ending ending = json_.Read(first->text).ending;
   held_.push_back(*std::move(first));
-  return ending == Ending::Complete ? NextLine() : Gather(ending);
+  std::optional<EntryText> entry = ending == Ending::Complete ? NextLine() : Gather(ending);
+  json_ = {};  // a large object has taken much memory, and the kind of file is known now
+  return entry;
 }
 
 // Tries the lines together, the first being as it is said; those of a file that turns out to be

@@ -80,12 +80,23 @@ class RowReader {
  public:
   void Read(const JsonValue& rows, std::string_view set, RowTable& table) {
     table.Reserve(static_cast<std::size_t>(std::ranges::distance(rows.Items())));
-    std::size_t index = 0;
     for (const JsonValue& row : rows.Items()) {
-      if (!Add(row, table)) {
-        throw InputError(WhyRefused(table, row, RowName(set, index)));
+      const auto refuse = [&] {
+        throw InputError(WhyRefused(table, row, RowName(set, table.RowCount())));
+      };
+      if (row.kind != Kind::Object || !FindGiven(row, table)) {
+        refuse();
       }
-      ++index;
+      table.AddRowOf([&](std::size_t column) -> Variant {
+        if (given_[column] == nullptr) {
+          return Null;
+        }
+        Variant value = FieldValue(*given_[column], table.Columns()[column].type);
+        if (value.IsEmpty()) {
+          refuse();
+        }
+        return value;
+      });
     }
   }
 
@@ -96,12 +107,8 @@ class RowReader {
     std::vector<std::size_t> columns;
   };
 
-  struct Unfit {};
-
-  [[nodiscard]] bool Add(const JsonValue& row, RowTable& table) {
-    if (row.kind != Kind::Object) {
-      return false;
-    }
+  // What the row gives for each column; false when its keys can't be taken.
+  bool FindGiven(const JsonValue& row, const RowTable& table) {
     const Plan& plan = PlanFor(row, table);
     if (!plan.possible) {
       return false;
@@ -111,44 +118,34 @@ class RowReader {
     for (const JsonValue& item : row.Items()) {
       given_[*column++] = &item;
     }
-    try {
-      table.AddRowOf([&](std::size_t place) -> Variant {
-        if (given_[place] == nullptr) {
-          return Null;
-        }
-        Variant value = FieldValue(*given_[place], table.Columns()[place].type);
-        if (value.IsEmpty()) {
-          throw Unfit();
-        }
-        return value;
-      });
-    } catch (const Unfit&) {
-      return false;
-    }
     return true;
   }
 
   const Plan& PlanFor(const JsonValue& row, const RowTable& table) {
+    const auto known = plans_.find(row.keys);
+    if (known != plans_.end()) {
+      return known->second;
+    }
     constexpr std::size_t kMostPlans = 256;
-    if (plans_.size() > kMostPlans) {
+    if (plans_.size() == kMostPlans) {
       plans_.clear();
     }
-    const auto [found, isNew] = plans_.try_emplace(row.keys);
-    Plan& plan = found->second;
-    if (isNew) {
-      std::vector<bool> given(table.Columns().size(), false);
-      plan.possible = true;
-      for (const JsonValue& item : row.Items()) {
-        const std::ptrdiff_t place = table.FindColumn(item.key);
-        const auto column = static_cast<std::size_t>(place);
-        plan.possible = plan.possible && place >= 0 && !given[column];
-        if (!plan.possible) {
-          break;
-        }
-        given[column] = true;
-        plan.columns.push_back(column);
+    return plans_.emplace(row.keys, MakePlan(row, table)).first->second;
+  }
+
+  static Plan MakePlan(const JsonValue& row, const RowTable& table) {
+    Plan plan;
+    std::vector<bool> given(table.Columns().size(), false);
+    for (const JsonValue& item : row.Items()) {
+      const std::ptrdiff_t place = table.FindColumn(item.key);
+      const auto column = static_cast<std::size_t>(place);
+      if (place < 0 || given[column]) {
+        return {};
       }
+      given[column] = true;
+      plan.columns.push_back(column);
     }
+    plan.possible = true;
     return plan;
   }
 

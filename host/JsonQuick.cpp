@@ -1,7 +1,9 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "host/JsonReaders.h"
 
@@ -9,6 +11,14 @@ namespace kal::host {
 namespace {
 
 namespace ondemand = simdjson::ondemand;
+
+// simdjson finds out what the processor can do when it is first used, and ends the program when
+// there is no memory for that. Here, before the program does anything, there is.
+const bool kReady = [] {
+  simdjson::get_active_implementation() =
+      simdjson::get_available_implementations().detect_best_supported();
+  return true;
+}();
 
 bool IsBlank(char character) {
   return character == ' ' || character == '\t' || character == '\r' || character == '\n';
@@ -48,7 +58,10 @@ bool IsUsualNumber(std::string_view text) {
 // well; simdjson must not be asked on after it was not.
 class Walk {
  public:
-  Walk(std::string_view text, JsonTree& tree) : end_(text.data() + text.size()), tree_(tree) {}
+  // The room is for texts with escapes.
+  Walk(const ondemand::parser& parser, std::string_view text, std::vector<std::uint8_t>& room,
+       JsonTree& tree)
+      : parser_(parser), end_(text.data() + text.size()), room_(room), tree_(tree) {}
 
   template <class Object>
   [[nodiscard]] bool ReadObject(Object source) {
@@ -115,20 +128,29 @@ class Walk {
     return true;
   }
 
-  // A text without escapes as it stands, otherwise as simdjson makes it.
+  // A text without escapes as it stands, otherwise what simdjson makes of it.
   [[nodiscard]] bool ReadText(ondemand::value value) {
     const std::string_view quoted = WithoutBlanksBehind(value.raw_json_token());
-    if (quoted.find('\\') == std::string_view::npos) {
-      tree_.AddText(quoted.substr(1, quoted.size() - 2));
-      ondemand::raw_json_string passed;
-      return value.get_raw_json_string().get(passed) == simdjson::SUCCESS;
+    ondemand::raw_json_string raw;
+    if (value.get_raw_json_string().get(raw) != simdjson::SUCCESS) {
+      return false;
     }
-    std::string_view text;
-    if (value.get_string().get(text) != simdjson::SUCCESS) {
+    std::string_view text = quoted.substr(1, quoted.size() - 2);
+    if (text.find('\\') != std::string_view::npos && !Unescape(raw, text)) {
       return false;
     }
     tree_.AddText(text);
     return true;
+  }
+
+  // All that is written without escapes fits in what is left of the text, and simdjson writes more
+  // behind it that counts for nothing.
+  [[nodiscard]] bool Unescape(ondemand::raw_json_string raw, std::string_view& text) {
+    if (unescaped_ == nullptr) {
+      room_.resize(static_cast<std::size_t>(end_ - raw.raw()) + simdjson::SIMDJSON_PADDING);
+      unescaped_ = room_.data();
+    }
+    return parser_.unescape(raw, unescaped_).get(text) == simdjson::SUCCESS;
   }
 
   [[nodiscard]] bool ReadWord(std::string_view word) {
@@ -144,7 +166,10 @@ class Walk {
     return true;
   }
 
+  const ondemand::parser& parser_;
   const char* end_;
+  std::vector<std::uint8_t>& room_;
+  std::uint8_t* unescaped_ = nullptr;  // where the next text goes in the room, once there is one
   JsonTree& tree_;
 };
 
@@ -152,7 +177,8 @@ class Walk {
 
 struct QuickJson::Parser {
   ondemand::parser parser;
-  std::string padded;  // the text, and room behind it that simdjson reads as a whole
+  std::string padded;              // the text, and what simdjson reads behind it
+  std::vector<std::uint8_t> room;  // for texts with escapes
 };
 
 QuickJson::QuickJson() : parser_(std::make_unique<Parser>()) {}
@@ -163,15 +189,15 @@ bool QuickJson::Read(std::string_view text, JsonTree& tree) {
   if (start == text.end() || *start != '{') {
     return false;
   }
-  std::string& padded = parser_->padded;
+  auto& [parser, padded, room] = *parser_;
   padded.assign(text);
   padded.append(simdjson::SIMDJSON_PADDING, '\0');
   ondemand::document document;
-  if (parser_->parser.iterate(padded.data(), text.size(), padded.size()).get(document) !=
+  if (parser.iterate(padded.data(), text.size(), padded.size()).get(document) !=
       simdjson::SUCCESS) {
     return false;
   }
-  Walk walk(padded, tree);
+  Walk walk(parser, padded, room, tree);
   return walk.ReadObject<ondemand::document&>(document) &&
          document.current_location().error() == simdjson::OUT_OF_BOUNDS;
 }
