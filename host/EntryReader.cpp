@@ -157,7 +157,7 @@ EditMode ReadEditMode(const JsonValue& value, std::string_view set) {
   constexpr std::array kModes = {EditMode::None, EditMode::InProgress, EditMode::Add,
                                  EditMode::Delete};
   const Variant number = FieldValue(value, DataType::Integer);
-  const std::int32_t* const mode = number.As<std::int32_t>();
+  const auto* const mode = number.As<std::int32_t>();
   const auto known = std::ranges::find_if(kModes, [&](EditMode candidate) {
     return mode != nullptr && static_cast<std::int32_t>(candidate) == *mode;
   });

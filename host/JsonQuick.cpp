@@ -71,9 +71,8 @@ class Walk {
       return false;
     }
     for (auto item : object) {
-      ondemand::field field;
-      if (std::move(item).get(field) != simdjson::SUCCESS || !ReadKey(field.key().raw()) ||
-          !ReadValue(field.value())) {
+      if (item.error() != simdjson::SUCCESS || !ReadKey(item.key().value_unsafe().raw()) ||
+          !ReadValue(item.value().value_unsafe())) {
         return false;
       }
     }
@@ -88,8 +87,7 @@ class Walk {
       return false;
     }
     for (auto item : array) {
-      ondemand::value value;
-      if (std::move(item).get(value) != simdjson::SUCCESS || !ReadValue(value)) {
+      if (item.error() != simdjson::SUCCESS || !ReadValue(item.value_unsafe())) {
         return false;
       }
     }

@@ -50,11 +50,7 @@ class JsonValue::Iterator {
     value_ += value_->extent;
     return *this;
   }
-  Iterator operator++(int) {
-    const Iterator before = *this;
-    ++*this;
-    return before;
-  }
+  void operator++(int) { ++*this; }
   bool operator==(const Iterator&) const = default;
 
  private:
