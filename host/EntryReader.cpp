@@ -79,7 +79,10 @@ std::string WhyRefused(const RowTable& table, const JsonValue& row, const std::s
 class RowReader {
  public:
   void Read(const JsonValue& rows, std::string_view set, RowTable& table) {
-    table.Reserve(static_cast<std::size_t>(std::ranges::distance(rows.Items())));
+    // Room for a usual entry at once; many rows must come before they get it.
+    constexpr std::ptrdiff_t kUsual = 64;
+    const std::ptrdiff_t count = std::ranges::distance(rows.Items());
+    table.Reserve(static_cast<std::size_t>(std::min(count, kUsual)));
     for (const JsonValue& row : rows.Items()) {
       const auto refuse = [&] {
         throw InputError(WhyRefused(table, row, RowName(set, table.RowCount())));

@@ -35,8 +35,8 @@ std::size_t CountDigits(std::string_view text) {
   return std::min(text.find_first_not_of("0123456789"), text.size());
 }
 
-// Whether it is a number without an exponent that no floating-point number is too small for; a
-// negative zero is written in a way of its own.
+// Whether it is a number, without an exponent and far from too large for a floating-point number;
+// nor the negative zero, which is kept as 0.
 bool IsUsualNumber(std::string_view text) {
   constexpr std::size_t kLongest = 300;
   if (text == "-0" || text.size() > kLongest) {
@@ -141,8 +141,8 @@ class Walk {
     return true;
   }
 
-  // All that is written without escapes fits in what is left of the text, and simdjson writes more
-  // behind it that counts for nothing.
+  // Texts get no longer without their escapes, so all of them fit in room for the rest of the text.
+  // simdjson also writes behind what it made, which counts for nothing.
   [[nodiscard]] bool Unescape(ondemand::raw_json_string raw, std::string_view& text) {
     if (unescaped_ == nullptr) {
       room_.resize(static_cast<std::size_t>(end_ - raw.raw()) + simdjson::SIMDJSON_PADDING);

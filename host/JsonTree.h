@@ -20,7 +20,8 @@ class JsonTree {
   // Forgets the last text.
   void Start();
 
-  // Texts stay where they are until the next start, or are kept here.
+  // Digits and texts are not copied: they stay where they are until the next start, or are first
+  // given here to be kept.
   void AddNull() { Add(JsonValue::Kind::Null, {}); }
   void AddBoolean(bool value);
   void AddNumber(std::string_view digits) { Add(JsonValue::Kind::Number, digits); }
