@@ -195,6 +195,10 @@ TEST(EntryReader, KnowsKeysAgainInAnyOrder) {
     ASSERT_EQ(values(reading, 1), n + " 1");
     ASSERT_EQ(values(reading, 2), "b 2");
   }
+  // A backslash and a "b", then a backspace.
+  for (const std::string id : {R"({"k":1,"a\\b":2})", R"({"k":1,"a\b":2})"}) {
+    EXPECT_EQ(ReadEntry("{\"id\":" + id + "}").id.json, id);
+  }
 }
 
 // The library says of any bytes how they are written, and the careful reader of any text how it is
