@@ -8,10 +8,11 @@
 # make million   a million checks in one process
 # make clean  removes what was built
 
-PACKAGES := g++ cmake ninja-build libsqlite3-dev nlohmann-json3-dev libcli11-dev libgtest-dev
+PACKAGES := g++ cmake ninja-build libsqlite3-dev libsimdjson-dev nlohmann-json3-dev \
+  libcli11-dev libgtest-dev
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
-BENCH_PACKAGES := libbenchmark-dev
+BENCH_PACKAGES := libbenchmark-dev ledger
 SOURCES = $(shell git ls-files '*.h' '*.cpp')
 # The Windows sources need Windows headers; their compiler warns about them.
 ANALYSED = $(filter-out server/% tests/windows/% fuzz/%,$(filter %.cpp,$(SOURCES)))

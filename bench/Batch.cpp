@@ -5,7 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -13,8 +15,10 @@
 #include <random>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "bench/BatchProfile.h"
 #include "bench/Entries.h"
 #include "bench/LargeCompany.h"
 
@@ -76,13 +80,55 @@ std::optional<Process> Measure(std::vector<std::string> arguments) {
                  WIFEXITED(status) ? WEXITSTATUS(status) : -1};
 }
 
-void Print(const std::string& name, const std::optional<Process>& process) {
-  if (!process) {
-    std::printf("%-52s not installed\n", name.c_str());
-    return;
+// What one program took over all rounds.
+class Case {
+ public:
+  Case(std::string name, const std::string& input, std::vector<std::string> arguments)
+      : name_(std::move(name)),
+        megabytes_(static_cast<double>(std::filesystem::file_size(input)) / 1e6),
+        arguments_(std::move(arguments)) {}
+
+  void Run() {
+    if (const std::optional<Process> process = Measure(arguments_)) {
+      seconds_.push_back(process->seconds);
+      last_ = *process;
+    }
   }
-  std::printf("%-52s %8.2f s %8.0f a second %6.0f MiB, status %d\n", name.c_str(), process->seconds,
-              kEntries / process->seconds, process->megabytes, process->status);
+
+  // The median; nothing when the program can't be found.
+  [[nodiscard]] std::optional<double> Seconds() {
+    if (seconds_.empty()) {
+      return std::nullopt;
+    }
+    const auto middle = seconds_.begin() + static_cast<std::ptrdiff_t>(seconds_.size() / 2);
+    std::nth_element(seconds_.begin(), middle, seconds_.end());
+    return *middle;
+  }
+
+  void Print() {
+    const std::optional<double> seconds = Seconds();
+    if (!seconds) {
+      std::printf("%-42s not installed\n", name_.c_str());
+      return;
+    }
+    std::printf("%-42s %7.2f s %9.0f a second %7.1f MB a second %5.0f MiB, status %d\n",
+                name_.c_str(), *seconds, kEntries / *seconds, megabytes_ / *seconds,
+                last_.megabytes, last_.status);
+  }
+
+ private:
+  std::string name_;
+  double megabytes_;
+  std::vector<std::string> arguments_;
+  std::vector<double> seconds_;
+  Process last_;
+};
+
+void PrintRatio(const std::string& name, Case& ours, Case& other, const char* goal) {
+  if (ours.Seconds() && other.Seconds()) {
+    std::printf("%-42s %7.2f times, goal %s\n", name.c_str(), *other.Seconds() / *ours.Seconds(),
+                goal);
+  }
 }
 
 void WriteEntries(const std::string& path) {
@@ -111,25 +157,33 @@ void WriteLedger(const std::string& path) {
 }  // namespace
 
 void Batch(const std::string& companyPath) {
+  constexpr int kRounds = 5;
   const Scratch entries(".jsonl");
   WriteEntries(entries.Path());
-  const auto check = [&](const std::string& jobs) {
-    return Measure({KAL_HOST_PROGRAM, "check", "--company", companyPath, "--json", "--jobs", jobs,
-                    entries.Path()});
-  };
+  const Scratch transactions(".ledger");
+  WriteLedger(transactions.Path());
   const std::string cores = std::to_string(std::thread::hardware_concurrency());
-  const std::optional<Process> one = check("1");
-  const std::optional<Process> all = check(cores);
-  Print("100,000 entries, one core", one);
-  Print("100,000 entries, " + cores + " cores", all);
-  if (one && all) {
-    std::printf("%-52s %8.2f times, goal 1.8\n", "  faster on all cores",
-                one->seconds / all->seconds);
+  const auto check = [&](const std::string& name, const std::string& jobs) {
+    return Case(name, entries.Path(),
+                {KAL_HOST_PROGRAM, "check", "--company", companyPath, "--json", "--jobs", jobs,
+                 entries.Path()});
+  };
+  Case one = check("100,000 entries of 4 lines, one core", "1");
+  Case all = check("100,000 entries of 4 lines, " + cores + " cores", cores);
+  Case ledger("as many transactions, plain-text ledger", transactions.Path(),
+              {"ledger", "-f", transactions.Path(), "--pedantic", "source"});
+  for (int round = 0; round < kRounds; ++round) {
+    one.Run();
+    all.Run();
+    ledger.Run();
   }
-  const Scratch ledger(".ledger");
-  WriteLedger(ledger.Path());
-  Print("100,000 transactions, plain-text ledger checker",
-        Measure({"ledger", "-f", ledger.Path(), "--pedantic", "source"}));
+  one.Print();
+  all.Print();
+  ledger.Print();
+  PrintRatio("  one core as fast as the ledger's", one, ledger, "0.5");
+  PrintRatio("  " + cores + " cores as fast as the ledger's one", all, ledger, "1.0");
+  PrintRatio("  " + cores + " cores as fast as one", all, one, "1.85");
+  BatchProfile(companyPath);
 }
 
 }  // namespace kal::bench

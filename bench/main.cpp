@@ -323,12 +323,16 @@ void BatchFirst() { Batch(Books().Path()); }
 
 }  // namespace kal::bench
 
-// Everything without arguments, the table alone with --table, the benchmarks alone as any other
-// arguments choose.
+// Everything without arguments, the batch alone with --batch, the table alone with --table, the
+// benchmarks alone as any other arguments choose.
 int main(int argc, char** argv) {
   kal::company::SpareMemoryAccounts();  // as the host does
   if (argc == 2 && std::string_view(argv[1]) == "--table") {
     kal::bench::Table();
+    return 0;
+  }
+  if (argc == 2 && std::string_view(argv[1]) == "--batch") {
+    kal::bench::BatchFirst();
     return 0;
   }
   const bool withTable = argc == 1;

@@ -95,33 +95,29 @@ std::span<const SchemaColumn> ColumnsOf(std::string_view set) {
 }
 
 template <class T>
-std::optional<Variant> WholeNumber(const JsonValue& value) {
+Variant WholeNumber(const JsonValue& value) {
   T number{};
   const char* const end = value.text.data() + value.text.size();
   const auto [stop, error] = std::from_chars(value.text.data(), end, number);
   if (value.kind != JsonValue::Kind::Number || error != std::errc() || stop != end) {
-    return std::nullopt;
+    return {};
   }
-  return Variant(number);
+  return number;
 }
 
-std::optional<Variant> FloatingNumber(const JsonValue& value) {
+Variant FloatingNumber(const JsonValue& value) {
   if (value.kind != JsonValue::Kind::Number) {
-    return std::nullopt;
+    return {};
   }
   // The parser has refused what is too large; what is too small to hold stays 0.
   double number = 0;
   (void)std::from_chars(value.text.data(), value.text.data() + value.text.size(), number);
-  return Variant(number);
+  return number;
 }
 
-// A number with an exponent written out: "12.5e-1" is "1.25". Nothing when its digits reach
-// beyond what an amount can hold, so that no exponent makes a long text.
-std::optional<std::string> WithoutExponent(std::string_view number) {
-  const std::size_t mark = number.find_first_of("eE");
-  if (mark == std::string_view::npos) {
-    return std::string(number);
-  }
+// A number with an exponent, whose mark stands there, written out: "12.5e-1" is "1.25". Nothing
+// when its digits reach beyond what an amount can hold, so that no exponent makes a long text.
+std::optional<std::string> WithoutExponent(std::string_view number, std::size_t mark) {
   constexpr int kMostDigits = 40;
   const bool negative = number.front() == '-';
   const std::string_view mantissa = number.substr(negative ? 1 : 0, mark - (negative ? 1 : 0));
@@ -152,20 +148,22 @@ std::optional<std::string> WithoutExponent(std::string_view number) {
   return (negative ? "-" : "") + plain;
 }
 
-std::optional<Variant> Amount(const JsonValue& value) {
-  std::optional<std::string> plain;
-  if (value.kind == JsonValue::Kind::Number) {
-    plain = WithoutExponent(value.text);
-  } else if (value.kind == JsonValue::Kind::Text) {
-    plain = value.text;
+Variant Amount(const JsonValue& value) {
+  std::optional<Currency> amount;
+  const std::size_t mark = value.kind == JsonValue::Kind::Number ? value.text.find_first_of("eE")
+                                                                 : std::string_view::npos;
+  if (mark != std::string_view::npos) {
+    const std::optional<std::string> plain = WithoutExponent(value.text, mark);
+    amount = plain ? Currency::FromExactText(*plain) : std::nullopt;
+  } else if (value.kind == JsonValue::Kind::Number || value.kind == JsonValue::Kind::Text) {
+    amount = Currency::FromExactText(value.text);
   }
-  const auto amount = plain ? Currency::FromExactText(*plain) : std::nullopt;
-  return amount ? std::optional<Variant>(*amount) : std::nullopt;
+  return amount ? Variant(*amount) : Variant();
 }
 
-std::optional<Variant> CalendarDay(const JsonValue& value) {
+Variant CalendarDay(const JsonValue& value) {
   const auto day = value.kind == JsonValue::Kind::Text ? Date::FromIso(value.text) : std::nullopt;
-  return day ? std::optional<Variant>(*day) : std::nullopt;
+  return day ? Variant(*day) : Variant();
 }
 
 }  // namespace
@@ -187,9 +185,9 @@ std::shared_ptr<RowTable> NewRowTable(const EntrySet& set) {
   return std::make_shared<RowTable>(layout);
 }
 
-std::optional<Variant> FieldValue(const JsonValue& value, DataType type) {
+Variant FieldValue(const JsonValue& value, DataType type) {
   if (value.kind == JsonValue::Kind::Null) {
-    return Variant(Null);
+    return Null;
   }
   switch (type) {
     case DataType::SmallInt:
@@ -203,11 +201,9 @@ std::optional<Variant> FieldValue(const JsonValue& value, DataType type) {
     case DataType::Date:
       return CalendarDay(value);
     case DataType::Boolean:
-      return value.kind == JsonValue::Kind::Boolean ? std::optional<Variant>(value.boolean)
-                                                    : std::nullopt;
+      return value.kind == JsonValue::Kind::Boolean ? Variant(value.boolean) : Variant();
     default:
-      return value.kind == JsonValue::Kind::Text ? std::optional<Variant>(value.text)
-                                                 : std::nullopt;
+      return value.kind == JsonValue::Kind::Text ? Variant(value.text) : Variant();
   }
 }
 

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <span>
 #include <string_view>
 
@@ -25,8 +24,8 @@ struct EntrySet {
 // An empty table with the fields of that set.
 [[nodiscard]] std::shared_ptr<RowTable> NewRowTable(const EntrySet& set);
 
-// The value for a field of that type, nothing when it does not fit; Null fits every field.
-[[nodiscard]] std::optional<Variant> FieldValue(const JsonValue& value, DataType type);
+// The value for a field of that type, Empty when it does not fit; Null fits every field.
+[[nodiscard]] Variant FieldValue(const JsonValue& value, DataType type);
 // What a field of that type takes, for messages: "a date (yyyy-mm-dd)".
 [[nodiscard]] std::string_view WantedValue(DataType type);
 

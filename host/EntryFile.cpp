@@ -49,9 +49,11 @@ std::optional<EntryText> EntryFile::Start() {
   if (!first) {
     return AtEnd();
   }
-  const Ending ending = ReadJson(first->text).ending;
+  const Ending ending = json_.Read(first->text).ending;
   held_.push_back(*std::move(first));
-  return ending == Ending::Complete ? NextLine() : Gather(ending);
+  std::optional<EntryText> entry = ending == Ending::Complete ? NextLine() : Gather(ending);
+  json_ = {};  // a large object has taken much memory, and the kind of file is known now
+  return entry;
 }
 
 // Tries the lines together, the first being as it is said; those of a file that turns out to be
@@ -65,7 +67,7 @@ std::optional<EntryText> EntryFile::Gather(Ending ending) {
       all.append(held_.back().number - before - 1, '\n');  // the blank lines between
       all += held_.back().text;
     }
-    ending = ReadJson(all).ending;
+    ending = json_.Read(all).ending;
   }
   if (ending != Ending::Complete && FindWholeLine()) {
     return NextLine();
@@ -87,8 +89,8 @@ bool EntryFile::HoldLine() {
 bool EntryFile::FindWholeLine() {
   for (std::size_t i = 1; i < held_.size() || HoldLine(); ++i) {
     if (held_[i].text.front() == '{') {
-      const JsonReading line = ReadJson(held_[i].text);
-      if (line.ending == Ending::Complete && HasEntryKey(line.value)) {
+      const JsonReading line = json_.Read(held_[i].text);
+      if (line.ending == Ending::Complete && HasEntryKey(*line.value)) {
         return true;
       }
     }

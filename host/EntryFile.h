@@ -59,6 +59,7 @@ class EntryFile {
   bool started_ = false;
   bool ended_ = false;
   bool readErrorGiven_ = false;
+  JsonReader json_;
   std::deque<Line> held_;  // lines read ahead while the kind of file was in doubt
 };
 

@@ -4,7 +4,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <stdexcept>
+#include <unordered_map>
 #include <utility>
 
 #include "host/JsonText.h"
@@ -35,10 +37,11 @@ std::string Shown(const JsonValue& value) {
   return text;
 }
 
-const JsonValue& Require(const JsonValue& value, Kind kind, const std::string& what,
+const JsonValue& Require(const JsonValue& value, Kind kind, std::string_view what,
                          std::string_view wanted) {
   if (value.kind != kind) {
-    throw InputError(what + " must be " + std::string(wanted) + ", not " + Shown(value));
+    throw InputError(std::string(what) + " must be " + std::string(wanted) + ", not " +
+                     Shown(value));
   }
   return value;
 }
@@ -47,41 +50,117 @@ std::string RowName(std::string_view set, std::size_t row) {
   return std::string(set) + " row " + std::to_string(row + 1);
 }
 
-std::vector<Variant> ReadRow(const RowTable& table, const JsonValue& row, std::string_view set,
-                             std::size_t index) {
+// Why the row can't be taken, the first reason in its own order.
+std::string WhyRefused(const RowTable& table, const JsonValue& row, const std::string& name) {
   if (row.kind != Kind::Object) {
-    throw InputError(RowName(set, index) + " must be an object, not " + Shown(row));
+    return name + " must be an object, not " + Shown(row);
   }
-  std::vector<Variant> values(table.Columns().size(), Variant(Null));
-  std::vector<bool> given(values.size(), false);
-  for (std::size_t i = 0; i < row.items.size(); ++i) {
-    const std::ptrdiff_t place = table.FindColumn(row.keys[i]);
+  std::vector<bool> given(table.Columns().size(), false);
+  for (const JsonValue& item : row.Items()) {
+    const std::ptrdiff_t place = table.FindColumn(item.key);
     if (place < 0) {
-      throw InputError(RowName(set, index) + " has an unknown field " + QuotedText(row.keys[i]));
+      return name + " has an unknown field " + QuotedText(item.key);
     }
+    const std::string field = name + ", field " + QuotedText(item.key) + ": ";
     const auto column = static_cast<std::size_t>(place);
     if (given[column]) {
-      throw InputError(RowName(set, index) + ", field " + QuotedText(row.keys[i]) +
-                       ": given twice");
+      return field + "given twice";
     }
     given[column] = true;
     const DataType type = table.Columns()[column].type;
-    std::optional<Variant> value = FieldValue(row.items[i], type);
-    if (!value) {
-      throw InputError(RowName(set, index) + ", field " + QuotedText(row.keys[i]) + ": " +
-                       Shown(row.items[i]) + " is not " + std::string(WantedValue(type)));
+    if (FieldValue(item, type).IsEmpty()) {
+      return field + Shown(item) + " is not " + std::string(WantedValue(type));
     }
-    values[column] = *std::move(value);
   }
-  return values;
+  throw std::logic_error("a row that can be taken was refused");
 }
+
+// Fills the tables of one kind of set.
+class RowReader {
+ public:
+  void Read(const JsonValue& rows, std::string_view set, RowTable& table) {
+    // Room for a usual entry at once; many rows must come before they get it.
+    constexpr std::ptrdiff_t kUsual = 64;
+    const std::ptrdiff_t count = std::ranges::distance(rows.Items());
+    table.Reserve(static_cast<std::size_t>(std::min(count, kUsual)));
+    for (const JsonValue& row : rows.Items()) {
+      const auto refuse = [&] {
+        throw InputError(WhyRefused(table, row, RowName(set, table.RowCount())));
+      };
+      if (row.kind != Kind::Object || !FindGiven(row, table)) {
+        refuse();
+      }
+      table.AddRowOf([&](std::size_t column) -> Variant {
+        if (given_[column] == nullptr) {
+          return Null;
+        }
+        Variant value = FieldValue(*given_[column], table.Columns()[column].type);
+        if (value.IsEmpty()) {
+          refuse();
+        }
+        return value;
+      });
+    }
+  }
+
+ private:
+  // Where the values of a row go that has these keys, by their order.
+  struct Plan {
+    bool possible = false;  // every key is a field's, and no other key the same field's
+    std::vector<std::size_t> columns;
+  };
+
+  // What the row gives for each column; false when its keys can't be taken.
+  bool FindGiven(const JsonValue& row, const RowTable& table) {
+    const Plan& plan = PlanFor(row, table);
+    if (!plan.possible) {
+      return false;
+    }
+    given_.assign(table.Columns().size(), nullptr);
+    auto column = plan.columns.begin();
+    for (const JsonValue& item : row.Items()) {
+      given_[*column++] = &item;
+    }
+    return true;
+  }
+
+  const Plan& PlanFor(const JsonValue& row, const RowTable& table) {
+    const auto known = plans_.find(row.keys);
+    if (known != plans_.end()) {
+      return known->second;
+    }
+    constexpr std::size_t kMostPlans = 256;
+    if (plans_.size() == kMostPlans) {
+      plans_.clear();
+    }
+    return plans_.emplace(row.keys, MakePlan(row, table)).first->second;
+  }
+
+  static Plan MakePlan(const JsonValue& row, const RowTable& table) {
+    Plan plan;
+    std::vector<bool> given(table.Columns().size(), false);
+    for (const JsonValue& item : row.Items()) {
+      const std::ptrdiff_t place = table.FindColumn(item.key);
+      const auto column = static_cast<std::size_t>(place);
+      if (place < 0 || given[column]) {
+        return {};
+      }
+      given[column] = true;
+      plan.columns.push_back(column);
+    }
+    plan.possible = true;
+    return plan;
+  }
+
+  std::unordered_map<std::uint64_t, Plan> plans_;  // by the number of the keys
+  std::vector<const JsonValue*> given_;            // by column
+};
 
 EditMode ReadEditMode(const JsonValue& value, std::string_view set) {
   constexpr std::array kModes = {EditMode::None, EditMode::InProgress, EditMode::Add,
                                  EditMode::Delete};
-  const auto number =
-      value.kind == Kind::Null ? std::nullopt : FieldValue(value, DataType::Integer);
-  const std::int32_t* const mode = number ? number->As<std::int32_t>() : nullptr;
+  const Variant number = FieldValue(value, DataType::Integer);
+  const auto* const mode = number.As<std::int32_t>();
   const auto known = std::ranges::find_if(kModes, [&](EditMode candidate) {
     return mode != nullptr && static_cast<std::int32_t>(candidate) == *mode;
   });
@@ -91,40 +170,40 @@ EditMode ReadEditMode(const JsonValue& value, std::string_view set) {
   return *known;
 }
 
-SuppliedSet ReadSet(const EntrySet& set, const JsonValue& value) {
-  Require(value, Kind::Object, std::string(set.name), "an object with rows, or null");
+SuppliedSet ReadSet(const EntrySet& set, const JsonValue& value, RowReader& reader) {
+  Require(value, Kind::Object, set.name, "an object with rows, or null");
   SuppliedSet supplied{.set = &set};
   const JsonValue* rows = nullptr;
-  for (std::size_t i = 0; i < value.items.size(); ++i) {
-    if (value.keys[i] == "EditMode") {
-      supplied.editMode = ReadEditMode(value.items[i], set.name);
-    } else if (value.keys[i] == "rows") {
-      rows = &value.items[i];
+  for (const JsonValue& item : value.Items()) {
+    if (item.key == "EditMode") {
+      supplied.editMode = ReadEditMode(item, set.name);
+    } else if (item.key == "rows") {
+      rows = &item;
     } else {
-      throw InputError(std::string(set.name) + " has an unknown key " + QuotedText(value.keys[i]));
+      throw InputError(std::string(set.name) + " has an unknown key " + QuotedText(item.key));
     }
   }
   if (rows == nullptr) {
     throw InputError(std::string(set.name) + " has no rows: write \"rows\": [] for a set without");
   }
-  Require(*rows, Kind::Array, std::string(set.name) + ": rows", "an array");
-  const auto table = NewRowTable(set);
-  for (std::size_t i = 0; i < rows->items.size(); ++i) {
-    table->AddRow(ReadRow(*table, rows->items[i], set.name, i));
+  if (rows->kind != Kind::Array) {
+    throw InputError(std::string(set.name) + ": rows must be an array, not " + Shown(*rows));
   }
+  const auto table = NewRowTable(set);
+  reader.Read(*rows, set.name, *table);
   supplied.rows = table;
   return supplied;
 }
 
-std::optional<Variant> ArgumentValue(const JsonValue& value, ArgumentKind kind) {
+Variant ArgumentValue(const JsonValue& value, ArgumentKind kind) {
   constexpr std::array kTypes = {DataType::Boolean, DataType::SmallInt, DataType::Integer,
                                  DataType::VarWChar, DataType::Date};
   if (kind == ArgumentKind::Day) {
     if (value.kind == Kind::Text && value.text.empty()) {
-      return Variant("");
+      return "";
     }
   } else if (value.kind == Kind::Null) {
-    return std::nullopt;
+    return {};
   }
   return FieldValue(value, kTypes[static_cast<std::size_t>(kind)]);
 }
@@ -149,23 +228,24 @@ std::vector<Variant> ReadArguments(const Operation& operation, const JsonValue* 
   static const JsonValue kNone{.kind = Kind::Array};
   const JsonValue& list =
       given == nullptr ? kNone : Require(*given, Kind::Array, "arguments", "an array");
-  if (list.items.empty() && operation.name == kDefaultOperation) {
+  const auto count = static_cast<std::size_t>(std::ranges::distance(list.Items()));
+  if (count == 0 && operation.name == kDefaultOperation) {
     return {true, true};
   }
   const std::string name(operation.name);
-  if (list.items.size() != operation.arguments.size()) {
+  if (count != operation.arguments.size()) {
     throw InputError(name + " takes " + std::to_string(operation.arguments.size()) +
-                     " arguments, not " + std::to_string(list.items.size()));
+                     " arguments, not " + std::to_string(count));
   }
   std::vector<Variant> values;
-  for (std::size_t i = 0; i < list.items.size(); ++i) {
-    const ArgumentKind kind = operation.arguments[i];
-    std::optional<Variant> value = ArgumentValue(list.items[i], kind);
-    if (!value) {
-      throw InputError(name + " argument " + std::to_string(i + 1) + " must be " +
-                       std::string(WantedArgument(kind)) + ", not " + Shown(list.items[i]));
+  for (const JsonValue& item : list.Items()) {
+    const ArgumentKind kind = operation.arguments[values.size()];
+    Variant value = ArgumentValue(item, kind);
+    if (value.IsEmpty()) {
+      throw InputError(name + " argument " + std::to_string(values.size() + 1) + " must be " +
+                       std::string(WantedArgument(kind)) + ", not " + Shown(item));
     }
-    values.push_back(*std::move(value));
+    values.push_back(std::move(value));
   }
   return values;
 }
@@ -177,74 +257,97 @@ bool IsEntryKey(std::string_view key) {
          std::ranges::find(EntrySets(), key, &EntrySet::name) != EntrySets().end();
 }
 
-bool ReadFlag(const JsonValue& root, const std::string& key) {
+bool ReadFlag(const JsonValue& root, std::string_view key) {
   const JsonValue* const value = root.Find(key);
   return value != nullptr && Require(*value, Kind::Boolean, key, "true or false").boolean;
 }
 
-std::string ReadText(const JsonValue& root, const std::string& key, std::string_view missing) {
+std::string_view ReadText(const JsonValue& root, std::string_view key, std::string_view missing) {
   const JsonValue* const value = root.Find(key);
-  return value == nullptr ? std::string(missing) : Require(*value, Kind::Text, key, "a text").text;
-}
-
-Entry MakeEntry(const JsonValue& root) {
-  const auto unknown = std::ranges::find_if_not(root.keys, IsEntryKey);
-  if (unknown != root.keys.end()) {
-    throw InputError("unknown key " + QuotedText(*unknown));
-  }
-  Entry entry;
-  const std::string name = ReadText(root, "operation", kDefaultOperation);
-  entry.operation = FindOperation(name);
-  if (entry.operation == nullptr) {
-    throw InputError("unknown operation " + QuotedText(name));
-  }
-  entry.arguments = ReadArguments(*entry.operation, root.Find("arguments"));
-  for (const EntrySet& set : EntrySets()) {
-    const JsonValue* const value = root.Find(set.name);
-    if (value != nullptr && value->kind != Kind::Null) {
-      entry.sets.push_back(ReadSet(set, *value));
-    }
-  }
-  entry.isParcella = ReadFlag(root, "IsParcella");
-  entry.isFromCard = ReadFlag(root, "IsFromCard");
-  entry.tmpTableScadenze = ReadText(root, "TmpTableScadenze", "");
-  return entry;
+  return value == nullptr ? missing : Require(*value, Kind::Text, key, "a text").text;
 }
 
 // The id and the operation, also of a text that broke off behind them.
 void ReadHead(const JsonReading& json, EntryReading& reading) {
-  if (const JsonValue* const id = json.value.Find("id")) {
-    reading.id = *id;
+  const JsonValue& root = *json.value;
+  if (const JsonValue* const id = root.Find("id")) {
+    reading.id.json = ToText(*id);
+    if (id->kind != Kind::Null) {
+      reading.id.name = id->kind == Kind::Text ? std::string(id->text) : reading.id.json;
+    }
   }
-  const JsonValue* const operation = json.value.Find("operation");
+  const JsonValue* const operation = root.Find("operation");
   if (operation != nullptr && operation->kind == Kind::Text) {
     reading.operation = operation->text;
-  } else if (operation == nullptr && json.value.kind == Kind::Object &&
+  } else if (operation == nullptr && root.kind == Kind::Object &&
              json.ending == JsonReading::Ending::Complete) {
     reading.operation = kDefaultOperation;
   }
 }
 
+// Reads one entry after the other, each with what was learnt from those before it.
+class Reader {
+ public:
+  EntryReading Read(std::string_view text) {
+    EntryReading reading;
+    const JsonReading json = json_.Read(text);
+    ReadHead(json, reading);
+    try {
+      if (!json.error.empty()) {
+        throw InputError(json.error);
+      }
+      if (json.value->kind == Kind::Array) {
+        throw InputError("an array is no entry: write one object a line");
+      }
+      reading.entry = MakeEntry(Require(*json.value, Kind::Object, "an entry", "a JSON object"));
+    } catch (const InputError& error) {
+      reading.error = error.what();
+    }
+    return reading;
+  }
+
+ private:
+  Entry MakeEntry(const JsonValue& root) {
+    for (const JsonValue& item : root.Items()) {
+      if (!IsEntryKey(item.key)) {
+        throw InputError("unknown key " + QuotedText(item.key));
+      }
+    }
+    Entry entry;
+    const std::string_view name = ReadText(root, "operation", kDefaultOperation);
+    entry.operation = FindOperation(name);
+    if (entry.operation == nullptr) {
+      throw InputError("unknown operation " + QuotedText(name));
+    }
+    entry.arguments = ReadArguments(*entry.operation, root.Find("arguments"));
+    rows_.resize(EntrySets().size());
+    for (std::size_t i = 0; i < EntrySets().size(); ++i) {
+      const EntrySet& set = EntrySets()[i];
+      const JsonValue* const value = root.Find(set.name);
+      if (value != nullptr && value->kind != Kind::Null) {
+        entry.sets.push_back(ReadSet(set, *value, rows_[i]));
+      }
+    }
+    entry.isParcella = ReadFlag(root, "IsParcella");
+    entry.isFromCard = ReadFlag(root, "IsFromCard");
+    entry.tmpTableScadenze = ReadText(root, "TmpTableScadenze", "");
+    return entry;
+  }
+
+  JsonReader json_;
+  std::vector<RowReader> rows_;  // by set
+};
+
 }  // namespace
 
-bool HasEntryKey(const JsonValue& value) { return std::ranges::any_of(value.keys, IsEntryKey); }
+bool HasEntryKey(const JsonValue& value) {
+  return value.kind == Kind::Object &&
+         std::ranges::any_of(value.Items(), IsEntryKey, &JsonValue::key);
+}
 
 EntryReading ReadEntry(std::string_view text) {
-  EntryReading reading;
-  const JsonReading json = ReadJson(text);
-  ReadHead(json, reading);
-  try {
-    if (!json.error.empty()) {
-      throw InputError(json.error);
-    }
-    if (json.value.kind == Kind::Array) {
-      throw InputError("an array is no entry: write one object a line");
-    }
-    reading.entry = MakeEntry(Require(json.value, Kind::Object, "an entry", "a JSON object"));
-  } catch (const InputError& error) {
-    reading.error = error.what();
-  }
-  return reading;
+  thread_local Reader reader;
+  return reader.Read(text);
 }
 
 }  // namespace kal::host

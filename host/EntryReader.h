@@ -40,8 +40,13 @@ struct Entry {
   std::string tmpTableScadenze;
 };
 
+struct EntryId {
+  std::string json = "null";        // on one line
+  std::optional<std::string> name;  // for people: a text's own words; nothing when it is null
+};
+
 struct EntryReading {
-  JsonValue id;                          // Null when missing
+  EntryId id;
   std::optional<std::string> operation;  // its name, known or not; nothing when unreadable
   std::optional<Entry> entry;            // nothing when there is an error
   std::string error;

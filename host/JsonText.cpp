@@ -1,136 +1,119 @@
 #include "host/JsonText.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
-#include <optional>
-#include <string>
+#include <cstdlib>
 #include <utility>
-#include <vector>
+
+#include "host/JsonReaders.h"
+#include "host/JsonTree.h"
 
 namespace kal::host {
 namespace {
 
-using nlohmann::json;
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-// The library's message without its error number and its own idea of the place.
-std::string BareMessage(std::string message) {
-  for (const std::string_view end : {"] ", "column "}) {
-    const std::size_t found = message.find(end);
-    message.erase(0, found == std::string::npos ? 0 : found + end.size());
+// The length of the character in UTF-8 that the text starts with. Where there is none it is the
+// length, negated, of what could have begun one: at least one byte.
+int CharacterLength(std::string_view text) {
+  const auto byte = [&](std::size_t place) { return static_cast<unsigned char>(text[place]); };
+  const unsigned lead = byte(0);
+  if (lead < 0x80) {
+    return 1;
   }
-  const std::size_t detail = message.find_first_not_of("0123456789: ");
-  return message.substr(detail == std::string::npos ? 0 : detail);
+  if (lead < 0xC2 || lead > 0xF4) {
+    return -1;
+  }
+  const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  // The second byte has bounds of its own where the character would be one that has a shorter form,
+  // a surrogate, or beyond the last.
+  unsigned least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  unsigned most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  for (std::size_t place = 1; place < length; ++place) {
+    if (place >= text.size() || byte(place) < least || byte(place) > most) {
+      return -static_cast<int>(place);
+    }
+    least = 0x80;
+    most = 0xBF;
+  }
+  return static_cast<int>(length);
 }
 
-// Builds the tree from the parser's events. The containers still open stand in a stack; the
-// finished ones have moved into their parent, so a tree broken off halfway keeps what was whole.
-class TreeBuilder final : public nlohmann::json_sax<json> {
+bool StandsForItself(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return byte >= 0x20 && byte < 0x80 && byte != '"' && byte != '\\';
+}
+
+void AppendEscaped(char character, std::string& target) {
+  constexpr std::string_view kNamed = "\"\\\b\f\n\r\t";
+  constexpr std::string_view kNames = "\"\\bfnrt";
+  target += '\\';
+  if (const std::size_t name = kNamed.find(character); name != std::string_view::npos) {
+    target += kNames[name];
+    return;
+  }
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  const auto byte = static_cast<unsigned char>(character);
+  target += "u00";
+  target += kDigits[byte >> 4U];
+  target += kDigits[byte & 0xFU];
+}
+
+}  // namespace
+
+const JsonValue* JsonValue::Find(std::string_view name) const {
+  if (kind == Kind::Object) {
+    for (const JsonValue& item : Items()) {
+      if (item.key == name) {
+        return &item;
+      }
+    }
+  }
+  return nullptr;
+}
+
+class JsonReader::Memory {
  public:
-  explicit TreeBuilder(std::string_view text) : text_(text) {}
-
-  bool null() override { return Add({}); }
-  bool boolean(bool value) override {
-    return Add({.kind = JsonValue::Kind::Boolean, .boolean = value});
-  }
-  bool number_integer(std::int64_t value) override { return AddNumber(std::to_string(value)); }
-  bool number_unsigned(std::uint64_t value) override { return AddNumber(std::to_string(value)); }
-  bool number_float(double, const std::string& digits) override { return AddNumber(digits); }
-  bool string(std::string& value) override {
-    return Add({.kind = JsonValue::Kind::Text, .text = std::move(value)});
-  }
-  bool binary(json::binary_t&) override { return false; }  // JSON text has none
-  bool start_object(std::size_t) override { return Open(JsonValue::Kind::Object); }
-  bool key(std::string& name) override {
-    open_.back().keys.push_back(std::move(name));
-    return true;
-  }
-  bool end_object() override {
-    NoteRepeatedKey(open_.back().keys);
-    return Close();
-  }
-  bool start_array(std::size_t) override { return Open(JsonValue::Kind::Array); }
-  bool end_array() override { return Close(); }
-
-  bool parse_error(std::size_t position, const std::string&,
-                   const json::exception& error) override {
-    // The parser counts the end of the text as one more character.
-    reading_.ending =
-        position > text_.size() ? JsonReading::Ending::Unfinished : JsonReading::Ending::Wrong;
-    reading_.error = "not JSON, " + PlaceOf(position) + ": " + BareMessage(error.what());
-    return false;
-  }
-
-  JsonReading Finish() {
-    if (!open_.empty()) {
-      JsonValue& root = open_.front();
-      root.keys.resize(std::min(root.keys.size(), root.items.size()));
-      reading_.value = std::move(root);
+  JsonReading Read(std::string_view text) {
+    large_ = text.size() > kLarge;
+    tree_.Start();
+    JsonReading reading;
+    if (quick_.Read(text, tree_)) {
+      reading.value = &tree_.Finish();
+    } else {
+      tree_.Start();
+      reading = ReadCarefully(text, tree_);
     }
-    if (reading_.error.empty() && repeatedKey_) {
-      reading_.error = "the key " + QuotedText(*repeatedKey_) + " is given twice in one object";
+    if (reading.error.empty() && tree_.RepeatedKey() != nullptr) {
+      reading.error =
+          "the key " + QuotedText(*tree_.RepeatedKey()) + " is given twice in one object";
     }
-    return std::move(reading_);
+    return reading;
   }
+
+  [[nodiscard]] bool IsLarge() const { return large_; }
 
  private:
-  // "column 5", behind the number of the line where the text has several.
-  [[nodiscard]] std::string PlaceOf(std::size_t position) const {
-    const std::size_t end = text_.find_last_not_of(" \t\r\n") + 1;
-    const std::string_view before = text_.substr(0, std::min(position, end));
-    const std::size_t lineStart = before.rfind('\n') + 1;  // 0 when there is no line before
-    const auto line = std::ranges::count(before, '\n') + 1;
-    return (line > 1 ? "line " + std::to_string(line) + " " : "") + "column " +
-           std::to_string(before.size() - lineStart);
-  }
+  static constexpr std::size_t kLarge = 1U << 18U;
 
-  bool AddNumber(std::string digits) {
-    return Add({.kind = JsonValue::Kind::Number, .text = std::move(digits)});
-  }
-
-  bool Add(JsonValue item) {
-    if (open_.empty()) {
-      reading_.value = std::move(item);
-    } else {
-      open_.back().items.push_back(std::move(item));
-    }
-    return true;
-  }
-
-  bool Open(JsonValue::Kind kind) {
-    if (open_.size() == kMaxJsonDepth) {
-      reading_.ending = JsonReading::Ending::Wrong;
-      reading_.error = "nested deeper than " + std::to_string(kMaxJsonDepth) + " levels";
-      return false;
-    }
-    open_.push_back({.kind = kind});
-    return true;
-  }
-
-  bool Close() {
-    JsonValue closed = std::move(open_.back());
-    open_.pop_back();
-    return Add(std::move(closed));
-  }
-
-  void NoteRepeatedKey(const std::vector<std::string>& keys) {
-    if (repeatedKey_) {
-      return;
-    }
-    std::vector<std::string_view> sorted(keys.begin(), keys.end());
-    std::ranges::sort(sorted);
-    const auto repeated = std::ranges::adjacent_find(sorted);
-    if (repeated != sorted.end()) {
-      repeatedKey_ = std::string(*repeated);
-    }
-  }
-
-  std::string_view text_;
-  std::vector<JsonValue> open_;
-  std::optional<std::string> repeatedKey_;
-  JsonReading reading_;
+  bool large_ = false;
+  QuickJson quick_;
+  JsonTree tree_;
 };
 
-void AppendText(const JsonValue& value, std::string& target) {
+JsonReader::JsonReader() = default;
+JsonReader::JsonReader(JsonReader&&) noexcept = default;
+JsonReader& JsonReader::operator=(JsonReader&&) noexcept = default;
+JsonReader::~JsonReader() = default;
+
+JsonReading JsonReader::Read(std::string_view text) {
+  // One large text does not hold its memory for all those that come after it.
+  if (memory_ == nullptr || memory_->IsLarge()) {
+    memory_ = std::make_unique<Memory>();
+  }
+  return memory_->Read(text);
+}
+
+void AppendJson(const JsonValue& value, std::string& target) {
   switch (value.kind) {
     case JsonValue::Kind::Null:
       target += "null";
@@ -142,7 +125,7 @@ void AppendText(const JsonValue& value, std::string& target) {
       target += value.text;
       return;
     case JsonValue::Kind::Text:
-      target += QuotedText(value.text);
+      AppendQuoted(value.text, target);
       return;
     case JsonValue::Kind::Array:
     case JsonValue::Kind::Object:
@@ -150,38 +133,51 @@ void AppendText(const JsonValue& value, std::string& target) {
   }
   const bool isObject = value.kind == JsonValue::Kind::Object;
   target += isObject ? '{' : '[';
-  for (std::size_t i = 0; i < value.items.size(); ++i) {
-    target += i == 0 ? "" : ",";
-    if (isObject) {
-      target += QuotedText(value.keys[i]) + ':';
+  bool first = true;
+  for (const JsonValue& item : value.Items()) {
+    if (!std::exchange(first, false)) {
+      target += ',';
     }
-    AppendText(value.items[i], target);
+    if (isObject) {
+      AppendQuoted(item.key, target);
+      target += ':';
+    }
+    AppendJson(item, target);
   }
   target += isObject ? '}' : ']';
 }
 
-}  // namespace
-
-const JsonValue* JsonValue::Find(std::string_view key) const {
-  const auto found = std::ranges::find(keys, key);
-  return found == keys.end() ? nullptr : &items[static_cast<std::size_t>(found - keys.begin())];
-}
-
-JsonReading ReadJson(std::string_view text) {
-  TreeBuilder builder(text);
-  // The builder's refusals and the parser's errors both end the parse; Finish tells them apart.
-  (void)json::sax_parse(text.begin(), text.end(), &builder);
-  return builder.Finish();
+void AppendQuoted(std::string_view text, std::string& target) {
+  target += '"';
+  while (!text.empty()) {
+    const auto plain =
+        static_cast<std::size_t>(std::ranges::find_if_not(text, StandsForItself) - text.begin());
+    target += text.substr(0, plain);
+    text.remove_prefix(plain);
+    if (text.empty()) {
+      break;
+    }
+    const int length = CharacterLength(text);
+    if (length == 1) {
+      AppendEscaped(text.front(), target);
+    } else {
+      target += length < 0 ? kReplacement : text.substr(0, static_cast<std::size_t>(length));
+    }
+    text.remove_prefix(static_cast<std::size_t>(std::abs(length)));
+  }
+  target += '"';
 }
 
 std::string ToText(const JsonValue& value) {
   std::string text;
-  AppendText(value, text);
+  AppendJson(value, text);
   return text;
 }
 
 std::string QuotedText(std::string_view text) {
-  return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+  std::string quoted;
+  AppendQuoted(text, quoted);
+  return quoted;
 }
 
 }  // namespace kal::host

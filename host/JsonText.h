@@ -1,4 +1,4 @@
-// JsonText: JSON read without loss.
+// JsonText: JSON read without loss, and written.
 //
 // Numbers keep their digits as written, so that an amount never passes through a floating-point
 // value. A key given twice in one object, which a reader that keeps the last one would hide, is an
@@ -7,26 +7,67 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kal::host {
 
 inline constexpr std::size_t kMaxJsonDepth = 32;
 
+// One value. Those inside it stand behind it in memory, so it means something only where it was
+// read: hand on references.
 struct JsonValue {
-  enum class Kind { Null, Boolean, Number, Text, Array, Object };
+  enum class Kind : std::uint8_t { Null, Boolean, Number, Text, Array, Object };
+
+  class Iterator;
+  struct Range;
 
   Kind kind = Kind::Null;
   bool boolean = false;
-  std::string text{};               // of a text (UTF-8), or the digits of a number
-  std::vector<JsonValue> items{};   // of an array, or the values of an object
-  std::vector<std::string> keys{};  // of an object, one for each item
+  std::size_t extent = 1;   // how many values it is, with those inside it
+  std::uint64_t keys = 0;   // of an object: the number of its list of keys, see JsonKeys
+  std::string_view key{};   // of an object's item
+  std::string_view text{};  // of a text (UTF-8), or the digits of a number
 
+  // Of an array or an object, in order; none of another value.
+  [[nodiscard]] Range Items() const;
   // The first item of that key; nullptr when there is none.
-  [[nodiscard]] const JsonValue* Find(std::string_view key) const;
+  [[nodiscard]] const JsonValue* Find(std::string_view name) const;
 };
+
+class JsonValue::Iterator {
+ public:
+  using value_type = JsonValue;
+  using difference_type = std::ptrdiff_t;
+
+  Iterator() = default;
+  explicit Iterator(const JsonValue* value) : value_(value) {}
+  const JsonValue& operator*() const { return *value_; }
+  Iterator& operator++() {
+    value_ += value_->extent;
+    return *this;
+  }
+  void operator++(int) { ++*this; }
+  bool operator==(const Iterator&) const = default;
+
+ private:
+  const JsonValue* value_ = nullptr;
+};
+
+struct JsonValue::Range {
+  Iterator first;
+  Iterator last;
+
+  [[nodiscard]] Iterator begin() const { return first; }
+  [[nodiscard]] Iterator end() const { return last; }
+};
+
+inline JsonValue::Range JsonValue::Items() const {
+  return {Iterator(this + 1), Iterator(this + extent)};
+}
 
 struct JsonReading {
   enum class Ending {
@@ -36,13 +77,30 @@ struct JsonReading {
   };
 
   Ending ending = Ending::Complete;
-  JsonValue value;    // what was read up to the error, without the containers left open inside
+  // What was read up to the error, without the containers left open inside. Belongs to the reader.
+  const JsonValue* value = nullptr;
   std::string error;  // "" when there is none; a complete value may still repeat a key
 };
 
-[[nodiscard]] JsonReading ReadJson(std::string_view text);
+// Reads one text after the other in the same memory.
+class JsonReader {
+ public:
+  JsonReader();
+  JsonReader(JsonReader&&) noexcept;
+  JsonReader& operator=(JsonReader&&) noexcept;
+  ~JsonReader();
+
+  // The text need not stay; the values are good until the next one is read.
+  [[nodiscard]] JsonReading Read(std::string_view text);
+
+ private:
+  class Memory;
+  std::unique_ptr<Memory> memory_;
+};
 
 // The value on one line, numbers as they were written; bytes that are no UTF-8 are replaced.
+void AppendJson(const JsonValue& value, std::string& target);
+void AppendQuoted(std::string_view text, std::string& target);
 [[nodiscard]] std::string ToText(const JsonValue& value);
 [[nodiscard]] std::string QuotedText(std::string_view text);
 

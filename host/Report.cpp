@@ -2,18 +2,17 @@
 
 #include <array>
 #include <cstdint>
-#include <nlohmann/json.hpp>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <variant>
 
 #include "frame/modCommonCostanti.h"
 #include "host/ExplainTree.h"
+#include "host/JsonText.h"
 
 namespace kal::host {
 namespace {
-
-using nlohmann::ordered_json;
 
 struct VerdictWording {
   Wording one;
@@ -68,7 +67,7 @@ std::vector<std::string_view> TrailOf(std::string_view text) {
 
 std::string Why(const Outcome& outcome, const ReportStyle& style) {
   if (!outcome.error) {
-    const bool placeIsHeader = outcome.id.kind == JsonValue::Kind::Null;
+    const bool placeIsHeader = !outcome.id.name;
     return "  " + Printable((placeIsHeader ? "" : outcome.place + ": ") + outcome.inputError) +
            '\n';
   }
@@ -103,10 +102,7 @@ std::string FindingLines(const Outcome& outcome, const ReportStyle& style) {
 // The line that names the entry and its verdict, and why it could not be checked.
 std::string Heading(const Outcome& outcome, const ReportStyle& style) {
   const Verdict verdict = VerdictOf(outcome);
-  std::string name = outcome.place;
-  if (outcome.id.kind != JsonValue::Kind::Null) {
-    name = outcome.id.kind == JsonValue::Kind::Text ? outcome.id.text : ToText(outcome.id);
-  }
+  const std::string name = outcome.id.name.value_or(outcome.place);
   std::string answer = WordingOf(verdict).one.In(style.language);
   if (outcome.result && std::holds_alternative<std::int32_t>(*outcome.result)) {
     answer = std::to_string(std::get<std::int32_t>(*outcome.result));
@@ -117,66 +113,117 @@ std::string Heading(const Outcome& outcome, const ReportStyle& style) {
          (verdict == Verdict::Unchecked ? Why(outcome, style) : "");
 }
 
+// One line of JSON, written from the front to the end.
+class JsonLine {
+ public:
+  // A key, one of ours that needs no escapes.
+  JsonLine& Key(std::string_view key) {
+    Separate();
+    text_ += '"';
+    text_ += key;
+    text_ += "\":";
+    return *this;
+  }
+  // Either a key's value or the next one of an array.
+  void Text(std::string_view text) {
+    Separate();
+    AppendQuoted(text, text_);
+  }
+  void Json(std::string_view json) {
+    Separate();
+    text_ += json;
+  }
+  void Flag(bool flag) { Json(flag ? "true" : "false"); }
+  void Number(std::int64_t number) { Json(std::to_string(number)); }
+
+  void Open(char bracket) {
+    Separate();
+    text_ += bracket;
+  }
+  void Close(char bracket) { text_ += bracket; }
+
+  [[nodiscard]] std::string Take() { return std::move(text_); }
+
+ private:
+  void Separate() {
+    if (!text_.empty() && std::string_view("{[:").find(text_.back()) == std::string_view::npos) {
+      text_ += ',';
+    }
+  }
+
+  std::string text_;
+};
+
 // Whole numbers and booleans stay what they are, dates are ISO texts, all else is a text.
-ordered_json ParameterJson(const Variant& value) {
+void WriteParameter(const Variant& value, JsonLine& line) {
   switch (value.VarType()) {
     case Variant::Type::Boolean:
-      return CBool(value);
+      return line.Flag(CBool(value));
     case Variant::Type::TinyInt:
     case Variant::Type::SmallInt:
     case Variant::Type::Integer:
-      return CLng(value);
+      return line.Number(CLng(value));
     case Variant::Type::Date:
-      return CDate(value).ToIso();
+      return line.Text(CDate(value).ToIso());
     default:
-      return CStr(value);
+      return line.Text(CStr(value));
   }
 }
 
-ordered_json FindingJson(const Finding& finding) {
-  ordered_json parameters = ordered_json::array();
+void WriteFinding(const Finding& finding, JsonLine& line) {
+  line.Open('{');
+  line.Key("kind").Text(finding.string == ResultString::ErrString ? "error" : "warning");
+  line.Key("string").Text(kResultStringNames[static_cast<std::size_t>(finding.string)]);
+  line.Key("code");
+  if (finding.code) {
+    line.Number(static_cast<std::int32_t>(*finding.code));
+  } else {
+    line.Json("null");
+  }
+  line.Key("check").Text(finding.check);
+  line.Key("path").Open('[');
+  for (const std::string_view step : finding.path) {
+    line.Text(step);
+  }
+  line.Close(']');
+  line.Key("parameters").Open('[');
   for (const Variant& parameter : finding.parameters) {
-    parameters.push_back(ParameterJson(parameter));
+    WriteParameter(parameter, line);
   }
-  ordered_json at = ordered_json::object();
+  line.Close(']');
+  line.Key("text").Text(finding.text);
+  line.Key("at").Open('{');
   if (finding.at.row != 0) {
-    at[std::string(finding.at.set)] = finding.at.row;
+    line.Key(finding.at.set).Number(static_cast<std::int64_t>(finding.at.row));
   }
-  return {{"kind", finding.string == ResultString::ErrString ? "error" : "warning"},
-          {"string", kResultStringNames[static_cast<std::size_t>(finding.string)]},
-          {"code", finding.code ? ordered_json(static_cast<std::int32_t>(*finding.code)) : nullptr},
-          {"check", finding.check},
-          {"path", finding.path},
-          {"parameters", std::move(parameters)},
-          {"text", finding.text},
-          {"at", std::move(at)}};
+  line.Close('}');
+  line.Close('}');
 }
 
-ordered_json FindingsJson(const std::vector<Finding>& findings) {
-  ordered_json list = ordered_json::array();
-  for (const Finding& finding : findings) {
-    list.push_back(FindingJson(finding));
-  }
-  return list;
-}
-
-ordered_json ErrorJson(const Outcome& outcome) {
+void WriteError(const Outcome& outcome, JsonLine& line) {
   if (!outcome.inputError.empty()) {
-    return {{"input", outcome.place + ": " + outcome.inputError}};
+    line.Open('{');
+    line.Key("input").Text(outcome.place + ": " + outcome.inputError);
+    line.Close('}');
+  } else if (outcome.error) {
+    line.Open('{');
+    line.Key("number").Number(outcome.error->Number());
+    line.Key("source").Text(outcome.error->Source());
+    line.Key("description").Text(outcome.error->Description());
+    line.Close('}');
+  } else {
+    line.Json("null");
   }
-  if (!outcome.error) {
-    return nullptr;
-  }
-  return {{"number", outcome.error->Number()},
-          {"source", outcome.error->Source()},
-          {"description", outcome.error->Description()}};
 }
 
-ordered_json ResultJson(const Outcome& outcome) {
+void WriteResult(const Outcome& outcome, JsonLine& line) {
   if (!outcome.result) {
-    return nullptr;
+    line.Json("null");
+  } else if (const bool* const truth = std::get_if<bool>(&*outcome.result)) {
+    line.Flag(*truth);
+  } else {
+    line.Number(std::get<std::int32_t>(*outcome.result));
   }
-  return std::visit([](auto result) { return ordered_json(result); }, *outcome.result);
 }
 
 }  // namespace
@@ -203,28 +250,43 @@ Verdict VerdictOf(const Outcome& outcome) {
 }
 
 std::string ToJson(const Outcome& outcome) {
-  ordered_json sets = ordered_json::object();
-  for (const SetState& set : outcome.sets) {
-    sets[std::string(set.name)] = {{"Filter", set.filter}, {"Position", set.position}};
+  JsonLine line;
+  line.Open('{');
+  line.Key("id").Json(outcome.id.json);
+  line.Key("operation");
+  if (outcome.operation) {
+    line.Text(*outcome.operation);
+  } else {
+    line.Json("null");
   }
-  ordered_json rest;
-  rest.emplace("operation", outcome.operation ? ordered_json(*outcome.operation) : ordered_json());
-  rest.emplace("result", ResultJson(outcome));
-  rest.emplace("ErrString", outcome.errString);
-  rest.emplace("WarnString", outcome.warnString);
-  rest.emplace("WarnProtocolloString", outcome.warnProtocolloString);
-  rest.emplace("WarnDuplicatoDocString", outcome.warnDuplicatoDocString);
-  rest.emplace("WarnInfragruppoString", outcome.warnInfragruppoString);
-  rest.emplace("ImportoPlafond", outcome.importoPlafond.ToFixedText());
-  rest.emplace("ChiusuraRateInSospensione", outcome.chiusuraRateInSospensione);
-  rest.emplace("RiaperturaRateInSospensione", outcome.riaperturaRateInSospensione);
-  rest.emplace("IsInfragruppo", outcome.isInfragruppo);
-  rest.emplace("findings", FindingsJson(outcome.findings));
-  rest.emplace("recordSets", std::move(sets));
-  rest.emplace("error", ErrorJson(outcome));
-  // The id goes out with its digits as they came in, which the library would not keep.
-  const std::string text = rest.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
-  return "{\"id\":" + ToText(outcome.id) + ',' + text.substr(1);
+  line.Key("result");
+  WriteResult(outcome, line);
+  line.Key("ErrString").Text(outcome.errString);
+  line.Key("WarnString").Text(outcome.warnString);
+  line.Key("WarnProtocolloString").Text(outcome.warnProtocolloString);
+  line.Key("WarnDuplicatoDocString").Text(outcome.warnDuplicatoDocString);
+  line.Key("WarnInfragruppoString").Text(outcome.warnInfragruppoString);
+  line.Key("ImportoPlafond").Text(outcome.importoPlafond.ToFixedText());
+  line.Key("ChiusuraRateInSospensione").Flag(outcome.chiusuraRateInSospensione);
+  line.Key("RiaperturaRateInSospensione").Flag(outcome.riaperturaRateInSospensione);
+  line.Key("IsInfragruppo").Text(outcome.isInfragruppo);
+  line.Key("findings").Open('[');
+  for (const Finding& finding : outcome.findings) {
+    WriteFinding(finding, line);
+  }
+  line.Close(']');
+  line.Key("recordSets").Open('{');
+  for (const SetState& set : outcome.sets) {
+    line.Key(set.name).Open('{');
+    line.Key("Filter").Text(set.filter);
+    line.Key("Position").Number(static_cast<std::int64_t>(set.position));
+    line.Close('}');
+  }
+  line.Close('}');
+  line.Key("error");
+  WriteError(outcome, line);
+  line.Close('}');
+  return line.Take();
 }
 
 std::string ToBlock(const Outcome& outcome, const ReportStyle& style) {

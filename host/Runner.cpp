@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "checker/KalCOGCheck.h"
-#include "host/EntryReader.h"
 #include "platform/MemoryRecordset.h"
 
 namespace kal::host {

@@ -14,8 +14,8 @@
 #include "company/Company.h"
 #include "frame/Findings.h"
 #include "host/EntryFile.h"
+#include "host/EntryReader.h"
 #include "host/ExplainRecorder.h"
-#include "host/JsonText.h"
 #include "host/Operations.h"
 #include "platform/Currency.h"
 #include "platform/RunTimeError.h"
@@ -30,7 +30,7 @@ struct SetState {
 };
 
 struct Outcome {
-  JsonValue id;
+  EntryId id;
   std::string place;                     // where the entry stands: "FILE" or "FILE line 17"
   std::optional<std::string> operation;  // nothing when it could not be read
   bool isCheck = true;

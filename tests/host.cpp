@@ -7,12 +7,14 @@
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <random>
 #include <sstream>
 #include <streambuf>
 
 #include "host/CommandLine.h"
 #include "host/EntryFile.h"
 #include "host/EntryReader.h"
+#include "host/JsonReaders.h"
 #include "host/Operations.h"
 #include "host/Report.h"
 #include "host/Runner.h"
@@ -174,13 +176,100 @@ TEST(EntryReader, ChecksArgumentsAgainstTheOperation) {
   EXPECT_TRUE(Identical(defaults[0], true) && Identical(defaults[1], true));
 }
 
+// What is learnt of the keys of one entry serves the next ones, also when many others came between.
+TEST(EntryReader, KnowsKeysAgainInAnyOrder) {
+  const auto values = [](const EntryReading& reading, std::size_t row) {
+    const RowTable& table = *reading.entry.value().sets.at(0).rows;
+    const auto cell = [&](const char* name) {
+      return CStr(table.Cell(row, static_cast<std::size_t>(table.FindColumn(name))));
+    };
+    return cell("CodIva") + ' ' + cell("Imposta");
+  };
+  for (int i = 0; i < 3000; ++i) {
+    const std::string n = std::to_string(i);
+    const std::string rows = R"({"CodIva":"a","Imposta":)" + n + R"(},{"Imposta":1,"CodIva":")" +
+                             n + R"("},{"IMPOSTA":2,"codiva":"b"})";
+    const auto reading = ReadEntry("{\"id\":{\"" + n + "\":{\"x" + n +
+                                   "\":1}},\"RsRIva\":" + "{\"rows\":[" + rows + "]}}");
+    ASSERT_EQ(values(reading, 0), "a " + n);
+    ASSERT_EQ(values(reading, 1), n + " 1");
+    ASSERT_EQ(values(reading, 2), "b 2");
+  }
+  // A backslash and a "b", then a backspace.
+  for (const std::string id : {R"({"k":1,"a\\b":2})", R"({"k":1,"a\b":2})"}) {
+    EXPECT_EQ(ReadEntry("{\"id\":" + id + "}").id.json, id);
+  }
+}
+
+// The library says of any bytes how they are written, and the careful reader of any text how it is
+// read; what the quick reader refuses is for the careful one.
+TEST(JsonText, IsReadAndWrittenAsTheLibrariesDo) {
+  const std::string pieces[] = {"{",
+                                "}",
+                                "[",
+                                "]",
+                                ",",
+                                ":",
+                                "\"",
+                                "\"id\":1,",
+                                "\"id\":",
+                                "\\",
+                                "\\u00e8",
+                                "\\udc00",
+                                "\\ud83d\\ude00",
+                                "\xC3\xA8",
+                                "\xF0\x9F\x98",
+                                "\xED\xA0\x80",
+                                "\xE2\x82",
+                                "\xFF",
+                                "\x7F",
+                                "\x1A",
+                                "\x0C",
+                                "\t",
+                                "\r\n\b",
+                                "-0",
+                                "1e2",
+                                "1e999",
+                                "12.34000",
+                                "01",
+                                "null",
+                                "true",
+                                "x",
+                                std::string(1, '\0')};
+  std::mt19937 random(1);
+  QuickJson quick;
+  JsonTree tree;
+  int taken = 0;
+  for (int i = 0; i < 20000; ++i) {
+    std::string text =
+        R"( {"id": "p\"\u00e8", "RsRIva":{"rows": [{"CodIva":"22"} , {} ]},"n":[-7,1.5]})";
+    std::string bytes;
+    for (unsigned changes = random() % 4; changes > 0; --changes) {
+      const std::string& piece = pieces[random() % std::size(pieces)];
+      text.replace(random() % text.size(), random() % 2 * piece.size(), piece);
+      bytes += piece + pieces[random() % std::size(pieces)];
+    }
+    ASSERT_EQ(QuotedText(bytes), json(bytes).dump(-1, ' ', false, json::error_handler_t::replace));
+    tree.Start();
+    if (!quick.Read(text, tree)) continue;
+    ++taken;
+    JsonTree other;
+    other.Start();
+    const JsonReading careful = ReadCarefully(text, other);
+    ASSERT_EQ(careful.error, "") << text;
+    ASSERT_EQ(ToText(*careful.value), ToText(tree.Finish())) << text;
+    ASSERT_EQ(other.RepeatedKey() == nullptr, tree.RepeatedKey() == nullptr) << text;
+  }
+  EXPECT_GT(taken, 5000);
+}
+
 // The places of a file's entries, with "!" behind one that is no JSON.
 std::string Places(const std::string& content) {
   std::istringstream stream(content);
   EntryFile file(stream, "F");
   std::string places;
   while (const auto entry = file.Next()) {
-    const bool whole = ReadJson(entry->text).ending == JsonReading::Ending::Complete;
+    const bool whole = JsonReader().Read(entry->text).ending == JsonReading::Ending::Complete;
     places += (places.empty() ? "" : ", ") + entry->place + (whole ? "" : "!");
   }
   return places;
