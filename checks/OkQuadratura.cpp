@@ -5,6 +5,9 @@
 // 0.0001 counts. An entry with a missing account is not weighed at all. RsRCont is left at its
 // end. A Null account code, or a Null amount on the side that counts, is an error, not a finding.
 
+#include <array>
+#include <cstddef>
+#include <memory_resource>
 #include <string>
 #include <unordered_map>
 
@@ -41,16 +44,19 @@ class Conti {
     if (aCodConto == "") {
       return true;
     }
-    const auto [conto, nuovo] = assenti_.try_emplace(CStr(aCodConto), false);
+    const std::string codConto = CStr(aCodConto);
+    const auto [conto, nuovo] = assenti_.try_emplace(std::pmr::string(codConto, &memoria_), false);
     if (nuovo) {
-      conto->second = SottoContoAssente(registrazione_, conto->first);
+      conto->second = SottoContoAssente(registrazione_, codConto);
     }
     return conto->second;
   }
 
  private:
   const Registrazione& registrazione_;
-  std::unordered_map<std::string, bool> assenti_;
+  std::array<std::byte, 1024> spazio_;  // the accounts of most entries fit in here
+  std::pmr::monotonic_buffer_resource memoria_{spazio_.data(), spazio_.size()};
+  std::pmr::unordered_map<std::pmr::string, bool> assenti_{&memoria_};
 };
 
 struct Saldi {
