@@ -18,6 +18,19 @@ template <class Function>
 }
 using GetClassObjectFunction = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
 
+// While it lives, the DLL calls that function in the place of one that it imports.
+class ImportedInstead {
+ public:
+  ImportedInstead(const char* dll, const char* function, void* instead);
+  ImportedInstead(const ImportedInstead&) = delete;
+  ImportedInstead& operator=(const ImportedInstead&) = delete;
+  ~ImportedInstead() { *place_ = usual_; }
+
+ private:
+  void** place_ = nullptr;
+  void* usual_;
+};
+
 // A checker straight from the DLL, without the registry.
 [[nodiscard]] ComPtr<IKalCOGCheck> MakeChecker();
 

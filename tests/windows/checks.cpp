@@ -17,6 +17,8 @@
 namespace kal::test {
 namespace {
 
+using namespace std::string_view_literals;
+
 Siblings* theSiblings = nullptr;
 
 const std::pair<const char*, std::function<Variant(KalCOGCheck&)>> kResults[] = {
@@ -360,12 +362,20 @@ TEST(Checks, AnswerCompiledCallers) {
   EXPECT_EQ(GetErrorInfo(0, error.Put()), S_FALSE);
   EXPECT_EQ(checker->OkModifica(nullptr), E_POINTER);
 
-  const std::string kept = std::string("Tmp\0", 4) + "à€\U0001F4D2";
-  ScopedVariant text = ToVariant(kept);
-  EXPECT_EQ(checker->put_TmpTableScadenze(text->bstrVal), S_OK);
-  ScopedVariant read = ToVariant("");
-  EXPECT_EQ(checker->get_TmpTableScadenze(&read->bstrVal), S_OK);
-  EXPECT_EQ(CStr(FromVariant(*read)), kept);
+  // Texts pass unchanged, with a zero, beyond 16 bits, halves of pairs, and an odd number of bytes.
+  for (const std::string_view bytes :
+       {"T\0\0\0p\0"sv, "\x3D\xD8\xD2\xDC"sv, "\xD2\xDC\x3D\xD8"sv, "\x3D\xD8\xAC ab"sv, "\xFF"sv,
+        "\xFF\xDB\xFF\xDF\xFF\xFF\x80"sv}) {
+    ScopedVariant text;
+    text->vt = VT_BSTR;
+    text->bstrVal = SysAllocStringByteLen(bytes.data(), static_cast<UINT>(bytes.size()));
+    EXPECT_EQ(checker->put_TmpTableScadenze(text->bstrVal), S_OK);
+    ScopedVariant read = ToVariant("");
+    EXPECT_EQ(checker->get_TmpTableScadenze(&read->bstrVal), S_OK);
+    EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(read->bstrVal),
+                               SysStringByteLen(read->bstrVal)),
+              bytes);
+  }
   const RecordsetRef header = MakeEntry("").at("RsTesta");
   for (const long held : {1, 1, 0}) {
     const auto set = held == 0 ? ComPtr<IDispatch>() : MakeRecordsetDouble(header);
@@ -378,6 +388,23 @@ TEST(Checks, AnswerCompiledCallers) {
   EXPECT_EQ(nothing, 0);
   object->AddRef();
   EXPECT_EQ(object->Release(), 1U);
+}
+
+// A result's text that finds no memory is an error of its operation.
+TEST(Checks, NameTheTextThatFindsNoMemory) {
+  ScriptedSiblings siblings;
+  LateBound checker = AutomationChecker(siblings, {});
+  const ImportedInstead failing(
+      "oleaut32.dll", "SysAllocStringByteLen",
+      reinterpret_cast<void*>(+[](LPCSTR, UINT) -> BSTR { return nullptr; }));
+  for (const char* const name :
+       {"TmpTableScadenze", "IsInfragruppo", "WarnStringModifica", "WarnString", "ErrString",
+        "WarnDuplicatoDocString", "WarnProtocolloString", "WarnInfragruppoString"}) {
+    EXPECT_EQ(TextOrError([&] { return CStr(checker.Get(name)); }),
+              std::string("Error 7 'Errore ( 7 ) - Componente ( Kal_COGCheck )\r\n"
+                          "Kal_COGCheck.KalCOGCheck.") +
+                  name + "' 'Out of memory'");
+  }
 }
 
 }  // namespace
