@@ -6,6 +6,7 @@
 #pragma once
 
 #include <atomic>
+#include <utility>
 
 #include "checker/KalCOGCheck.h"
 #include "frame/modKalErrorHandling.h"
@@ -19,7 +20,7 @@ namespace kal {
 
 class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IProvideClassInfo {
  public:
-  Checker() = default;
+  explicit Checker(SiblingNames names) : siblings_(sets_, std::move(names)) {}
   Checker(const Checker&) = delete;
   Checker& operator=(const Checker&) = delete;
 
@@ -217,7 +218,7 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IPro
   std::atomic<ULONG> references_{1};
   ComPtr<ITypeInfo> typeInfo_;
   BorrowedSets sets_;  // before the siblings and the core, which use what stands above them
-  DispatchSiblings siblings_{sets_};
+  DispatchSiblings siblings_;
   KalCOGCheck core_{siblings_};
 };
 

@@ -20,6 +20,7 @@
 #include "messages/Catalogue.h"
 #include "modify/Modify.h"
 #include "save/OkAggiorna.h"
+#include "server/SiblingNames.h"
 
 namespace kal {
 namespace {
@@ -133,7 +134,44 @@ std::string Messages() {
   return list;
 }
 
+// How a component or one of its members is called, as the tables of the Windows component say it.
+std::string CalledAs(const names::Key& key) {
+  constexpr const char* kKinds[] = {"class",
+                                    "method or property that answers a value",
+                                    "method",
+                                    "property that takes a value",
+                                    "property that takes a record set",
+                                    "method: query builder, answers a record set",
+                                    "method: procedure and arguments, the last an output"};
+  if (key.member.empty()) return kKinds[0];
+  for (const MemberInfo& member : kMembers) {
+    if (NameOf(member.component) == key.component && member.name == key.member) {
+      return kKinds[static_cast<std::size_t>(member.kind)];
+    }
+  }
+  return key.member == names::NameOf(names::QueryMember::Option) ? kKinds[3] : kKinds[2];
+}
+
+std::string NamesFile() {
+  std::string text =
+      "# How this installation calls the components that the checker asks, and their members. A "
+      "line\n"
+      "# \"key = name\" says what is called otherwise than it stands here: take its # away and "
+      "change\n"
+      "# the name. Read whenever a checker is created, from the folder of KalCOGCheck20.dll.\n";
+  for (const names::Key& key : names::kKeys) {
+    text += std::string(key.member.empty() ? "\n" : "") + "# " + TextOf(key) + " = " +
+            std::string(key.name) + '\n';
+  }
+  return text;
+}
+
 std::string Make(std::string_view list) {
+  if (list == "names") {
+    return Table("Key | Usual name | Called as", names::kKeys, [](const names::Key& key) {
+      return Code(TextOf(key)) + " | " + Code(key.name) + " | " + CalledAs(key);
+    });
+  }
   if (list == "save check") return Checks(OrdineAggiorna());
   if (list == "modify check") return Checks(OrdineModifica());
   if (list == "messages") return Messages();
@@ -154,11 +192,14 @@ std::string Make(std::string_view list) {
 
 TEST(Docs, StateWhatTheCodeStates) {
   constexpr std::string_view kBegin = "<!-- table: ";
-  const std::map<std::string, int> documents = {
-      {"docs/entry.md", 4}, {"docs/checks.md", 2}, {"docs/messages.md", 1}};
+  const std::map<std::string, int> documents = {{"docs/entry.md", 4},
+                                                {"docs/checks.md", 2},
+                                                {"docs/messages.md", 1},
+                                                {"docs/windows.md", 1},
+                                                {"server/KalCOGCheck20.names", 0}};
   for (const auto& [name, wanted] : documents) {
     const std::string text = TextOf(name);
-    std::string fresh = text;
+    std::string fresh = name.starts_with("docs/") ? text : NamesFile();
     int lists = 0;
     for (std::size_t at = 0; (at = fresh.find(kBegin, at)) != std::string::npos; ++lists) {
       at += kBegin.size();

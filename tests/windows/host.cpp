@@ -1,9 +1,11 @@
-// What hosts bring along besides calls: the processor as they set it, and memory that fails.
+// What hosts bring along besides calls: the processor as they set it, and the names of their
+// system.
 
 #include <gtest/gtest.h>
 
 #include "server/Boundary.h"
 #include "server/LateBound.h"
+#include "server/SiblingNames.h"
 #include "tests/windows/Doubles.h"
 #include "tests/windows/ServerFile.h"
 
@@ -79,6 +81,90 @@ TEST(Host, KeepsItsArithmetic) {
                                  << after.sse;
     }
   }
+}
+
+void Write(const std::wstring& path, const std::string& text) {
+  HANDLE const file =
+      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  DWORD written = 0;
+  WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  CloseHandle(file);
+}
+
+// What a check of a checker created now can't find, or why there is none.
+std::string Missing(IClassFactory& classObject) {
+  ComPtr<IKalCOGCheck> checker;
+  VARIANT_BOOL ok = VARIANT_FALSE;
+  HRESULT result =
+      classObject.CreateInstance(nullptr, kInterfaceId, reinterpret_cast<void**>(checker.Put()));
+  if (SUCCEEDED(result)) {
+    result = checker->OkAggiorna(VARIANT_TRUE, VARIANT_TRUE, &ok);
+  }
+  ComPtr<IErrorInfo> error;
+  GetErrorInfo(0, error.Put());
+  ScopedVariant text = ToVariant("");
+  error->GetDescription(&text->bstrVal);
+  return std::to_string(NumberOfResult(result)) + " " + CStr(FromVariant(*text));
+}
+
+// In a folder with letters of all kinds.
+TEST(Host, SaysWhatTheSiblingsAreCalled) {
+  const std::wstring folder =
+      ServerPath().substr(0, ServerPath().rfind(L'\\') + 1) + L"Perché \u03A9\u65E5 \U0001F4D2";
+  const std::wstring names = folder + L"\\KalCOGCheck20.names";
+  CreateDirectoryW(folder.c_str(), nullptr);
+  DeleteFileW(names.c_str());
+  CopyFileW(ServerPath().c_str(), (folder + L"\\KalCOGCheck20.dll").c_str(), FALSE);
+  HMODULE const server = LoadLibraryW((folder + L"\\KalCOGCheck20.dll").c_str());
+  ComPtr<IClassFactory> classObject;
+  reinterpret_cast<GetClassObjectFunction>(
+      reinterpret_cast<void*>(GetProcAddress(server, "DllGetClassObject")))(
+      kClassId, IID_IClassFactory, reinterpret_cast<void**>(classObject.Put()));
+  DeleteClasses();
+  const std::string usual =
+      "429 Can't create object Kal_CompanySettings.CompanySettings (0x800401F3)";
+  const std::string own = "429 Can't create object A.B (0x800401F3)";
+  const auto wrong = [&names](const std::string& why) {
+    return "321 " + ToUtf8(names) + ", line " + why;
+  };
+  std::string all;
+  for (const names::Key& key : names::kKeys) {
+    all += TextOf(key) + "=" + std::string(key.name) + "\r\n";
+  }
+  EXPECT_EQ(Missing(*classObject.Get()), usual);
+  const std::pair<std::string, std::string> rows[] = {
+      {"", usual},
+      {all, usual},
+      {"CompanySettings=A.B", own},
+      {"\xEF\xBB\xBF# Società\r\n\r\n \tCompanySettings =\tA.B \r\nCompanySettings.Setting = S\r\n",
+       own},
+      {"#\nTotals = A\nTotals.Compute = B\nCompanySettings = A.B", own},
+      {"\ncompanysettings = A.B", wrong("2: unknown key 'companysettings'")},
+      {"Totals.Altro = A.B", wrong("1: unknown key 'Totals.Altro'")},
+      {"Totals = A\r\nTotals = A\r\n", wrong("2: key 'Totals' for the second time")},
+      {"Totals = ", wrong("1: the name of 'Totals' is no single word")},
+      {"Totals = A # old", wrong("1: the name of 'Totals' is no single word")},
+      {"#\n#\nTotals A.B", wrong("3: no line of the form 'key = name'")},
+      {"#\nTotals = Societ\xE0", wrong("2: no text in UTF-8")}};
+  for (const auto& [text, expected] : rows) {
+    Write(names, text);
+    EXPECT_EQ(Missing(*classObject.Get()), expected) << text;
+  }
+  HANDLE const held =
+      CreateFileW(names.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_EQ(Missing(*classObject.Get()), "-2147024864 Can't read " + ToUtf8(names));
+  CloseHandle(held);
+  WriteClasses(L"");
+  const SiblingNames some(
+      "KalStatus.GetMessage=A\nDataAccess=B\nDataAccess.Execute=C\nQueryBuilder=D\n"
+      "QueryBuilder.EndAnyOf=E",
+      "");
+  EXPECT_EQ(some.NameOf(Member::KalStatus_GetMessage), "A");
+  EXPECT_EQ(some.ClassOf(Component::DataAccess), "B");
+  EXPECT_EQ(some.NameOf(Member::DataAccess_Execute), "C");
+  EXPECT_EQ(some.QueryBuilderClass(), "D");
+  EXPECT_EQ(some.NameOf(names::QueryMember::EndAnyOf), "E");
+  EXPECT_EQ(some.NameOf(names::QueryMember::Option), "Option");
 }
 
 }  // namespace
