@@ -3,6 +3,8 @@
 // host's held afterwards. Calls by name go through the members that compiled callers call.
 
 #include <gtest/gtest.h>
+#include <psapi.h>
+#include <windows.h>
 
 #include <cctype>
 #include <functional>
@@ -388,6 +390,75 @@ TEST(Checks, AnswerCompiledCallers) {
   EXPECT_EQ(nothing, 0);
   object->AddRef();
   EXPECT_EQ(object->Release(), 1U);
+}
+
+std::size_t MemoryInUse() {
+  PROCESS_MEMORY_COUNTERS counters{};
+  K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
+  return counters.PagefileUsage;
+}
+
+// 10,000 entries that end in an error of a sibling or of the host: what one of them left behind
+// would show.
+TEST(Checks, HoldNoMemoryAfterErrors) {
+  constexpr std::size_t kTolerance = 300000;  // some 40 bytes an entry
+  const EntrySets sets = MakeEntry(kManyQuestions);
+  ScriptedSiblings siblings;
+  std::size_t before = 0;
+  int errors = 0;
+  for (int entry = 0; errors < 10000; ++entry) {
+    const ComPtr<IKalCOGCheck> checker = CheckerOf(siblings, sets);
+    siblings.FailAt(1 + entry % 8);
+    counts.eventAt = entry % 2 == 0 ? 0 : 1 + entry % 40;
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    errors += FAILED(checker->OkAggiorna(VARIANT_TRUE, VARIANT_TRUE, &ok)) ? 1 : 0;
+    counts.eventAt = 0;
+    for (const auto& [member, set] : sets) {
+      set->Filter("");
+    }
+    before = entry == 3000 ? MemoryInUse() : before;
+  }
+  EXPECT_LT(MemoryInUse(), before + kTolerance);
+}
+
+// What a sibling fails with, when it is created or when it is called, arrives as the number that
+// the language has for it, and the trail says the same number.
+TEST(Checks, GiveTheNumbersOfTheLanguage) {
+  static struct Refusing final : Siblings {
+    SiblingAnswer Ask(const SiblingCall& call) override {
+      if (atCreation || call.member != Member::Create) {
+        throw RunTimeError(number, "Ospite", "guasto");
+      }
+      return {};
+    }
+    bool atCreation = false;
+    std::int32_t number = 0;
+  } refusing;
+  theSiblings = &refusing;
+  constexpr std::pair<std::uint32_t, std::int32_t> kNumbers[] = {
+      {E_INVALIDARG, 5},         {E_OUTOFMEMORY, 7},        {DISP_E_ARRAYISLOCKED, 10},
+      {DISP_E_TYPEMISMATCH, 13}, {E_ACCESSDENIED, 70},      {REGDB_E_CLASSNOTREG, 429},
+      {E_NOINTERFACE, 430},      {DISP_E_UNKNOWNNAME, 438}, {DISP_E_UNKNOWNLCID, 447},
+      {DISP_E_BADVARTYPE, 458},  {0x800706BA, 462},         {0x8007007E, -2147024770},
+      {0x800A0CC1, 3265},        {0x80040E14, -2147217900}, {70000, -2147467259}};
+  for (const auto& [result, number] : kNumbers) {
+    for (const bool atCreation : {true, false}) {
+      refusing.number = static_cast<std::int32_t>(result);
+      refusing.atCreation = atCreation;
+      const ComPtr<IKalCOGCheck> checker = MakeChecker();
+      VARIANT_BOOL ok = VARIANT_FALSE;
+      const HRESULT seen = checker->OkAggiorna(VARIANT_TRUE, VARIANT_TRUE, &ok);
+      ComPtr<IErrorInfo> error;
+      GetErrorInfo(0, error.Put());
+      ScopedVariant source = ToVariant("");
+      error->GetSource(&source->bstrVal);
+      EXPECT_EQ(seen, number < 0 ? number : static_cast<HRESULT>(0x800A0000U) + number);
+      EXPECT_EQ(CStr(FromVariant(*source)), "Errore ( " + std::to_string(number) +
+                                                " ) - Componente ( " +
+                                                (atCreation ? "Kal_COGCheck" : "Ospite") +
+                                                " )\r\nKal_COGCheck.KalCOGCheck.OkAggiorna");
+    }
+  }
 }
 
 // A result's text that finds no memory is an error of its operation.
