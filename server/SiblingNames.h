@@ -99,6 +99,7 @@ inline constexpr std::array<std::string_view, 6> kOperators = {"=", "<>", "<", "
 struct Key {
   std::string_view component;
   std::string_view member;  // none for the class
+  CallKind kind;            // Create for the class
   std::string_view name;    // the usual one
 };
 
@@ -125,15 +126,16 @@ inline constexpr std::size_t kQueryBuilderPlace = kClasses.size() + kMembers.siz
 inline constexpr auto kKeys = [] {
   std::array<Key, kQueryBuilderPlace + 1 + kQueryMembers.size()> keys;
   for (const ComponentClass& row : kClasses) {
-    keys[PlaceOf(row.component)] = {NameOf(row.component), {}, row.name};
+    keys[PlaceOf(row.component)] = {NameOf(row.component), {}, CallKind::Create, row.name};
   }
   for (std::size_t at = 0; at < kMembers.size(); ++at) {
     keys[PlaceOf(static_cast<Member>(at))] = {NameOf(kMembers[at].component), kMembers[at].name,
-                                              kMembers[at].name};
+                                              kMembers[at].kind, kMembers[at].name};
   }
-  keys[kQueryBuilderPlace] = {kQueryBuilder, {}, kQueryBuilderClass};
+  keys[kQueryBuilderPlace] = {kQueryBuilder, {}, CallKind::Create, kQueryBuilderClass};
   for (std::size_t at = 0; at < kQueryMembers.size(); ++at) {
-    keys[kQueryBuilderPlace + 1 + at] = {kQueryBuilder, kQueryMembers[at], kQueryMembers[at]};
+    keys[kQueryBuilderPlace + 1 + at] = {kQueryBuilder, kQueryMembers[at],
+                                         at == 0 ? CallKind::Put : CallKind::Do, kQueryMembers[at]};
   }
   return keys;
 }();

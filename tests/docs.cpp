@@ -134,24 +134,6 @@ std::string Messages() {
   return list;
 }
 
-// How a component or one of its members is called, as the tables of the Windows component say it.
-std::string CalledAs(const names::Key& key) {
-  constexpr const char* kKinds[] = {"class",
-                                    "method or property that answers a value",
-                                    "method",
-                                    "property that takes a value",
-                                    "property that takes a record set",
-                                    "method: query builder, answers a record set",
-                                    "method: procedure and arguments, the last an output"};
-  if (key.member.empty()) return kKinds[0];
-  for (const MemberInfo& member : kMembers) {
-    if (NameOf(member.component) == key.component && member.name == key.member) {
-      return kKinds[static_cast<std::size_t>(member.kind)];
-    }
-  }
-  return key.member == names::NameOf(names::QueryMember::Option) ? kKinds[3] : kKinds[2];
-}
-
 std::string NamesFile() {
   std::string text =
       "# How this installation calls the components that the checker asks, and their members. A "
@@ -168,8 +150,16 @@ std::string NamesFile() {
 
 std::string Make(std::string_view list) {
   if (list == "names") {
-    return Table("Key | Usual name | Called as", names::kKeys, [](const names::Key& key) {
-      return Code(TextOf(key)) + " | " + Code(key.name) + " | " + CalledAs(key);
+    return Table("Key | Usual name | What it is", names::kKeys, [](const names::Key& key) {
+      constexpr const char* kKinds[] = {"class",
+                                        "method or property, answers a value",
+                                        "method",
+                                        "property, takes a value",
+                                        "property, takes a record set",
+                                        "method, answers the record set of a query builder",
+                                        "method, its last argument is the answer"};
+      return Code(TextOf(key)) + " | " + Code(key.name) + " | " +
+             kKinds[static_cast<std::size_t>(key.kind)];
     });
   }
   if (list == "save check") return Checks(OrdineAggiorna());

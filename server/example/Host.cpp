@@ -5,7 +5,10 @@
 //
 // An accounting system has ADO record sets of its own in the place of that object.
 
-#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
+
+#include <cwchar>
 
 #include "IKalCOGCheck.h"
 
@@ -27,7 +30,7 @@ IDispatch* RecordSet(IDispatch* entry, const wchar_t* name) {
   return set.pdispVal;
 }
 
-// What a failed call leaves: the number, the trail of operations, and what was wrong.
+// What a failed call leaves: the trail of operations, and what was wrong.
 int Failed(HRESULT result) {
   BSTR source = nullptr;
   BSTR description = nullptr;
@@ -37,64 +40,57 @@ int Failed(HRESULT result) {
     error->GetDescription(&description);
     error->Release();
   }
-  std::printf("Error 0x%08lX\n%ls\n%ls\n", static_cast<unsigned long>(result),
-              source != nullptr ? source : L"", description != nullptr ? description : L"");
+  wprintf(L"Error 0x%08lX\n%ls\n%ls\n", static_cast<unsigned long>(result),
+          source != nullptr ? source : L"", description != nullptr ? description : L"");
   SysFreeString(source);
   SysFreeString(description);
   return 1;
 }
 
 int Check(IKalCOGCheck* checker, IDispatch* entry) {
-  using Assign = HRESULT (STDMETHODCALLTYPE IKalCOGCheck::*)(IDispatch*);
-  const struct {
-    const wchar_t* name;
-    Assign assign;
-  } sets[] = {{L"RsTesta", &IKalCOGCheck::putref_RsTesta},
-              {L"RsRIva", &IKalCOGCheck::putref_RsRIva},
-              {L"RsRCont", &IKalCOGCheck::putref_RsRCont},
-              {L"RsScadenze", &IKalCOGCheck::putref_RsScadenze}};
-  for (const auto& [name, assign] : sets) {
+  const auto assign = [&](const wchar_t* name, auto member) {
     IDispatch* const set = RecordSet(entry, name);
-    (checker->*assign)(set);
+    (checker->*member)(set);
     set->Release();
-  }
+  };
+  assign(L"RsTesta", &IKalCOGCheck::putref_RsTesta);
+  assign(L"RsRIva", &IKalCOGCheck::putref_RsRIva);
+  assign(L"RsRCont", &IKalCOGCheck::putref_RsRCont);
+  assign(L"RsScadenze", &IKalCOGCheck::putref_RsScadenze);
   VARIANT_BOOL ok = VARIANT_FALSE;
   BSTR blocking = nullptr;
   HRESULT result = checker->OkAggiorna(VARIANT_TRUE, VARIANT_TRUE, &ok);
-  if (SUCCEEDED(result)) {
-    result = checker->get_ErrString(&blocking);
-  }
-  if (FAILED(result)) {
+  if (FAILED(result) || FAILED(result = checker->get_ErrString(&blocking))) {
     return Failed(result);
   }
-  std::printf("May be saved: %s\n%ls\n", ok != VARIANT_FALSE ? "True" : "False", blocking);
+  wprintf(L"May be saved: %ls\n%ls\n", ok != VARIANT_FALSE ? L"True" : L"False", blocking);
   SysFreeString(blocking);
   return 0;
+}
+
+template <class Interface>
+HRESULT Create(const CLSID& id, REFIID iid, Interface** object) {
+  return CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, iid, reinterpret_cast<void**>(object));
 }
 
 }  // namespace
 
 extern "C" int wmain(int count, wchar_t** arguments) {
+  constexpr int kStandardOutput = 1;
+  _setmode(kStandardOutput, _O_U8TEXT);
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   IKalCOGCheck* checker = nullptr;
   IDispatch* entry = nullptr;
   CLSID entryClass{};
-  HRESULT result = CoCreateInstance(CLSID_KalCOGCheck, nullptr, CLSCTX_INPROC_SERVER,
-                                    IID_IKalCOGCheck, reinterpret_cast<void**>(&checker));
-  if (SUCCEEDED(result)) {
-    result = CLSIDFromProgID(count > 1 ? arguments[1] : L"", &entryClass);
+  HRESULT result = Create(CLSID_KalCOGCheck, IID_IKalCOGCheck, &checker);
+  if (FAILED(result) ||
+      FAILED(result = CLSIDFromProgID(count > 1 ? arguments[1] : L"", &entryClass)) ||
+      FAILED(result = Create(entryClass, IID_IDispatch, &entry))) {
+    return Failed(result);
   }
-  if (SUCCEEDED(result)) {
-    result = CoCreateInstance(entryClass, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                              reinterpret_cast<void**>(&entry));
-  }
-  const int status = SUCCEEDED(result) ? Check(checker, entry) : Failed(result);
-  if (entry != nullptr) {
-    entry->Release();
-  }
-  if (checker != nullptr) {
-    checker->Release();
-  }
+  const int status = Check(checker, entry);
+  entry->Release();
+  checker->Release();
   CoUninitialize();
   return status;
 }

@@ -3,8 +3,11 @@
 // host's held afterwards. Calls by name go through the members that compiled callers call.
 
 #include <gtest/gtest.h>
-#include <psapi.h>
+
+// clang-format off
 #include <windows.h>
+#include <psapi.h>  // which needs the other before it
+// clang-format on
 
 #include <cctype>
 #include <functional>
@@ -336,35 +339,9 @@ TEST(Checks, AskEveryMemberOfTheSiblings) {
             "12:AddCondition 12:P.G 12:> 2:True 12:EndAnyOf 12:AddCondition 12:P.H 12:>= 9:0.0001");
 }
 
-// Through the vtable: its first and its last members, errors, and what is kept between two calls.
-TEST(Checks, AnswerCompiledCallers) {
+// Texts pass unchanged: with a zero, beyond 16 bits, halves of pairs, an odd number of bytes.
+TEST(Checks, GiveTextsBackAsTheyWere) {
   const ComPtr<IKalCOGCheck> checker = MakeChecker();
-  DeleteClasses();
-  VARIANT_BOOL ok = VARIANT_TRUE;
-  EXPECT_EQ(checker->OkAggiorna(VARIANT_TRUE, VARIANT_TRUE, &ok),
-            static_cast<HRESULT>(0x800A01ADU));  // 429: there are no siblings
-  WriteClasses(L"");
-  EXPECT_EQ(ok, VARIANT_FALSE);
-  ComPtr<IErrorInfo> error;
-  ASSERT_EQ(GetErrorInfo(0, error.Put()), S_OK);
-  GUID from{};
-  ScopedVariant source = ToVariant("");
-  ScopedVariant description = ToVariant("");
-  error->GetGUID(&from);
-  error->GetSource(&source->bstrVal);
-  error->GetDescription(&description->bstrVal);
-  EXPECT_TRUE(from == kInterfaceId);
-  EXPECT_EQ(CStr(FromVariant(*source)),
-            "Errore ( 429 ) - Componente ( Kal_COGCheck )\r\nKal_COGCheck.KalCOGCheck.OkAggiorna");
-  EXPECT_EQ(CStr(FromVariant(*description)),
-            "Can't create object Kal_CompanySettings.CompanySettings (0x800401F3)");
-  // What nobody asked about is gone with the next call.
-  EXPECT_TRUE(FAILED(checker->OkModifica(&ok)));
-  EXPECT_EQ(checker->put_IsFromCard(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(GetErrorInfo(0, error.Put()), S_FALSE);
-  EXPECT_EQ(checker->OkModifica(nullptr), E_POINTER);
-
-  // Texts pass unchanged, with a zero, beyond 16 bits, halves of pairs, and an odd number of bytes.
   for (const std::string_view bytes :
        {"T\0\0\0p\0"sv, "\x3D\xD8\xD2\xDC"sv, "\xD2\xDC\x3D\xD8"sv, "\x3D\xD8\xAC ab"sv, "\xFF"sv,
         "\xFF\xDB\xFF\xDF\xFF\xFF\x80"sv}) {
@@ -378,18 +355,36 @@ TEST(Checks, AnswerCompiledCallers) {
                                SysStringByteLen(read->bstrVal)),
               bytes);
   }
-  const RecordsetRef header = MakeEntry("").at("RsTesta");
-  for (const long held : {1, 1, 0}) {
-    const auto set = held == 0 ? ComPtr<IDispatch>() : MakeRecordsetDouble(header);
-    EXPECT_EQ(checker->putref_RsTesta(set.Get()), S_OK);
-    EXPECT_EQ(LiveDoubles(), held);
-  }
-  const ComPtr<IDispatch> object = MakeDouble("Anything", {});
-  LONG nothing = 5;
-  EXPECT_EQ(checker->GenericFx(nullptr, object.Get(), &nothing), S_OK);
-  EXPECT_EQ(nothing, 0);
-  object->AddRef();
-  EXPECT_EQ(object->Release(), 1U);
+  EXPECT_EQ(checker->get_ErrString(nullptr), E_POINTER);
+}
+
+// By name, an object among the arguments is read before the member is called, and may let go of the
+// checker: that lives until the call by name ends.
+TEST(Checks, StayWhileAnArgumentIsRead) {
+  ScriptedSiblings siblings;
+  IKalCOGCheck* const checker = CheckerOf(siblings, {}).Detach();
+  const auto number = MakeDouble("Number", {Answers("Value", DISPATCH_PROPERTYGET, 0, [&](auto) {
+                                   checker->Release();
+                                   return 31;
+                                 })});
+  VARIANT arguments[2] = {};  // the last one first
+  arguments[0].vt = VT_I2;
+  arguments[1].vt = VT_DISPATCH;
+  arguments[1].pdispVal = number.Get();
+  DISPPARAMS parameters = {arguments, nullptr, 2, 0};
+  ScopedVariant answer;
+  HRESULT unloading = E_FAIL;
+  const auto usual = std::exchange(counts.event, [&unloading] {
+    unloading = ServerFunction<HRESULT(STDAPICALLTYPE*)()>("DllCanUnloadNow")();
+  });
+  counts.eventAt = 2;  // the first call of a sibling
+  constexpr DISPID kLeggiIdPrimaNota = 31;
+  EXPECT_EQ(checker->Invoke(kLeggiIdPrimaNota, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                            &parameters, &*answer, nullptr, nullptr),
+            S_OK);
+  counts.event = usual;
+  EXPECT_EQ(unloading, S_FALSE);
+  EXPECT_TRUE(Identical(FromVariant(*answer), -1));
 }
 
 std::size_t MemoryInUse() {
@@ -440,7 +435,8 @@ TEST(Checks, GiveTheNumbersOfTheLanguage) {
       {DISP_E_TYPEMISMATCH, 13}, {E_ACCESSDENIED, 70},      {REGDB_E_CLASSNOTREG, 429},
       {E_NOINTERFACE, 430},      {DISP_E_UNKNOWNNAME, 438}, {DISP_E_UNKNOWNLCID, 447},
       {DISP_E_BADVARTYPE, 458},  {0x800706BA, 462},         {0x8007007E, -2147024770},
-      {0x800A0CC1, 3265},        {0x80040E14, -2147217900}, {70000, -2147467259}};
+      {0x800A0CC1, 3265},        {0x800AFFFF, 65535},       {0x80040E14, -2147217900},
+      {70000, -2147467259}};
   for (const auto& [result, number] : kNumbers) {
     for (const bool atCreation : {true, false}) {
       refusing.number = static_cast<std::int32_t>(result);
@@ -450,13 +446,20 @@ TEST(Checks, GiveTheNumbersOfTheLanguage) {
       const HRESULT seen = checker->OkAggiorna(VARIANT_TRUE, VARIANT_TRUE, &ok);
       ComPtr<IErrorInfo> error;
       GetErrorInfo(0, error.Put());
+      GUID from{};
       ScopedVariant source = ToVariant("");
+      error->GetGUID(&from);
       error->GetSource(&source->bstrVal);
+      EXPECT_TRUE(from == kInterfaceId);
       EXPECT_EQ(seen, number < 0 ? number : static_cast<HRESULT>(0x800A0000U) + number);
       EXPECT_EQ(CStr(FromVariant(*source)), "Errore ( " + std::to_string(number) +
                                                 " ) - Componente ( " +
                                                 (atCreation ? "Kal_COGCheck" : "Ospite") +
                                                 " )\r\nKal_COGCheck.KalCOGCheck.OkAggiorna");
+      // What nobody asks about is gone with the next call.
+      checker->OkAggiorna(VARIANT_TRUE, VARIANT_TRUE, &ok);
+      EXPECT_EQ(checker->put_IsFromCard(VARIANT_TRUE), S_OK);
+      EXPECT_EQ(GetErrorInfo(0, error.Put()), S_FALSE);
     }
   }
 }
