@@ -10,18 +10,16 @@ std::wstring ServerPath() {
   return path.substr(0, path.rfind(L'\\') + 1) + L"KalCOGCheck20.dll";
 }
 
-ImportedInstead::ImportedInstead(const char* dll, const char* function, void* instead)
-    : usual_(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(dll), function))) {
-  const HMODULE server = GetModuleHandleW(ServerPath().c_str());
-  auto* const base = reinterpret_cast<char*>(server);
+void*& PlaceOfImport(const char* dll, const char* function) {
+  auto* const server = reinterpret_cast<char*>(GetModuleHandleW(ServerPath().c_str()));
   const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(
-      base + reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
+      server + reinterpret_cast<const IMAGE_DOS_HEADER*>(server)->e_lfanew);
   const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
-  place_ = reinterpret_cast<void**>(base + table.VirtualAddress);
+  auto** const places = reinterpret_cast<void**>(server + table.VirtualAddress);
   DWORD ignored = 0;
-  VirtualProtect(place_, table.Size, PAGE_READWRITE, &ignored);
-  place_ = std::find(place_, place_ + table.Size / sizeof(void*), usual_);
-  *place_ = instead;
+  VirtualProtect(places, table.Size, PAGE_READWRITE, &ignored);
+  return *std::find(places, places + table.Size / sizeof(void*),
+                    reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(dll), function)));
 }
 
 ComPtr<IKalCOGCheck> MakeChecker() {

@@ -18,18 +18,8 @@ template <class Function>
 }
 using GetClassObjectFunction = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
 
-// While it lives, the DLL calls that function in the place of one that it imports.
-class ImportedInstead {
- public:
-  ImportedInstead(const char* dll, const char* function, void* instead);
-  ImportedInstead(const ImportedInstead&) = delete;
-  ImportedInstead& operator=(const ImportedInstead&) = delete;
-  ~ImportedInstead() { *place_ = usual_; }
-
- private:
-  void** place_ = nullptr;
-  void* usual_;
-};
+// Where the DLL keeps the address of a function that it imports.
+[[nodiscard]] void*& PlaceOfImport(const char* dll, const char* function);
 
 // A checker straight from the DLL, without the registry.
 [[nodiscard]] ComPtr<IKalCOGCheck> MakeChecker();
