@@ -2,8 +2,8 @@
 //
 // A host may compute with less precision, round otherwise, and want to be interrupted by what
 // others pass over; what has been raised so far is its own to ask for. The component computes with
-// the settings of its other builds, so that amounts are the same whoever calls. While it calls the
-// host's objects the host's settings are in force, and afterwards everything is as it was.
+// the settings of its other builds, so that amounts are the same whoever calls. While a member of
+// one of the host's objects runs the host's settings are in force, and afterwards all is as it was.
 
 #pragma once
 

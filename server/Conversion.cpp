@@ -63,6 +63,8 @@ std::string BytesInAutomation(std::string_view text) {
     const char32_t character = TakeCharacter(text);
     if (character >= kLastByte) {
       bytes += static_cast<char>(character & 0xFF);
+      bytes.append(text.empty() ? 0 : 1,
+                   '\0');  // within a text that was put together, a whole unit
     } else if (character >= kFirstOfPairs) {
       append(kHighHalf | (character - kFirstOfPairs) >> kBitsOfHalf);
       append(kLowHalf | (character & kHalfMask));

@@ -84,9 +84,6 @@ inline constexpr std::array<std::string_view, 11> kQueryMembers = {
 inline constexpr std::array<std::int16_t, 2> kJoinKinds = {1, 2};
 inline constexpr std::array<std::string_view, 6> kOperators = {"=", "<>", "<", "<=", ">", ">="};
 
-[[nodiscard]] constexpr std::string_view NameOf(QueryMember member) {
-  return kQueryMembers[static_cast<std::size_t>(member)];
-}
 [[nodiscard]] constexpr std::int16_t NumberOf(JoinKind kind) {
   return kJoinKinds[static_cast<std::size_t>(kind)];
 }
