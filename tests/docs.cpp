@@ -136,11 +136,10 @@ std::string Messages() {
 
 std::string NamesFile() {
   std::string text =
-      "# How this installation calls the components that the checker asks, and their members. A "
-      "line\n"
-      "# \"key = name\" says what is called otherwise than it stands here: take its # away and "
-      "change\n"
-      "# the name. Read whenever a checker is created, from the folder of KalCOGCheck20.dll.\n";
+      R"(# How this installation calls the components that the checker asks, and their members. A line
+# "key = name" says what is called otherwise than it stands here: take its # away and change
+# the name. Read whenever a checker is created, from the folder of KalCOGCheck20.dll.
+)";
   for (const names::Key& key : names::kKeys) {
     text += std::string(key.member.empty() ? "\n" : "") + "# " + TextOf(key) + " = " +
             std::string(key.name) + '\n';

@@ -347,6 +347,8 @@ TEST(Checks, GiveTextsBackAsTheyWere) {
               bytes);
   }
   EXPECT_EQ(checker->get_ErrString(nullptr), E_POINTER);
+  // A single byte within a text is a character of it, what is no UTF-8 is replaced.
+  EXPECT_TRUE(ToUtf16("\xF4\x90\x82\x80z\xC3") == L"\u0080z\uFFFD");
 }
 
 // By name, an object among the arguments is read before the member is called, and may let go of the
