@@ -42,3 +42,8 @@ list(TRANSFORM KAL_CORE_FOLDERS REPLACE "(.+)" "${KAL_ROOT}/\\1/*.cpp" OUTPUT_VA
 file(GLOB KAL_CORE_SOURCES CONFIGURE_DEPENDS ${KAL_CORE_GLOBS})
 add_library(kal_core STATIC ${KAL_CORE_SOURCES})
 target_link_libraries(kal_core PUBLIC kal_options)
+
+# Conversations with siblings, written down and played back; for any host.
+file(GLOB KAL_RECORDS_SOURCES CONFIGURE_DEPENDS ${KAL_ROOT}/records/*.cpp)
+add_library(kal_records STATIC ${KAL_RECORDS_SOURCES})
+target_link_libraries(kal_records PUBLIC kal_core)

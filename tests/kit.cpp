@@ -226,11 +226,11 @@ class ForeignRecordset final : public WrappedRecordset {
       : WrappedRecordset(std::move(inner)), time_(time), lacks_(std::move(lacks)) {}
 
  private:
-  Recordset& On(std::string_view /*call*/, std::string_view with) override {
-    if (!with.empty() && with == lacks_) {
+  void Through(std::string_view /*member*/, std::string_view of, const Call& call) override {
+    if (!of.empty() && of == lacks_) {
       Raise(RunTime::NoSuchField, lacks_, kRecordsetSource);
     }
-    return *inner_;
+    call();
   }
   Variant Read(const Field& field, bool isFirst) override {
     Variant value = WithTime(field.Value(), time_);
