@@ -21,20 +21,26 @@ using records::IsQuestion;
 using records::SetFault;
 using records::SetMoves;
 
-template <class Number>
-std::string NumberText(Number number) {
-  constexpr std::size_t kLongest = 32;
-  std::array<char, kLongest> digits{};
-  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  return {digits.data(), end};
-}
-
+// What stands in a JSON text as it is: no quotes, no backslashes, no control characters, and
+// nothing beyond ASCII, which would have to be UTF-8.
 bool IsPlain(std::string_view text) {
-  return std::ranges::all_of(
-      text, [](char c) { return c >= ' ' && c < '\x7F' && c != '"' && c != '\\'; });
+  bool plain = true;  // without a way out of the loop it takes many bytes at a time
+  for (const char c : text) {
+    plain = plain & (c >= ' ') & (c != '\x7F') & (c != '"') & (c != '\\');
+  }
+  return plain;
 }
 
-bool IsUtf8(std::string_view text) { return ReadJson(QuotedText(text)).value.text == text; }
+// How often the character stands there that takes the place of what is no UTF-8.
+std::size_t Replacements(std::string_view text) {
+  constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+  std::size_t count = 0;
+  for (std::size_t at = text.find(kReplacement); at != text.npos;
+       at = text.find(kReplacement, at + 1)) {
+    ++count;
+  }
+  return count;
+}
 
 class Writer {
  public:
@@ -46,6 +52,13 @@ class Writer {
 
  private:
   void Raw(std::string_view text) { target_ += text; }
+  template <class Digits>
+  void Number(Digits number) {
+    constexpr std::size_t kLongest = 32;
+    std::array<char, kLongest> digits;
+    const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    target_.append(digits.data(), end);
+  }
   void Quoted(std::string_view text) {
     if (IsPlain(text)) {
       target_ += '"';
@@ -66,16 +79,17 @@ class Writer {
     }
     Raw("]");
   }
-  // A value with the letter of its type.
-  void Marked(std::string_view letter, std::string_view text) {
-    Raw("{\"");
-    Raw(letter);
-    Raw("\":");
-    Raw(text);
-    Raw("}");
+  // A value with the letter of its type: a number, or a text that holds one.
+  template <class Digits>
+  void Marked(std::string_view front, Digits number, std::string_view back) {
+    Raw(front);
+    Number(number);
+    Raw(back);
   }
-  void MarkedText(std::string_view letter, std::string_view text) {
-    Marked(letter, "\"" + std::string(text) + "\"");
+  void MarkedText(std::string_view front, std::string_view text) {
+    Raw(front);
+    Raw(text);
+    Raw("\"}");
   }
 
   void Write(const Variant& value) {
@@ -88,21 +102,21 @@ class Writer {
       case Type::Boolean:
         return Raw(CBool(value) ? "true" : "false");
       case Type::TinyInt:
-        return Marked("y", NumberText(CLng(value)));
+        return Marked("{\"y\":", CLng(value), "}");
       case Type::SmallInt:
-        return Marked("i", NumberText(CLng(value)));
+        return Marked("{\"i\":", CLng(value), "}");
       case Type::Integer:
-        return Raw(NumberText(CLng(value)));
+        return Number(CLng(value));
       case Type::BigInt:
-        return MarkedText("q", NumberText(*value.As<std::int64_t>()));
+        return Marked("{\"q\":\"", *value.As<std::int64_t>(), "\"}");
       case Type::Single:
-        return MarkedText("s", NumberText(*value.As<float>()));
+        return Marked("{\"s\":\"", *value.As<float>(), "\"}");
       case Type::Double:
-        return MarkedText("f", NumberText(*value.As<double>()));
+        return Marked("{\"f\":\"", *value.As<double>(), "\"}");
       case Type::Currency:
-        return MarkedText("m", value.As<Currency>()->ToFixedText());
+        return MarkedText("{\"m\":\"", value.As<Currency>()->ToFixedText());
       case Type::Decimal:
-        return MarkedText("n", value.As<Decimal>()->ToText());
+        return MarkedText("{\"n\":\"", value.As<Decimal>()->ToText());
       case Type::Date:
         return Write(*value.As<Date>());
       case Type::Text:
@@ -112,15 +126,18 @@ class Writer {
   // A day as such; with a time of day the serial number, which tells it exactly.
   void Write(Date date) {
     if (date.WithoutTime() == date) {
-      MarkedText("d", date.ToIso());
+      MarkedText("{\"d\":\"", date.ToIso());
     } else {
-      MarkedText("dt", NumberText(date.Serial()));
+      Marked("{\"dt\":\"", date.Serial(), "\"}");
     }
   }
   // What is no UTF-8 byte by byte, which JSON could not hold.
   void WriteText(std::string_view text) {
-    if (IsPlain(text) || IsUtf8(text)) {
+    if (IsPlain(text)) {
       return Quoted(text);
+    }
+    if (const std::string quoted = QuotedText(text); Replacements(quoted) == Replacements(text)) {
+      return Raw(quoted);
     }
     constexpr std::string_view kDigits = "0123456789abcdef";
     constexpr unsigned kHalf = 4;
@@ -130,7 +147,7 @@ class Writer {
       digits += kDigits[byte >> kHalf];
       digits += kDigits[byte & 0xFU];
     }
-    MarkedText("x", digits);
+    MarkedText("{\"x\":\"", digits);
   }
 
   void Write(const std::vector<Variant>& values) {
@@ -138,7 +155,7 @@ class Writer {
   }
   void Write(const RunTimeError& error) {
     Raw("{\"number\":");
-    Raw(NumberText(error.Number()));
+    Number(error.Number());
     Raw(",\"source\":");
     Quoted(error.Source());
     Raw(",\"description\":");
@@ -188,7 +205,7 @@ class Writer {
     Quoted(query.Text(what.Table()));
     if (what.Option() != 0) {
       Raw(",\"option\":");
-      Raw(NumberText(what.Option()));
+      Number(what.Option());
     }
     Raw(",\"columns\":");
     List(what.Columns(), [&](std::string_view columns) { Quoted(query.Text(columns)); });
@@ -230,7 +247,7 @@ class Writer {
       if (known != kTypes.end()) {
         Quoted(known->letter);
       } else {
-        Raw(NumberText(static_cast<std::int32_t>(column.type)));
+        Number(static_cast<std::int32_t>(column.type));
       }
       Raw("]");
     });
@@ -253,7 +270,7 @@ class Writer {
       WriteText(fault.of);
     }
     Raw(",\"time\":");
-    Raw(NumberText(fault.time));
+    Number(fault.time);
     Raw(",\"error\":");
     Write(fault.error);
     Raw("}");
@@ -275,7 +292,7 @@ class Writer {
     }
     if (moves.next > 0) {
       key("\"next\":");
-      Raw(NumberText(moves.next));
+      Number(moves.next);
     }
     Raw("}");
   }
@@ -294,7 +311,7 @@ class Writer {
       Write(*exchange.rows);
       if (exchange.editMode != EditMode::None) {
         Raw(",\"EditMode\":");
-        Raw(NumberText(static_cast<std::int32_t>(exchange.editMode)));
+        Number(static_cast<std::int32_t>(exchange.editMode));
       }
     }
   }
@@ -306,7 +323,7 @@ class Writer {
     Raw("\"");
     if (!IsQuestion(exchange.Kind())) {
       Raw(",\"time\":");
-      Raw(NumberText(exchange.time));
+      Number(exchange.time);
     }
     if (exchange.selection != nullptr) {
       Raw(",\"selection\":");
@@ -339,10 +356,14 @@ class Writer {
 void AppendOnOneLine(std::string& target, std::string_view json) {
   json.remove_suffix(json.size() - (json.find_last_not_of(" \t\r\n") + 1));
   json.remove_prefix(std::min(json.find_first_not_of(" \t\r\n"), json.size()));
-  const auto start = static_cast<std::ptrdiff_t>(target.size());
-  target += json;
-  std::replace(target.begin() + start, target.end(), '\n', ' ');
-  std::replace(target.begin() + start, target.end(), '\r', ' ');
+  for (std::size_t end = 0; !json.empty(); json.remove_prefix(end)) {
+    end = std::min(json.find('\n'), json.size());
+    target += json.substr(0, end);
+    if (end < json.size()) {
+      target += ' ';
+      ++end;
+    }
+  }
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "company/Company.h"
 #include "host/EntryReader.h"
 #include "platform/WrappedRecordset.h"
+#include "records/Conversation.h"
 #include "siblings/Siblings.h"
 
 namespace kal::test {
@@ -63,6 +64,9 @@ struct OpenedCompany : TestCompany {
   company::Company company{Text()};
   CodedSiblings siblings{company.Siblings()};
 };
+
+// A conversation as its recording gives it again.
+[[nodiscard]] records::Conversation WrittenAndRead(const records::Conversation& conversation);
 
 // An entry as JSON text: one of acquisto, vendita, corrispettivi, giroconto, with changes, one
 // after another, separated by ";". T stands for RsTesta, C for RsRCont, I for RsRIva, S for
