@@ -1,5 +1,5 @@
 # What the native build and the Windows server's have in common: the language, the options of every
-# target, the version as it is shown, and the portable core. Included after project().
+# target, the version as it is shown, the portable core and the recordings. Included after project().
 get_filename_component(KAL_ROOT ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
 
 set(CMAKE_CXX_STANDARD 20)

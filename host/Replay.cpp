@@ -91,13 +91,14 @@ std::string Shown(const JsonValue& object, std::string_view key) {
   return shown;
 }
 
-std::string ShownFinding(const JsonValue& finding) {
+std::string ShownFinding(const JsonValue& finding, Language language) {
   const std::string code = Shown(finding, "code");
   std::string shown =
       Shown(finding, "string") + (code == "null" ? "" : " " + code) + " " + Shown(finding, "check");
   const JsonValue* const at = finding.Find("at");
   if (at != nullptr && at->keys.size() == 1) {
-    shown += " (" + at->keys.front() + " row " + ToText(at->items.front()) + ")";
+    shown += " (" + at->keys.front() + Wording{" riga ", " row "}.In(language) +
+             ToText(at->items.front()) + ")";
   }
   return shown + ": " + std::string(WithoutLineEnd(Shown(finding, "text")));
 }
@@ -133,10 +134,10 @@ class BlockWriter {
       }
     }
     for (const JsonValue* const finding : apart.recorded) {
-      Line(kThen, ShownFinding(*finding));
+      Line(kThen, ShownFinding(*finding, language_));
     }
     for (const JsonValue* const finding : apart.now) {
-      Line(kNow, ShownFinding(*finding));
+      Line(kNow, ShownFinding(*finding, language_));
     }
     for (const std::string& question : replayed_.notRecorded) {
       Line({"domanda non registrata", "question that was not recorded"}, question);
@@ -172,6 +173,28 @@ std::optional<JsonValue> ReadResult(std::string_view text) {
   return std::move(json.value);
 }
 
+// The player; but a message that was not needed then is answered with its code, as a company does
+// that has no text for it, so that a finding that is new is shown as one.
+class PlayerWithCodes final : public Siblings {
+ public:
+  explicit PlayerWithCodes(records::Player& player) : player_(player) {}
+
+  SiblingAnswer Ask(const SiblingCall& call) override {
+    const std::size_t before = player_.NotRecorded().size();
+    try {
+      return player_.Ask(call);
+    } catch (const RunTimeError&) {
+      if (call.member != Member::KalStatus_GetMessage || player_.NotRecorded().size() == before) {
+        throw;
+      }
+      return {"[" + CStr(call.values.front()) + "]"};
+    }
+  }
+
+ private:
+  records::Player& player_;
+};
+
 Replayed Unreadable(Replayed replayed, std::string error) {
   replayed.again = Again::Unreadable;
   replayed.error = std::move(error);
@@ -190,7 +213,8 @@ Replayed Replay(const EntryText& line) {
     return Unreadable(std::move(replayed), reading.error);
   }
   records::Player player(reading.recording->conversation);
-  const Outcome outcome = DecideAgain(reading.recording->entry, player);
+  PlayerWithCodes siblings(player);
+  const Outcome outcome = DecideAgain(reading.recording->entry, siblings);
   replayed.id = outcome.id;
   if (!outcome.inputError.empty()) {
     return Unreadable(std::move(replayed), "the entry: " + outcome.inputError);

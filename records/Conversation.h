@@ -53,7 +53,8 @@ struct Exchange {
   // data is asked for, the date of the fiscal year.
   std::vector<Variant> about{};
   std::shared_ptr<const Selection> selection{};  // of DataAccess.Open
-  std::string name{};                            // that stands for its "?"
+  // What stands for the selection's "?": a "?" where its texts are whole.
+  std::string name{kGivenName};
   std::size_t time = 0;  // of a call that answers nothing: which of its member, counted from 1
 
   // What came back: an error, or else a value, or the rows of a record set, all of them whatever

@@ -134,7 +134,9 @@ SiblingAnswer Recorder::Ask(const SiblingCall& call) {
   // Before the call, which may take them away.
   if (call.query != nullptr) {
     exchange.selection = Kept(*call.query);
-    exchange.name = call.query->IsConstant() ? call.query->Name() : "";
+    if (call.query->IsConstant()) {
+      exchange.name = call.query->Name();
+    }
     exchange.with.assign(call.query->Values().begin(), call.query->Values().end());
   } else {
     exchange.with.assign(call.values.begin(), call.values.end());

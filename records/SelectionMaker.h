@@ -2,7 +2,8 @@
 //
 // It is told the parts in the order of siblings/Selection.h: the conditions behind a table to join
 // belong to that table until Where says that those of the selection follow. More parts than a
-// selection holds raise std::length_error.
+// selection holds raise std::length_error. The texts are whole: a query of such a selection has the
+// name "?", so that a "?" in them stays one.
 
 #pragma once
 
