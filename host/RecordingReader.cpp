@@ -465,7 +465,7 @@ Exchange ReadExchange(const JsonValue& value) {
   }
   const std::string_view answer = isSelection ? "rows" : "answer";
   if (IsQuestion(exchange.Kind()) && !exchange.error && value.Find(answer) == nullptr) {
-    Refuse("there is neither \"" + std::string(answer) + "\" nor \"error\"");
+    Refuse("there is neither \"" + std::string(answer) + R"(" nor "error")");
   }
   return exchange;
 }

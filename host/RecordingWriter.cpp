@@ -108,15 +108,15 @@ class Writer {
       case Type::Integer:
         return Number(CLng(value));
       case Type::BigInt:
-        return Marked("{\"q\":\"", *value.As<std::int64_t>(), "\"}");
+        return Marked(R"({"q":")", *value.As<std::int64_t>(), "\"}");
       case Type::Single:
-        return Marked("{\"s\":\"", *value.As<float>(), "\"}");
+        return Marked(R"({"s":")", *value.As<float>(), "\"}");
       case Type::Double:
-        return Marked("{\"f\":\"", *value.As<double>(), "\"}");
+        return Marked(R"({"f":")", *value.As<double>(), "\"}");
       case Type::Currency:
-        return MarkedText("{\"m\":\"", value.As<Currency>()->ToFixedText());
+        return MarkedText(R"({"m":")", value.As<Currency>()->ToFixedText());
       case Type::Decimal:
-        return MarkedText("{\"n\":\"", value.As<Decimal>()->ToText());
+        return MarkedText(R"({"n":")", value.As<Decimal>()->ToText());
       case Type::Date:
         return Write(*value.As<Date>());
       case Type::Text:
@@ -126,9 +126,9 @@ class Writer {
   // A day as such; with a time of day the serial number, which tells it exactly.
   void Write(Date date) {
     if (date.WithoutTime() == date) {
-      MarkedText("{\"d\":\"", date.ToIso());
+      MarkedText(R"({"d":")", date.ToIso());
     } else {
-      Marked("{\"dt\":\"", date.Serial(), "\"}");
+      Marked(R"({"dt":")", date.Serial(), "\"}");
     }
   }
   // What is no UTF-8 byte by byte, which JSON could not hold.
@@ -147,7 +147,7 @@ class Writer {
       digits += kDigits[byte >> kHalf];
       digits += kDigits[byte & 0xFU];
     }
-    MarkedText("{\"x\":\"", digits);
+    MarkedText(R"({"x":")", digits);
   }
 
   void Write(const std::vector<Variant>& values) {
@@ -212,9 +212,9 @@ class Writer {
     if (what.Joins().Size() > 0) {
       Raw(",\"joins\":");
       List(what.Joins(), [&](const Selection::Join& join) {
-        Raw("{\"kind\":\"");
+        Raw(R"({"kind":")");
         Raw(kJoinKinds[static_cast<std::size_t>(join.kind)]);
-        Raw("\",\"table\":");
+        Raw(R"(","table":)");
         Quoted(query.Text(join.table));
         WriteConditions(",\"on\":", query, join.on);
         Raw("}");
@@ -316,7 +316,7 @@ class Writer {
     }
   }
   void Write(const Exchange& exchange) {
-    Raw("{\"ask\":\"");
+    Raw(R"({"ask":")");
     Raw(NameOf(exchange.component));
     Raw(".");
     Raw(exchange.Name());
@@ -370,7 +370,7 @@ void AppendOnOneLine(std::string& target, std::string_view json) {
 
 void AppendRecording(std::string& target, std::string_view entry, const Conversation& conversation,
                      std::string_view result) {
-  target += "{\"recording\":1,\"entry\":";
+  target += R"({"recording":1,"entry":)";
   AppendOnOneLine(target, entry);
   target += ",\"conversation\":";
   Writer(target).Write(conversation);

@@ -68,7 +68,9 @@ class WrappedRecordset : public Recordset {
   RecordsetRef inner_;
 
  private:
-  class WrappedField final : public Field {
+  // Final, never owned as Field.
+  class WrappedField final  // NOLINT(cppcoreguidelines-virtual-class-destructor)
+      : public Field {
    public:
     WrappedField(WrappedRecordset& set, std::string of, const Field& inner, bool isFirst)
         : set_(set), of_(std::move(of)), inner_(inner), isFirst_(isFirst) {}

@@ -85,4 +85,9 @@ using Conversation = std::vector<Exchange>;
   return kind == CallKind::Get || kind == CallKind::Open || kind == CallKind::Execute;
 }
 
+// Raises what was recorded.
+[[noreturn]] inline void RaiseAgain(const RunTimeError& error) {
+  throw RunTimeError(error.Number(), error.Source(), error.Description());
+}
+
 }  // namespace kal::records

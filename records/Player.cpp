@@ -127,7 +127,7 @@ class FailingSet final : public WrappedRecordset {
     const std::size_t time = counts_.Next(member, of);
     for (const SetFault& fault : faults_) {
       if (fault.time == time && fault.member == member && fault.of == of) {
-        throw fault.error;
+        RaiseAgain(fault.error);
       }
     }
     call();
@@ -210,7 +210,7 @@ void Player::Do(const SiblingCall& call, Told* told) {
     Play(exchange.moves, *told->given);
   }
   if (exchange.error) {
-    throw *exchange.error;
+    RaiseAgain(*exchange.error);
   }
 }
 
@@ -230,7 +230,7 @@ SiblingAnswer Player::Ask(const SiblingCall& call) {
       Play(exchange.moves, *told->given);
     }
     if (exchange.error) {
-      throw *exchange.error;
+      RaiseAgain(*exchange.error);
     }
     answer.value = exchange.answer;
     if (exchange.rows != nullptr) {

@@ -165,7 +165,7 @@ SiblingAnswer Recorder::Ask(const SiblingCall& call) {
   if (isQuestion || exchange.error || !exchange.moves.None()) {
     conversation_.push_back(std::move(exchange));
     if (conversation_.back().error) {
-      throw *conversation_.back().error;
+      RaiseAgain(*conversation_.back().error);
     }
   }
   return answer;

@@ -24,7 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 using records::Conversation;
-using records::Exchange;
 
 struct Ran {
   int status;
@@ -32,7 +31,7 @@ struct Ran {
   std::string err;
 };
 
-Ran RunWith(std::vector<std::string> arguments, const std::string& input = "") {
+Ran RunWith(const std::vector<std::string>& arguments, const std::string& input = "") {
   std::vector<const char*> given = {"kalcogcheck"};
   for (const std::string& argument : arguments) given.push_back(argument.c_str());
   std::istringstream in(input);
@@ -63,7 +62,7 @@ class Records : public testing::Test {
 // All samples, by several workers, between entries that can't be read: the answers are those of a
 // run without recording, the recording holds the decided ones in their order, and replaying gives
 // each of them again.
-TEST_F(Records, SamplesAreDecidedAgainAsTheyWere) {
+TEST_F(Records, ThreadsDecideSamplesAgainAsTheyWere) {
   const test::ScratchPath record;
   std::vector<std::string> check = {"check", "--json", "--jobs", "5", "--company", company_.Text()};
   for (const fs::path& file : fs::directory_iterator(fs::path(KAL_SOURCE_DIR) / "host/samples")) {
