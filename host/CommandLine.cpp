@@ -338,9 +338,8 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   app.require_subcommand(1);
   app.footer(
       "Exit status: 0 every entry answered True, 1 at least one False, 2 at least one could not "
-      "be checked or the call was wrong. Of replay: 0 all as recorded, 1 at least one differs, 2 "
-      "at "
-      "least one could not be read.");
+      "be checked or the call was wrong. Of replay: 0 all as recorded, 1 at least one different, "
+      "2 at least one could not be read.");
 
   CLI::App* const init = app.add_subcommand("init", "Make an embedded company");
   init->add_option("COMPANY", options.newCompany, "The file to make")->required();

@@ -370,6 +370,9 @@ void AppendOnOneLine(std::string& target, std::string_view json) {
 
 void AppendRecording(std::string& target, std::string_view entry, const Conversation& conversation,
                      std::string_view result) {
+  constexpr std::size_t kUsualQuestion = 250;
+  target.reserve(target.size() + entry.size() + result.size() +
+                 conversation.size() * kUsualQuestion);
   target += R"({"recording":1,"entry":)";
   AppendOnOneLine(target, entry);
   target += ",\"conversation\":";
