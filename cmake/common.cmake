@@ -1,5 +1,5 @@
 # What the native build and the Windows server's have in common: the language, the options of every
-# target, the version as it is shown, and the portable core. Included after project().
+# target, the version as it is shown, the portable core and the recordings. Included after project().
 get_filename_component(KAL_ROOT ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
 
 set(CMAKE_CXX_STANDARD 20)
@@ -42,3 +42,8 @@ list(TRANSFORM KAL_CORE_FOLDERS REPLACE "(.+)" "${KAL_ROOT}/\\1/*.cpp" OUTPUT_VA
 file(GLOB KAL_CORE_SOURCES CONFIGURE_DEPENDS ${KAL_CORE_GLOBS})
 add_library(kal_core STATIC ${KAL_CORE_SOURCES})
 target_link_libraries(kal_core PUBLIC kal_options)
+
+# Conversations with siblings, written down and played back; for any host.
+file(GLOB KAL_RECORDS_SOURCES CONFIGURE_DEPENDS ${KAL_ROOT}/records/*.cpp)
+add_library(kal_records STATIC ${KAL_RECORDS_SOURCES})
+target_link_libraries(kal_records PUBLIC kal_core)

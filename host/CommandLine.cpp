@@ -5,11 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,8 +19,12 @@
 #include "host/EntryFile.h"
 #include "host/ExplainPages.h"
 #include "host/FlawReport.h"
+#include "host/Input.h"
 #include "host/Interrupt.h"
 #include "host/Progress.h"
+#include "host/RecordingFile.h"
+#include "host/RecordingText.h"
+#include "host/Replay.h"
 #include "host/Report.h"
 #include "host/Runner.h"
 #include "host/Workers.h"
@@ -34,7 +33,6 @@ namespace kal::host {
 namespace {
 
 constexpr const char* kVersion = "kalcogcheck " KAL_VERSION;
-constexpr std::string_view kStandardInput = "-";
 constexpr unsigned kMostJobs = 256;
 
 struct Options {
@@ -46,6 +44,7 @@ struct Options {
   std::string page;  // of explain: a code or a name
   bool listPages = false;
   std::string language = "it";
+  std::string recording;  // of check: the file to write
   unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
   std::vector<std::string> files;
 };
@@ -66,166 +65,79 @@ int Complain(const Streams& streams, const std::string& message) {
   return kExitTrouble;
 }
 
-// Bytes of all files; 0 when one of them has no size, as a pipe has none.
-std::uintmax_t SizeOf(const std::vector<std::string>& files) {
-  std::uintmax_t total = 0;
-  for (const std::string& file : files) {
-    std::error_code none;
-    const std::uintmax_t size = std::filesystem::file_size(file, none);
-    if (file == kStandardInput || none) {
-      return 0;
-    }
-    total += size;
-  }
-  return total;
-}
-
-// The entries of all files, one after the other.
-class Input {
- public:
-  Input(const std::vector<std::string>& files, std::istream& standardInput)
-      : files_(files), standardInput_(standardInput), size_(SizeOf(files)) {}
-
-  // Bytes of all files; 0 when it is not known.
-  [[nodiscard]] std::uintmax_t Size() const { return size_; }
-
-  // Nothing at the end.
-  std::optional<Asked> Next() {
-    for (;;) {
-      if (entries_) {
-        if (std::optional<EntryText> entry = entries_->Next()) {
-          return Asked{*std::move(entry), bytesBefore_ + entries_->BytesRead()};
-        }
-        bytesBefore_ += entries_->BytesRead();
-        entries_.reset();
-      }
-      if (opened_ == files_.size()) {
-        return std::nullopt;
-      }
-      const std::string& file = files_[opened_++];
-      if (file == kStandardInput) {
-        entries_.emplace(standardInput_, "standard input");
-        continue;
-      }
-      stream_ = std::ifstream(file, std::ios::binary);
-      if (!stream_) {
-        const std::string why = std::string("the file can't be opened: ") + std::strerror(errno);
-        return Asked{{"", file, why}, bytesBefore_};
-      }
-      entries_.emplace(stream_, file);
-    }
-  }
-
-  // The next entry and, from files of known size, some more: whoever feeds entries one by one
-  // waits for each answer.
-  std::vector<Asked> NextFew() {
-    constexpr std::size_t kBytes = 1U << 15U;
-    std::vector<Asked> few;
-    for (std::size_t bytes = 0; bytes < kBytes; bytes += few.back().entry.text.size()) {
-      std::optional<Asked> next = Next();
-      if (!next) {
-        break;
-      }
-      few.push_back(*std::move(next));
-      if (size_ == 0) {
-        break;
-      }
-    }
-    return few;
-  }
-
- private:
-  const std::vector<std::string>& files_;
-  std::istream& standardInput_;
-  std::uintmax_t size_;
-  std::size_t opened_ = 0;
-  std::uintmax_t bytesBefore_ = 0;
-  std::ifstream stream_;
-  std::optional<EntryFile> entries_;
-};
-
-// So many entries are checked one by one, each answered before the next is read, before more
-// workers than one are worth their start.
+// So many entries are answered one by one, each before the next is read, before more workers than
+// one are worth their start.
 constexpr std::size_t kEntriesBeforeWorkers = 64;
 
-// One run of check.
-class CheckRun {
+// One run of a command that answers entries: those of its files, in their order, on all workers.
+template <class File>
+class Answering {
  public:
-  CheckRun(const Options& options, const Streams& streams)
+  Answering(const Options& options, const Streams& streams)
       : options_(options),
         streams_(streams),
-        company_(std::make_unique<company::Company>(options.company, options.language)),
         style_{LanguageOf(options), streams.terminals.out && streams.terminals.colours},
         input_(options.files, streams.in),
         progress_(streams.err, streams.terminals.err, input_.Size()) {}
+  Answering(const Answering&) = delete;
+  Answering& operator=(const Answering&) = delete;
+  virtual ~Answering() = default;
 
-  int Run() {
-    CheckAll();
-    if (!options_.json) {
-      (void)Write(ToSummary(tally_, style_.language));
-    }
-    progress_.Hide();
-    if (!streams_.out) {
-      return Complain(streams_, "standard output can't be written");
-    }
-    if (tally_.contains(Verdict::Unchecked)) {
-      return kExitTrouble;
-    }
-    const bool allTrue = std::ranges::all_of(tally_, [](const auto& given) {
-      return given.first == Verdict::Free || given.first == Verdict::Yes;
-    });
-    return allTrue ? kExitAllTrue : kExitSomeFalse;
-  }
+ protected:
+  // Called on the workers' threads, at the same time for several entries.
+  [[nodiscard]] virtual Answered Answer(std::size_t worker, const EntryText& text) = 0;
+  // What else becomes of the next answers, before they are written.
+  virtual void Note(std::span<const Answered> answers) = 0;
 
- private:
   // Ends early when standard output takes no more.
-  void CheckAll() {
+  void AnswerAll() {
     for (std::size_t i = 0; i < kEntriesBeforeWorkers || options_.jobs == 1; ++i) {
       const std::optional<Asked> asked = input_.Next();
       if (!asked) {
         return;
       }
-      Answered answer = CheckOne(*company_, asked->entry);
+      Answered answer = Answer(0, asked->entry);
       answer.bytesRead = asked->bytesRead;
       if (!Deliver({&answer, 1})) {
         return;
       }
     }
-    std::vector<std::unique_ptr<company::Company>> companies;
-    companies.push_back(std::move(company_));
-    while (companies.size() < options_.jobs) {
-      companies.push_back(std::make_unique<company::Company>(options_.company, options_.language));
-    }
     Workers(
-        std::move(companies), [this] { return input_.NextFew(); },
-        [this](company::Company& company, const EntryText& text) {
-          return CheckOne(company, text);
-        },
+        options_.jobs, [this] { return input_.NextFew(); },
+        [this](std::size_t worker, const EntryText& text) { return Answer(worker, text); },
         [this](std::span<const Answered> answers) { return Deliver(answers); })
         .Run();
   }
 
-  [[nodiscard]] Answered CheckOne(company::Company& company, const EntryText& text) const {
-    if (options_.json) {
-      const Outcome outcome = CheckEntry(company, text, Detail::Findings);
-      return {VerdictOf(outcome), ToJson(outcome) + '\n'};
+  // What stands behind all answers, and the exit status of a run that came to this one.
+  int End(const std::string& summary, int status) {
+    if (!options_.json) {
+      const Writing answer;
+      (void)Write(summary);
     }
-    if (options_.explain) {
-      const Outcome outcome = CheckEntry(company, text, Detail::FindingsAndSteps);
-      return {VerdictOf(outcome), ToExplanation(outcome, style_)};
-    }
-    const Outcome outcome = CheckEntry(company, text, Detail::Findings);
-    return {VerdictOf(outcome), ToBlock(outcome, style_)};
+    progress_.Hide();
+    return streams_.out ? status : Complain(streams_, "standard output can't be written");
   }
 
+  const Options& options_;
+  const Streams& streams_;
+  ReportStyle style_;
+  Input<File> input_;
+  Progress progress_;
+
+ private:
   // False when standard output takes no more.
   bool Deliver(std::span<const Answered> answers) {
     std::string text;
     for (const Answered& answer : answers) {
-      ++tally_[answer.verdict];
       text += answer.text;
     }
-    const bool written = Write(text);
+    bool written = false;
+    {
+      const Writing answer;
+      Note(answers);
+      written = Write(text);
+    }
     for (const Answered& answer : answers) {
       progress_.Step(answer.bytesRead);
     }
@@ -237,17 +149,129 @@ class CheckRun {
     if (streams_.terminals.out) {
       progress_.Hide();
     }
-    const Writing answer;
     return static_cast<bool>(streams_.out << text << std::flush);
   }
+};
 
-  const Options& options_;
-  const Streams& streams_;
-  std::unique_ptr<company::Company> company_;  // the workers', once there are some
-  ReportStyle style_;
-  Input input_;
-  Progress progress_;
+// One run of check.
+class CheckRun final : public Answering<EntryFile> {
+ public:
+  CheckRun(const Options& options, const Streams& streams)
+      : Answering(options, streams), workers_(options.jobs) {
+    workers_.front().Open(options);
+  }
+
+  int Check() {
+    if (!options_.recording.empty()) {
+      recording_.emplace(options_.recording);
+      ComplainOfRecording();
+    }
+    AnswerAll();
+    const bool allTrue = std::ranges::all_of(tally_, [](const auto& given) {
+      return given.first == Verdict::Free || given.first == Verdict::Yes;
+    });
+    const int status = tally_.contains(Verdict::Unchecked) || recordingFailed_ ? kExitTrouble
+                       : allTrue                                               ? kExitAllTrue
+                                                                               : kExitSomeFalse;
+    return End(ToSummary(tally_, style_.language), status);
+  }
+
+ private:
+  // What a worker has for itself.
+  struct Worker {
+    company::Company& Open(const Options& options) {
+      if (!company) {
+        company.emplace(options.company, options.language);
+      }
+      return *company;
+    }
+
+    std::optional<company::Company> company;
+    records::Conversation conversation;  // of the entry that is checked; kept for its memory
+  };
+
+  Answered Answer(std::size_t worker, const EntryText& text) override {
+    company::Company& company = workers_[worker].Open(options_);
+    const Detail detail = options_.explain ? Detail::FindingsAndSteps : Detail::Findings;
+    if (!recording_) {
+      const Outcome outcome = CheckEntry(company, text, detail);
+      return {Place(outcome), Shown(outcome)};
+    }
+    records::Conversation& conversation = workers_[worker].conversation;
+    conversation.clear();
+    const Outcome outcome = CheckEntry(company, text, detail, &conversation);
+    const std::string result = ToJson(outcome);
+    Answered answer{Place(outcome), options_.json ? result + '\n' : Shown(outcome)};
+    if (outcome.isDecided) {
+      AppendRecording(answer.recording, text.text, conversation, result);
+    }
+    return answer;
+  }
+
+  [[nodiscard]] static std::size_t Place(const Outcome& outcome) {
+    return static_cast<std::size_t>(VerdictOf(outcome));
+  }
+  [[nodiscard]] std::string Shown(const Outcome& outcome) const {
+    if (options_.json) {
+      return ToJson(outcome) + '\n';
+    }
+    return options_.explain ? ToExplanation(outcome, style_) : ToBlock(outcome, style_);
+  }
+
+  // What was answered is recorded: the recording comes first.
+  void Note(std::span<const Answered> answers) override {
+    std::string lines;
+    for (const Answered& answer : answers) {
+      ++tally_[static_cast<Verdict>(answer.verdict)];
+      lines += answer.recording;
+    }
+    if (recording_) {
+      recording_->Write(lines);
+      ComplainOfRecording();
+    }
+  }
+
+  // Once; the answers go on.
+  void ComplainOfRecording() {
+    if (!recordingFailed_ && !recording_->Error().empty()) {
+      recordingFailed_ = true;
+      progress_.Hide();
+      Complain(streams_, recording_->Error());
+    }
+  }
+
+  std::vector<Worker> workers_;  // each used on its own thread alone
+  std::optional<RecordingTarget> recording_;
+  bool recordingFailed_ = false;
   Tally tally_;
+};
+
+// One run of replay.
+class ReplayRun final : public Answering<RecordingFile> {
+ public:
+  using Answering::Answering;
+
+  int Replay() {
+    AnswerAll();
+    const int status = tally_.contains(Again::Unreadable)  ? kExitTrouble
+                       : tally_.contains(Again::Different) ? kExitSomeFalse
+                                                           : kExitAllTrue;
+    return End(ToSummary(tally_, style_.language), status);
+  }
+
+ private:
+  Answered Answer(std::size_t /*worker*/, const EntryText& text) override {
+    const Replayed replayed = host::Replay(text);
+    return {static_cast<std::size_t>(replayed.again),
+            options_.json ? ToJson(replayed) + '\n' : ToBlock(replayed, style_)};
+  }
+  void Note(std::span<const Answered> answers) override {
+    for (const Answered& answer : answers) {
+      ++tally_[static_cast<Again>(answer.verdict)];
+    }
+  }
+
+  ReplayTally tally_;
 };
 
 int Init(const Options& options, const Streams& streams) {
@@ -264,6 +288,14 @@ int Init(const Options& options, const Streams& streams) {
 }
 
 int Check(const Options& options, const Streams& streams) {
+  for (const std::string& file : options.files) {
+    if (IsSameFile(options.recording, file)) {
+      return Complain(streams, "the recording would take the place of " + file);
+    }
+  }
+  if (IsSameFile(options.recording, options.company)) {
+    return Complain(streams, "the recording would take the place of " + options.company);
+  }
   std::optional<CheckRun> run;
   try {
     run.emplace(options, streams);
@@ -271,7 +303,7 @@ int Check(const Options& options, const Streams& streams) {
     return Complain(streams,
                     "can't open the company " + options.company + ": " + error.Description());
   }
-  return run->Run();
+  return run->Check();
 }
 
 int Verify(const Options& options, const Streams& streams) {
@@ -300,6 +332,12 @@ void AddLanguage(CLI::App& command, Options& options) {
       ->check(CLI::IsMember({"it", "en"}));
 }
 
+void AddJobs(CLI::App& command, Options& options, const std::string& noun) {
+  command
+      .add_option("--jobs", options.jobs, noun + " checked at the same time; all cores if left out")
+      ->check(CLI::Range(1U, kMostJobs));
+}
+
 int Explain(const Options& options, const Streams& streams) {
   std::string text = PageList();
   if (!options.listPages) {
@@ -326,7 +364,8 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   app.require_subcommand(1);
   app.footer(
       "Exit status: 0 every entry answered True, 1 at least one False, 2 at least one could not "
-      "be checked or the call was wrong.");
+      "be checked or the call was wrong. Of replay: 0 all as recorded, 1 at least one different, "
+      "2 at least one could not be read.");
 
   CLI::App* const init = app.add_subcommand("init", "Make an embedded company");
   init->add_option("COMPANY", options.newCompany, "The file to make")->required();
@@ -339,16 +378,23 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   check->add_flag("--explain", options.explain, "How each decision came about, check by check")
       ->excludes(json);
   AddLanguage(*check, options);
-  check
-      ->add_option("--jobs", options.jobs,
-                   "Entries checked at the same time; all cores if left out")
-      ->check(CLI::Range(1U, kMostJobs));
+  AddJobs(*check, options, "Entries");
+  check->add_option("--record", options.recording,
+                    "Write every decision down here, to be replayed; holds company data");
   check->add_option("FILE", options.files, "JSON or JSON Lines; - is standard input")->required();
 
   CLI::App* const verify =
       app.add_subcommand("verify", "Is the company itself sound: tables, types, texts, keys");
   verify->add_option("COMPANY", options.company, "The company's file")->required();
   AddLanguage(*verify, options);
+
+  CLI::App* const replay =
+      app.add_subcommand("replay", "Decide recorded entries again, without a company");
+  replay->add_flag("--json", options.json, "One JSON object an entry instead of text");
+  AddLanguage(*replay, options);
+  AddJobs(*replay, options, "Decisions");
+  replay->add_option("FILE", options.files, "What check --record wrote; - is standard input")
+      ->required();
 
   CLI::App* const explain = app.add_subcommand("explain", "What a message means and what to do");
   CLI::Option* const list =
@@ -366,6 +412,9 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   }
   if (verify->parsed()) {
     return Verify(options, streams);
+  }
+  if (replay->parsed()) {
+    return ReplayRun(options, streams).Replay();
   }
   return init->parsed() ? Init(options, streams) : Check(options, streams);
 }

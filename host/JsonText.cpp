@@ -4,9 +4,6 @@
 #include <cstdlib>
 #include <utility>
 
-#include "host/JsonReaders.h"
-#include "host/JsonTree.h"
-
 namespace kal::host {
 namespace {
 
@@ -69,48 +66,6 @@ const JsonValue* JsonValue::Find(std::string_view name) const {
     }
   }
   return nullptr;
-}
-
-class JsonReader::Memory {
- public:
-  JsonReading Read(std::string_view text) {
-    large_ = text.size() > kLarge;
-    tree_.Start();
-    JsonReading reading;
-    if (quick_.Read(text, tree_)) {
-      reading.value = &tree_.Finish();
-    } else {
-      tree_.Start();
-      reading = ReadCarefully(text, tree_);
-    }
-    if (reading.error.empty() && tree_.RepeatedKey() != nullptr) {
-      reading.error =
-          "the key " + QuotedText(*tree_.RepeatedKey()) + " is given twice in one object";
-    }
-    return reading;
-  }
-
-  [[nodiscard]] bool IsLarge() const { return large_; }
-
- private:
-  static constexpr std::size_t kLarge = 1U << 18U;
-
-  bool large_ = false;
-  QuickJson quick_;
-  JsonTree tree_;
-};
-
-JsonReader::JsonReader() = default;
-JsonReader::JsonReader(JsonReader&&) noexcept = default;
-JsonReader& JsonReader::operator=(JsonReader&&) noexcept = default;
-JsonReader::~JsonReader() = default;
-
-JsonReading JsonReader::Read(std::string_view text) {
-  // One large text does not hold its memory for all those that come after it.
-  if (memory_ == nullptr || memory_->IsLarge()) {
-    memory_ = std::make_unique<Memory>();
-  }
-  return memory_->Read(text);
 }
 
 void AppendJson(const JsonValue& value, std::string& target) {

@@ -71,4 +71,10 @@ const JsonValue& JsonTree::Finish() {
   return values_.front();
 }
 
+std::string RepeatedKeyError(const JsonTree& tree) {
+  return tree.RepeatedKey() == nullptr
+             ? std::string()
+             : "the key " + QuotedText(*tree.RepeatedKey()) + " is given twice in one object";
+}
+
 }  // namespace kal::host

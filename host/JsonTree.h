@@ -61,4 +61,7 @@ class JsonTree {
   const std::string* repeatedKey_ = nullptr;
 };
 
+// What is wrong with a complete tree: a key that is given twice. "" where none is.
+[[nodiscard]] std::string RepeatedKeyError(const JsonTree& tree);
+
 }  // namespace kal::host

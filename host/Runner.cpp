@@ -6,6 +6,7 @@
 
 #include "checker/KalCOGCheck.h"
 #include "platform/MemoryRecordset.h"
+#include "records/Recorder.h"
 
 namespace kal::host {
 namespace {
@@ -68,30 +69,52 @@ void RunOperation(KalCOGCheck& checker, const Entry& entry, ExplainRecorder* rec
   }
 }
 
-void RunEntry(company::Company& company, const Entry& entry, Detail detail, Outcome& outcome) {
+Sets MakeSets(const Entry& entry) {
   Sets sets;
   for (const SuppliedSet& supplied : entry.sets) {
     sets.push_back(std::make_shared<MemoryRecordset>(supplied.rows, supplied.editMode));
   }
-  Attempt(outcome, [&] {
-    const company::Company::Reading books(company);
-    const auto temporaryTable = MakeTemporaryTable(company, entry);
-    std::optional<ExplainRecorder> recorder;
-    std::optional<WatchedSiblings> watched;
-    Siblings* siblings = &company.Siblings();
-    if (detail == Detail::FindingsAndSteps) {
-      siblings = &watched.emplace(*siblings, recorder.emplace());
-    }
-    KalCOGCheck checker(*siblings);
-    for (std::size_t i = 0; i < sets.size(); ++i) {
-      (checker.*entry.sets[i].set->assign)(sets[i]);
-    }
-    checker.IsParcella(entry.isParcella);
-    checker.IsFromCard(entry.isFromCard);
-    checker.TmpTableScadenze(entry.tmpTableScadenze);
-    RunOperation(checker, entry, recorder ? &*recorder : nullptr, outcome);
-    Attempt(outcome, [&] { ReadState(checker, outcome); });
-  });
+  return sets;
+}
+
+void DecideOver(Siblings& siblings, const Entry& entry, const Sets& sets, Detail detail,
+                Outcome& outcome) {
+  std::optional<ExplainRecorder> recorder;
+  std::optional<WatchedSiblings> watched;
+  Siblings* asked = &siblings;
+  if (detail == Detail::FindingsAndSteps) {
+    asked = &watched.emplace(*asked, recorder.emplace());
+  }
+  KalCOGCheck checker(*asked);
+  for (std::size_t i = 0; i < sets.size(); ++i) {
+    (checker.*entry.sets[i].set->assign)(sets[i]);
+  }
+  checker.IsParcella(entry.isParcella);
+  checker.IsFromCard(entry.isFromCard);
+  checker.TmpTableScadenze(entry.tmpTableScadenze);
+  outcome.isDecided = true;
+  RunOperation(checker, entry, recorder ? &*recorder : nullptr, outcome);
+  Attempt(outcome, [&] { ReadState(checker, outcome); });
+}
+
+// The entry's outcome, as far as it is told before anybody is asked, and the entry where it could
+// be read.
+std::optional<Entry> Begin(std::string_view text, Outcome& outcome) {
+  EntryReading reading = ReadEntry(text);
+  outcome.id = std::move(reading.id);
+  outcome.operation = std::move(reading.operation);
+  outcome.inputError = std::move(reading.error);
+  if (reading.entry) {
+    outcome.isCheck = reading.entry->operation->isCheck;
+  }
+  return std::move(reading.entry);
+}
+
+// What decide(sets) comes to, and how it hands the sets back.
+template <class Decide>
+void Run(const Entry& entry, Outcome& outcome, Decide decide) {
+  const Sets sets = MakeSets(entry);
+  Attempt(outcome, [&] { decide(sets); });
   for (std::size_t i = 0; i < sets.size(); ++i) {
     outcome.sets.push_back({entry.sets[i].set->name, sets[i]->FilterText(), sets[i]->Position()});
   }
@@ -99,20 +122,34 @@ void RunEntry(company::Company& company, const Entry& entry, Detail detail, Outc
 
 }  // namespace
 
-Outcome CheckEntry(company::Company& company, const EntryText& text, Detail detail) {
+Outcome CheckEntry(company::Company& company, const EntryText& text, Detail detail,
+                   records::Conversation* conversation) {
   Outcome outcome;
   outcome.place = text.place;
   if (!text.error.empty()) {
     outcome.inputError = text.error;
     return outcome;
   }
-  EntryReading reading = ReadEntry(text.text);
-  outcome.id = std::move(reading.id);
-  outcome.operation = std::move(reading.operation);
-  outcome.inputError = std::move(reading.error);
-  if (reading.entry) {
-    outcome.isCheck = reading.entry->operation->isCheck;
-    RunEntry(company, *reading.entry, detail, outcome);
+  if (const std::optional<Entry> entry = Begin(text.text, outcome)) {
+    Run(*entry, outcome, [&](const Sets& sets) {
+      const company::Company::Reading books(company);
+      const auto temporaryTable = MakeTemporaryTable(company, *entry);
+      std::optional<records::Recorder> recorder;
+      Siblings* siblings = &company.Siblings();
+      if (conversation != nullptr) {
+        siblings = &recorder.emplace(*siblings, *conversation);
+      }
+      DecideOver(*siblings, *entry, sets, detail, outcome);
+    });
+  }
+  return outcome;
+}
+
+Outcome DecideAgain(std::string_view entryText, Siblings& siblings) {
+  Outcome outcome;
+  if (const std::optional<Entry> entry = Begin(entryText, outcome)) {
+    Run(*entry, outcome,
+        [&](const Sets& sets) { DecideOver(siblings, *entry, sets, Detail::Findings, outcome); });
   }
   return outcome;
 }

@@ -19,6 +19,7 @@
 #include "host/Operations.h"
 #include "platform/Currency.h"
 #include "platform/RunTimeError.h"
+#include "records/Conversation.h"
 
 namespace kal::host {
 
@@ -50,13 +51,19 @@ struct Outcome {
   std::vector<SetState> sets;
   std::string inputError;             // why the entry could not be read; "" when it could
   std::optional<RunTimeError> error;  // what the operation raised
+  bool isDecided = false;             // whether the checker was asked at all
 };
 
 // Whether an outcome tells how the decision came about.
 enum class Detail { Findings, FindingsAndSteps };
 
-// Never throws for what is wrong with the entry or the company: that is in the outcome.
+// Never throws for what is wrong with the entry or the company: that is in the outcome. What the
+// checker asks is written down in the conversation, where one is given.
 [[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text,
-                                 Detail detail = Detail::Findings);
+                                 Detail detail = Detail::Findings,
+                                 records::Conversation* conversation = nullptr);
+
+// The same over siblings that need no company, such as those that play a recording.
+[[nodiscard]] Outcome DecideAgain(std::string_view entryText, Siblings& siblings);
 
 }  // namespace kal::host

@@ -11,9 +11,8 @@ constexpr std::size_t kUnderWay = 64;
 
 }  // namespace
 
-Workers::Workers(std::vector<std::unique_ptr<company::Company>> companies, Read read, Check check,
-                 Deliver deliver)
-    : companies_(std::move(companies)),
+Workers::Workers(std::size_t count, Read read, Check check, Deliver deliver)
+    : count_(count),
       read_(std::move(read)),
       check_(std::move(check)),
       deliver_(std::move(deliver)) {}
@@ -21,10 +20,10 @@ Workers::Workers(std::vector<std::unique_ptr<company::Company>> companies, Read 
 void Workers::Run() {
   std::vector<std::jthread> threads;
   try {
-    for (const auto& company : companies_) {
-      threads.emplace_back([this, &company] {
+    for (std::size_t worker = 0; worker < count_; ++worker) {
+      threads.emplace_back([this, worker] {
         try {
-          Work(*company);
+          Work(worker);
         } catch (...) {
           Fail(std::current_exception());
         }
@@ -39,7 +38,7 @@ void Workers::Run() {
   }
 }
 
-void Workers::Work(company::Company& company) {
+void Workers::Work(std::size_t worker) {
   while (WaitForRoom()) {
     const Turn turn = TakeTurn();
     if (turn.asked.empty()) {
@@ -48,7 +47,7 @@ void Workers::Work(company::Company& company) {
     std::vector<Answered> answers;
     try {
       for (const Asked& asked : turn.asked) {
-        answers.push_back(check_(company, asked.entry));
+        answers.push_back(check_(worker, asked.entry));
         answers.back().bytesRead = asked.bytesRead;
       }
     } catch (...) {
@@ -62,8 +61,7 @@ void Workers::Work(company::Company& company) {
 // False when the work was stopped.
 bool Workers::WaitForRoom() {
   std::unique_lock lock(mutex_);
-  room_.wait(lock,
-             [this] { return stopped_ || asked_ - delivered_ < kUnderWay * companies_.size(); });
+  room_.wait(lock, [this] { return stopped_ || asked_ - delivered_ < kUnderWay * count_; });
   return !stopped_;
 }
 

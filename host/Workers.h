@@ -1,7 +1,7 @@
 // Workers: many entries checked at once, answered in the order in which they came.
 //
-// Each worker is a thread with a company of its own, which takes its turn in reading, checks what
-// it has read and hands its answers in. No worker reads on while too many answers wait for an
+// Each worker is a thread, which takes its turn in reading, checks what it has read and hands its
+// answers in. No worker reads on while too many answers wait for an
 // earlier one: memory stays flat however long the input is, and an answer is given as soon as all
 // before it are.
 
@@ -13,15 +13,12 @@
 #include <exception>
 #include <functional>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "company/Company.h"
 #include "host/EntryFile.h"
-#include "host/Report.h"
 
 namespace kal::host {
 
@@ -33,8 +30,9 @@ struct Asked {
 
 // One entry's answer, ready to be written.
 struct Answered {
-  Verdict verdict = Verdict::Unchecked;
+  std::size_t verdict = 0;  // by the list of whoever answers
   std::string text;
+  std::string recording{};  // the line for the recording, where one is made
   std::uintmax_t bytesRead = 0;
 };
 
@@ -42,15 +40,14 @@ class Workers {
  public:
   // The next entries in order, one or a few; none at the end. Called by one thread at a time.
   using Read = std::function<std::vector<Asked>()>;
-  // Called on the workers' threads, at the same time for several entries.
-  using Check = std::function<Answered(company::Company&, const EntryText&)>;
+  // Called on the workers' threads, at the same time for several entries, with the place of the
+  // worker among all, so that each may have a company of its own.
+  using Check = std::function<Answered(std::size_t worker, const EntryText&)>;
   // Called for the next answers, in the order of the entries, by one thread at a time: whichever
   // gave the last one that was missing. False stops the work.
   using Deliver = std::function<bool(std::span<const Answered>)>;
 
-  // One worker for each company.
-  Workers(std::vector<std::unique_ptr<company::Company>> companies, Read read, Check check,
-          Deliver deliver);
+  Workers(std::size_t count, Read read, Check check, Deliver deliver);
 
   // Until all entries are answered or the work was stopped. Raises what one of the calls failed
   // with; that ends the work of all.
@@ -63,13 +60,13 @@ class Workers {
     std::vector<Asked> asked;
   };
 
-  void Work(company::Company& company);
+  void Work(std::size_t worker);
   [[nodiscard]] bool WaitForRoom();
   [[nodiscard]] Turn TakeTurn();
   void HandIn(std::size_t first, std::vector<Answered> answers);
   void Fail(std::exception_ptr failure);
 
-  std::vector<std::unique_ptr<company::Company>> companies_;
+  std::size_t count_;
   Read read_;
   Check check_;
   Deliver deliver_;

@@ -159,6 +159,7 @@ class MemoryRecordset final : public Recordset {
   [[nodiscard]] std::size_t Position() const;
   // The current row's place in the table, whatever the filter, counted from 1; 0 likewise.
   [[nodiscard]] std::size_t Row() const override;
+  [[nodiscard]] std::shared_ptr<const RowTable> AllRows() const override { return table_; }
 
  private:
   class CellField;  // NOLINT(cppcoreguidelines-virtual-class-destructor): final, never owned as

@@ -47,6 +47,8 @@ enum class DataType : std::int32_t {
 // ADO's edit modes.
 enum class EditMode : std::int32_t { None = 0, InProgress = 1, Add = 2, Delete = 4 };
 
+class RowTable;  // of platform/MemoryRecordset.h
+
 // What a filter can be set to besides a text.
 enum class FilterGroup : std::int32_t { None = 0 };
 
@@ -98,6 +100,9 @@ class Recordset {
   // The current row's place among all rows of the set, counted from 1: what a message about the
   // row is known by. 0 when no row is current, and where the set does not know.
   [[nodiscard]] virtual std::size_t Row() const { return 0; }
+  // The columns and all rows, whatever the filter: for whoever writes the set down. Nothing where
+  // the set does not know.
+  [[nodiscard]] virtual std::shared_ptr<const RowTable> AllRows() const { return nullptr; }
 };
 
 // A counted reference to a record set, or Nothing. Using Nothing raises 91, as in automation.

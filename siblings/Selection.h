@@ -152,6 +152,17 @@ class Selection {
     made.conditions_.Add(AnyOf(alternatives));
     return made;
   }
+  // A condition as selections hold it: of the table joined last, or of the selection.
+  [[nodiscard]] constexpr Selection On(const Condition& condition) const {
+    Selection made = *this;
+    made.joins_.Last().on.Add(condition);
+    return made;
+  }
+  [[nodiscard]] constexpr Selection Where(const Condition& condition) const {
+    Selection made = *this;
+    made.conditions_.Add(condition);
+    return made;
+  }
   // Says that the first row is all that will be read: whoever runs the selection may leave out the
   // others.
   [[nodiscard]] constexpr Selection OnlyFirst() const {

@@ -253,7 +253,7 @@ TEST(GetField, RoundsFloatingValuesAlone) {
 
 // What a set of another make says of its end does not count, only whether there is a first field.
 TEST(RecordsetIsEmpty, AsksForACurrentRow) {
-  struct Contrary final : test::WrappedRecordset {
+  struct Contrary final : WrappedRecordset {
     using WrappedRecordset::WrappedRecordset;
     bool Eof() override { return !WrappedRecordset::Eof(); }
   };

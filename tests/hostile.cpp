@@ -271,9 +271,10 @@ TEST(BrokenCompanyThreads, EachCheckSeesOneStateOfTheBooks) {
   EXPECT_GT(busySeen, 0);
 }
 
-// Stopped in the middle of a batch, and with nobody left to read.
+// Stopped in the middle of a batch, and with nobody left to read. What was answered is recorded.
 TEST(StoppedHost, LeavesWholeLines) {
   const TestCompany file;
+  const ScratchPath record;
   const fs::path in = file.Text() + ".jsonl";
   const fs::path out = file.Text() + ".out";
   constexpr int kEntries = 20000;
@@ -287,8 +288,8 @@ TEST(StoppedHost, LeavesWholeLines) {
   if (child == 0) {
     (void)!std::freopen(out.c_str(), "w", stdout);
     (void)!std::freopen("/dev/null", "w", stderr);
-    execl(KAL_HOST_PROGRAM, "kalcogcheck", "check", "--json", "--company", file.Path().c_str(),
-          in.c_str(), nullptr);
+    execl(KAL_HOST_PROGRAM, "kalcogcheck", "check", "--json", "--record", record.Path().c_str(),
+          "--company", file.Path().c_str(), in.c_str(), nullptr);
     _exit(99);
   }
   std::error_code none;
@@ -307,6 +308,9 @@ TEST(StoppedHost, LeavesWholeLines) {
     EXPECT_TRUE(nlohmann::json::accept(line)) << line;
   }
   EXPECT_LT(count, kEntries);
+  const std::string recorded = Bytes(record.Path());
+  EXPECT_GE(std::ranges::count(recorded, '\n'), count);
+  EXPECT_TRUE(recorded.ends_with("}}\n"));
   EXPECT_FALSE(WIFEXITED(status) && WEXITSTATUS(status) < 2) << status;
   const std::string closed = "(" KAL_HOST_PROGRAM " check --json --company " + file.Text() + " " +
                              in.string() + " 2>" + out.string() + "; exit $?) | true";

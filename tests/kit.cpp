@@ -10,7 +10,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/RecordingText.h"
 #include "platform/RunTimeError.h"
+#include "records/Player.h"
+#include "records/Recorder.h"
 
 namespace kal::test {
 namespace {
@@ -225,13 +228,14 @@ class ForeignRecordset final : public WrappedRecordset {
  public:
   ForeignRecordset(RecordsetRef inner, double time, std::string lacks = "")
       : WrappedRecordset(std::move(inner)), time_(time), lacks_(std::move(lacks)) {}
+  std::shared_ptr<const RowTable> AllRows() const override { return inner_->AllRows(); }
 
  private:
-  Recordset& On(std::string_view /*call*/, std::string_view with) override {
-    if (!with.empty() && with == lacks_) {
+  void Through(std::string_view /*member*/, std::string_view of, const Call& call) override {
+    if (!of.empty() && of == lacks_) {
       Raise(RunTime::NoSuchField, lacks_, kRecordsetSource);
     }
-    return *inner_;
+    call();
   }
   Variant Read(const Field& field, bool isFirst) override {
     Variant value = WithTime(field.Value(), time_);
@@ -430,6 +434,14 @@ std::string Written(std::string text) {
   return text;
 }
 
+records::Conversation WrittenAndRead(const records::Conversation& conversation) {
+  std::string line;
+  host::AppendRecording(line, "{}", conversation, "{}");
+  host::RecordingReading reading = host::ReadRecording(line);
+  if (!reading.recording) throw std::invalid_argument(reading.error + " in " + line);
+  return std::move(reading.recording->conversation);
+}
+
 namespace {
 
 struct TableCase {
@@ -440,21 +452,34 @@ struct TableCase {
   std::string expected;
 };
 
+// What the entry comes to over these siblings, with what the row asks of the record sets.
+std::string Answered(Siblings& siblings, const TableCase& row, bool anotherHost) {
+  Checked checked(siblings, EntryText(row.kind, row.changes));
+  if (anotherHost) checked.HandAsAnotherHost();
+  std::string shown = checked.Run();
+  for (std::size_t at = row.expected.find(" @ "); at != std::string::npos;
+       at = row.expected.find(", ", at + 3)) {
+    const std::size_t set = row.expected.find_first_not_of(" @,", at);
+    shown += row.expected.substr(at, set - at + 2) + checked.State(row.expected[set]);
+  }
+  return shown;
+}
+
+// The answer is the same again over what was recorded of it.
 void RunTableCase(const TableCase& row) {
   SCOPED_TRACE(row.name);
   static const std::regex kLost(R"((\w+)!)");
   OpenedCompany books(std::regex_replace(row.sql, kLost, "ALTER TABLE $1 RENAME TO Perduta"));
   for (const bool anotherHost : {false, true}) {
+    SCOPED_TRACE(anotherHost ? "from another host" : "");
     books.siblings.ofAnotherMake = anotherHost;
-    Checked checked(books.siblings, EntryText(row.kind, row.changes));
-    if (anotherHost) checked.HandAsAnotherHost();
-    std::string shown = checked.Run();
-    for (std::size_t at = row.expected.find(" @ "); at != std::string::npos;
-         at = row.expected.find(", ", at + 3)) {
-      const std::size_t set = row.expected.find_first_not_of(" @,", at);
-      shown += row.expected.substr(at, set - at + 2) + checked.State(row.expected[set]);
-    }
-    EXPECT_EQ(shown, row.expected) << (anotherHost ? "from another host" : "");
+    records::Conversation conversation;
+    records::Recorder recorder(books.siblings, conversation);
+    EXPECT_EQ(Answered(recorder, row, anotherHost), row.expected);
+    const records::Conversation read = WrittenAndRead(conversation);
+    records::Player player(read);
+    EXPECT_EQ(Answered(player, row, anotherHost), row.expected) << "played back";
+    EXPECT_EQ(player.NotRecorded(), std::vector<std::string>());
   }
 }
 

@@ -6,7 +6,6 @@
 
 #pragma once
 
-#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -17,6 +16,8 @@
 #include "checker/KalCOGCheck.h"
 #include "company/Company.h"
 #include "host/EntryReader.h"
+#include "platform/WrappedRecordset.h"
+#include "records/Conversation.h"
 #include "siblings/Siblings.h"
 
 namespace kal::test {
@@ -43,48 +44,6 @@ class TestCompany : public ScratchPath {
   void Execute(std::string_view sql) const;
 };
 
-// A record set around another one, which knows no more of itself than every set must. A test
-// overrides what it watches: every call with what it hands over, and every value that is read.
-class WrappedRecordset : public Recordset {
- public:
-  explicit WrappedRecordset(RecordsetRef inner) : inner_(std::move(inner)) {}
-  const Field& Fields(std::string_view name) override {
-    return fields_.emplace_back(*this, On("Fields", name).Fields(name));
-  }
-  const Field& Fields(std::size_t index) override {
-    return fields_.emplace_back(*this, On("Fields").Fields(index), index == 0);
-  }
-  std::int32_t RecordCount() override { return On("RecordCount").RecordCount(); }
-  kal::EditMode EditMode() override { return On("EditMode").EditMode(); }
-  void Filter(std::string_view text) override { On("Filter", text).Filter(text); }
-  void Filter(FilterGroup group) override { On("Filter", "0").Filter(group); }
-  void MoveFirst() override { On("MoveFirst").MoveFirst(); }
-  void MoveNext() override { On("MoveNext").MoveNext(); }
-  void MoveLast() override { On("MoveLast").MoveLast(); }
-  bool Eof() override { return On("Eof").Eof(); }
-
- protected:
-  virtual Recordset& On(std::string_view /*call*/, std::string_view /*with*/ = {}) {
-    return *inner_;
-  }
-  virtual kal::Variant Read(const Field& field, bool /*isFirst*/) { return field.Value(); }
-
-  RecordsetRef inner_;
-
- private:
-  struct WrappedField final : Field {
-    WrappedField(WrappedRecordset& s, const Field& field, bool first = false)
-        : set(s), inner(field), isFirst(first) {}
-    kal::Variant Value() const override { return set.On("Value"), set.Read(inner, isFirst); }
-    DataType Type() const override { return set.On("Type"), inner.Type(); }
-    WrappedRecordset& set;
-    const Field& inner;
-    bool isFirst;
-  };
-
-  std::deque<WrappedField> fields_;
-};
-
 // The company's siblings, which answer for a message its code in the place of its text,
 // "10520(%s)", and put translations in braces. Nobody may ask them with a time of day. A test
 // overrides what it watches.
@@ -106,6 +65,9 @@ struct OpenedCompany : TestCompany {
   company::Company company{Text()};
   CodedSiblings siblings{company.Siblings()};
 };
+
+// A conversation as its recording gives it again.
+[[nodiscard]] records::Conversation WrittenAndRead(const records::Conversation& conversation);
 
 // An entry as JSON text: one of acquisto, vendita, corrispettivi, giroconto, with changes, one
 // after another, separated by ";". T stands for RsTesta, C for RsRCont, I for RsRIva, S for

@@ -1,0 +1,49 @@
+// Replay: a recorded decision, made again without the company, beside the one that was recorded.
+//
+// The result is compared as --json prints it, key by key: what a later version adds to it makes no
+// difference, and neither does the place where the entry stood.
+
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/EntryFile.h"
+#include "host/EntryReader.h"
+#include "host/JsonDocument.h"
+#include "host/Wording.h"
+
+namespace kal::host {
+
+enum class Again {
+  AsRecorded,
+  Different,
+  Unreadable,
+};
+
+struct Replayed {
+  Again again = Again::AsRecorded;
+  std::string place{};      // where the recording stands: "FILE line 17"
+  std::string error{};      // why it could not be read
+  EntryId id{};             // of the entry
+  JsonDocument recorded{};  // the results, where they differ
+  JsonDocument now{};
+  std::vector<std::string> notRecorded{};  // questions that the recording does not answer, in words
+};
+
+[[nodiscard]] Replayed Replay(const EntryText& line);
+
+// One JSON object on one line, without the line end.
+[[nodiscard]] std::string ToJson(const Replayed& replayed);
+
+// Nothing for what is as it was recorded; else a block for people: what was recorded and what is
+// decided now, finding by finding.
+[[nodiscard]] std::string ToBlock(const Replayed& replayed, const ReportStyle& style);
+
+using ReplayTally = std::map<Again, std::size_t>;
+// "12 decisioni: 11 come allora, 1 diversa", with its line end.
+[[nodiscard]] std::string ToSummary(const ReplayTally& tally, Language language);
+
+}  // namespace kal::host
