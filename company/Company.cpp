@@ -40,11 +40,22 @@ const Counters& Company::Counted() const { return engine_->Counted(); }
 
 void Company::Record(std::vector<std::string>* target) { engine_->Record(target); }
 
-Company::Reading::Reading(Company& company) : company_(company) {
-  company_.engine_->BeginReading();
+bool Company::IsSameAs(const Company& other) const {
+  return engine_->Database() == other.engine_->Database();
 }
 
-Company::Reading::~Reading() { company_.engine_->EndReading(); }
+Company::Reading::Reading(Company& company) : company_(company) {
+  if (company_.readings_ == 0) {
+    company_.engine_->BeginReading();
+  }
+  ++company_.readings_;
+}
+
+Company::Reading::~Reading() {
+  if (--company_.readings_ == 0) {
+    company_.engine_->EndReading();
+  }
+}
 
 Company::TemporaryTable::TemporaryTable(Company& company, std::string_view name,
                                         const RowTable& rows)

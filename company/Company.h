@@ -40,7 +40,7 @@ class Company {
   // One state of the books for all that is read until it is let go, whatever others commit
   // meanwhile. Outside of one, every question sees the books as they are when it is asked.
   // Raises an error when another file has taken the company's name; that is looked for every tenth
-  // of a second at most.
+  // of a second at most. One inside another one belongs to it, and shows the same state.
   class Reading {
    public:
     explicit Reading(Company& company);
@@ -53,6 +53,8 @@ class Company {
   };
 
   [[nodiscard]] bool HasTable(std::string_view name);
+  // Whether both read the same database, whatever the name under which it was opened.
+  [[nodiscard]] bool IsSameAs(const Company& other) const;
 
   // What this connection has done so far.
   [[nodiscard]] const Counters& Counted() const;
@@ -77,6 +79,7 @@ class Company {
 
  private:
   std::unique_ptr<Engine> engine_;
+  int readings_ = 0;                         // inside each other
   std::unique_ptr<kal::Siblings> siblings_;  // after the engine that answers them
 };
 

@@ -45,6 +45,8 @@ class Engine {
   virtual void BeginReading() = 0;
   virtual void EndReading() noexcept = 0;
 
+  // What tells the database from every other one, whatever its name.
+  [[nodiscard]] virtual std::string Database() const = 0;
   [[nodiscard]] virtual bool HasTable(std::string_view name) = 0;
   // A table of this connection alone; the name may be any text.
   virtual void MakeTemporaryTable(const std::string& name, const RowTable& rows) = 0;

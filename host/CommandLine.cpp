@@ -45,6 +45,8 @@ struct Options {
   bool listPages = false;
   std::string language = "it";
   std::string recording;  // of check: the file to write
+  bool onlyProblems = false;
+  std::string failOn = "warning";
   unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
   std::vector<std::string> files;
 };
@@ -86,25 +88,26 @@ class Answering {
  protected:
   // Called on the workers' threads, at the same time for several entries.
   [[nodiscard]] virtual Answered Answer(std::size_t worker, const EntryText& text) = 0;
+  // What the entries of one turn of reading had in common ends here.
+  virtual void EndTurn(std::size_t worker) = 0;
+  // How many workers are ready, at least one, when that many are wanted.
+  [[nodiscard]] virtual std::size_t Ready(std::size_t workers) = 0;
   // What else becomes of the next answers, before they are written.
   virtual void Note(std::span<const Answered> answers) = 0;
 
   // Ends early when standard output takes no more.
   void AnswerAll() {
-    for (std::size_t i = 0; i < kEntriesBeforeWorkers || options_.jobs == 1; ++i) {
-      const std::optional<Asked> asked = input_.Next();
-      if (!asked) {
-        return;
-      }
-      Answered answer = Answer(0, asked->entry);
-      answer.bytesRead = asked->bytesRead;
-      if (!Deliver({&answer, 1})) {
+    for (std::size_t answered = 0; answered < kEntriesBeforeWorkers || options_.jobs == 1;) {
+      const std::vector<Asked> few = input_.NextFew();
+      answered += few.size();
+      if (few.empty() || !AnswerFew(few)) {
         return;
       }
     }
     Workers(
-        options_.jobs, [this] { return input_.NextFew(); },
+        Ready(options_.jobs), [this] { return input_.NextFew(); },
         [this](std::size_t worker, const EntryText& text) { return Answer(worker, text); },
+        [this](std::size_t worker) { EndTurn(worker); },
         [this](std::span<const Answered> answers) { return Deliver(answers); })
         .Run();
   }
@@ -126,6 +129,23 @@ class Answering {
   Progress progress_;
 
  private:
+  // False when standard output takes no more. Where one entry fails, those before it are answered.
+  bool AnswerFew(const std::vector<Asked>& few) {
+    std::vector<Answered> answers;
+    try {
+      for (const Asked& asked : few) {
+        answers.push_back(Answer(0, asked.entry));
+        answers.back().bytesRead = asked.bytesRead;
+      }
+    } catch (...) {
+      EndTurn(0);
+      (void)Deliver(answers);
+      throw;
+    }
+    EndTurn(0);
+    return Deliver(answers);
+  }
+
   // False when standard output takes no more.
   bool Deliver(std::span<const Answered> answers) {
     std::string text;
@@ -158,7 +178,7 @@ class CheckRun final : public Answering<EntryFile> {
  public:
   CheckRun(const Options& options, const Streams& streams)
       : Answering(options, streams), workers_(options.jobs) {
-    workers_.front().Open(options);
+    workers_.front().company.emplace(options.company, options.language);
   }
 
   int Check() {
@@ -167,11 +187,12 @@ class CheckRun final : public Answering<EntryFile> {
       ComplainOfRecording();
     }
     AnswerAll();
-    const bool allTrue = std::ranges::all_of(tally_, [](const auto& given) {
-      return given.first == Verdict::Free || given.first == Verdict::Yes;
+    const bool allPass = std::ranges::all_of(tally_, [this](const auto& given) {
+      return IsTrue(given.first) ||
+             (given.first == Verdict::ToConfirm && options_.failOn == "error");
     });
     const int status = tally_.contains(Verdict::Unchecked) || recordingFailed_ ? kExitTrouble
-                       : allTrue                                               ? kExitAllTrue
+                       : allPass                                               ? kExitAllTrue
                                                                                : kExitSomeFalse;
     return End(ToSummary(tally_, style_.language), status);
   }
@@ -179,39 +200,85 @@ class CheckRun final : public Answering<EntryFile> {
  private:
   // What a worker has for itself.
   struct Worker {
-    company::Company& Open(const Options& options) {
-      if (!company) {
-        company.emplace(options.company, options.language);
-      }
-      return *company;
-    }
-
     std::optional<company::Company> company;
+    // One state of the books for what was read in one turn.
+    std::optional<company::Company::Reading> books;
     records::Conversation conversation;  // of the entry that is checked; kept for its memory
   };
 
   Answered Answer(std::size_t worker, const EntryText& text) override {
-    company::Company& company = workers_[worker].Open(options_);
+    Worker& own = workers_[worker];
+    company::Company& company = *own.company;
+    HoldBooks(own);
     const Detail detail = options_.explain ? Detail::FindingsAndSteps : Detail::Findings;
     if (!recording_) {
       const Outcome outcome = CheckEntry(company, text, detail);
+      LetBooksGo(own, outcome);
       return {Place(outcome), Shown(outcome)};
     }
-    records::Conversation& conversation = workers_[worker].conversation;
+    records::Conversation& conversation = own.conversation;
     conversation.clear();
     const Outcome outcome = CheckEntry(company, text, detail, &conversation);
+    LetBooksGo(own, outcome);
     const std::string result = ToJson(outcome);
-    Answered answer{Place(outcome), options_.json ? result + '\n' : Shown(outcome)};
+    Answered answer{Place(outcome), Shown(outcome)};
     if (outcome.isDecided) {
       AppendRecording(answer.recording, text.text, conversation, result);
     }
     return answer;
   }
 
+  // Books that can't be read are an error of the entry, which tries by itself.
+  static void HoldBooks(Worker& own) {
+    if (!own.books) {
+      try {
+        own.books.emplace(*own.company);
+      } catch (const RunTimeError&) {
+        own.books.reset();
+      }
+    }
+  }
+  // After an error the database may have let the state go.
+  static void LetBooksGo(Worker& own, const Outcome& outcome) {
+    if (outcome.error) {
+      own.books.reset();
+    }
+  }
+  void EndTurn(std::size_t worker) override { workers_[worker].books.reset(); }
+
+  // Each worker has the company for itself. It is opened at once for all: the name may mean another
+  // file later. Where it can't be, those that have it do the work.
+  [[nodiscard]] std::size_t Ready(std::size_t workers) override {
+    for (std::size_t ready = 1; ready < workers; ++ready) {
+      std::string why;
+      try {
+        if (workers_[ready]
+                .company.emplace(options_.company, options_.language)
+                .IsSameAs(*workers_.front().company)) {
+          continue;
+        }
+        why = "another file has its name";
+      } catch (const RunTimeError& error) {
+        why = error.Description();
+      }
+      progress_.Hide();
+      (void)Complain(streams_, std::to_string(ready) + " of " + std::to_string(workers) +
+                                   " workers could open the company: " + why);
+      return ready;
+    }
+    return workers;
+  }
+
   [[nodiscard]] static std::size_t Place(const Outcome& outcome) {
     return static_cast<std::size_t>(VerdictOf(outcome));
   }
+  [[nodiscard]] static bool IsTrue(Verdict verdict) {
+    return verdict == Verdict::Free || verdict == Verdict::Yes;
+  }
   [[nodiscard]] std::string Shown(const Outcome& outcome) const {
+    if (options_.onlyProblems && IsTrue(VerdictOf(outcome))) {
+      return {};
+    }
     if (options_.json) {
       return ToJson(outcome) + '\n';
     }
@@ -265,6 +332,8 @@ class ReplayRun final : public Answering<RecordingFile> {
     return {static_cast<std::size_t>(replayed.again),
             options_.json ? ToJson(replayed) + '\n' : ToBlock(replayed, style_)};
   }
+  void EndTurn(std::size_t /*worker*/) override {}
+  [[nodiscard]] std::size_t Ready(std::size_t workers) override { return workers; }
   void Note(std::span<const Answered> answers) override {
     for (const Answered& answer : answers) {
       ++tally_[static_cast<Again>(answer.verdict)];
@@ -364,7 +433,8 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   app.require_subcommand(1);
   app.footer(
       "Exit status: 0 every entry answered True, 1 at least one False, 2 at least one could not "
-      "be checked or the call was wrong. Of replay: 0 all as recorded, 1 at least one different, "
+      "be checked or the call was wrong. Of verify: 0 sound, 1 at least one flaw, 2 it could not "
+      "be read. Of replay: 0 all as recorded, 1 at least one different, "
       "2 at least one could not be read.");
 
   CLI::App* const init = app.add_subcommand("init", "Make an embedded company");
@@ -381,6 +451,12 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   AddJobs(*check, options, "Entries");
   check->add_option("--record", options.recording,
                     "Write every decision down here, to be replayed; holds company data");
+  check->add_flag("--only-problems", options.onlyProblems,
+                  "Leave out the entries that answered True");
+  check
+      ->add_option("--fail-on", options.failOn,
+                   "The least that makes the exit status 1: error, or warning if left out")
+      ->check(CLI::IsMember({"error", "warning"}));
   check->add_option("FILE", options.files, "JSON or JSON Lines; - is standard input")->required();
 
   CLI::App* const verify =

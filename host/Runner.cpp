@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
+#include <variant>
 
 #include "checker/KalCOGCheck.h"
 #include "platform/MemoryRecordset.h"
@@ -110,11 +111,26 @@ std::optional<Entry> Begin(std::string_view text, Outcome& outcome) {
   return std::move(reading.entry);
 }
 
+// A blocked entry that passes for a free one gets into the books: whatever made it so, it is no
+// answer.
+void RefuseTrueBesideError(Outcome& outcome) {
+  const bool blocked = std::ranges::any_of(outcome.findings, [](const Finding& finding) {
+    return finding.string == ResultString::ErrString;
+  });
+  const bool* const answer = outcome.result ? std::get_if<bool>(&*outcome.result) : nullptr;
+  if (outcome.isCheck && blocked && answer != nullptr && *answer) {
+    outcome.result.reset();
+    outcome.error = RunTimeError(static_cast<std::int32_t>(RunTime::InternalError),
+                                 std::string(kComponentName), "The answer is True beside an error");
+  }
+}
+
 // What decide(sets) comes to, and how it hands the sets back.
 template <class Decide>
 void Run(const Entry& entry, Outcome& outcome, Decide decide) {
   const Sets sets = MakeSets(entry);
   Attempt(outcome, [&] { decide(sets); });
+  RefuseTrueBesideError(outcome);
   for (std::size_t i = 0; i < sets.size(); ++i) {
     outcome.sets.push_back({entry.sets[i].set->name, sets[i]->FilterText(), sets[i]->Position()});
   }

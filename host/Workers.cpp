@@ -1,5 +1,6 @@
 #include "host/Workers.h"
 
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -11,27 +12,32 @@ constexpr std::size_t kUnderWay = 64;
 
 }  // namespace
 
-Workers::Workers(std::size_t count, Read read, Check check, Deliver deliver)
+Workers::Workers(std::size_t count, Read read, Check check, EndTurn endTurn, Deliver deliver)
     : count_(count),
       read_(std::move(read)),
       check_(std::move(check)),
+      endTurn_(std::move(endTurn)),
       deliver_(std::move(deliver)) {}
 
 void Workers::Run() {
+  const auto work = [this](std::size_t worker) {
+    try {
+      Work(worker);
+    } catch (...) {
+      Fail(std::current_exception());
+    }
+  };
   std::vector<std::jthread> threads;
   try {
-    for (std::size_t worker = 0; worker < count_; ++worker) {
-      threads.emplace_back([this, worker] {
-        try {
-          Work(worker);
-        } catch (...) {
-          Fail(std::current_exception());
-        }
-      });
+    for (std::size_t worker = 1; worker < count_; ++worker) {
+      threads.emplace_back(work, worker);
     }
+  } catch (const std::system_error&) {
+    // No more threads can be had: those that are there do the work.
   } catch (...) {
     Fail(std::current_exception());
   }
+  work(0);
   threads.clear();  // waits for them
   if (failure_) {
     std::rethrow_exception(failure_);
@@ -51,9 +57,11 @@ void Workers::Work(std::size_t worker) {
         answers.back().bytesRead = asked.bytesRead;
       }
     } catch (...) {
+      endTurn_(worker);
       HandIn(turn.first, std::move(answers));
       throw;
     }
+    endTurn_(worker);
     HandIn(turn.first, std::move(answers));
   }
 }

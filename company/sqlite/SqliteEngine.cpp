@@ -468,6 +468,11 @@ void SqliteEngine::EndReading() noexcept {
   }
 }
 
+std::string SqliteEngine::Database() const {
+  return file_ ? std::to_string(file_->device) + ":" + std::to_string(file_->number)
+               : connection_.Path();
+}
+
 bool SqliteEngine::HasTable(std::string_view name) {
   return IsAnswered(kInFile, name) ||
          IsAnswered("SELECT 1 FROM temporary.sqlite_master WHERE name = ? COLLATE NOCASE", name);

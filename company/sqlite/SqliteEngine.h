@@ -48,6 +48,7 @@ class SqliteEngine final : public Engine {
   [[nodiscard]] std::int32_t Closings(const Variant& entry) override;
   void BeginReading() override;
   void EndReading() noexcept override;
+  [[nodiscard]] std::string Database() const override;
   [[nodiscard]] bool HasTable(std::string_view name) override;
   void MakeTemporaryTable(const std::string& name, const RowTable& rows) override;
   void DropTemporaryTable(const std::string& name) noexcept override;
