@@ -127,9 +127,9 @@ std::string_view DeclarationOfType(DataType type) {
 
 bool Stores(std::string_view declaration, DataType type) {
   const auto says = [declaration](std::string_view part) {
-    return std::ranges::search(declaration, part, [](char a, char b) {
-             return FoldedAscii(a) == FoldedAscii(b);
-           }).begin() != declaration.end();
+    const auto same = [](char a, char b) { return FoldedAscii(a) == FoldedAscii(b); };
+    return std::search(declaration.begin(), declaration.end(), part.begin(), part.end(), same) !=
+           declaration.end();
   };
   // The order in which SQLite looks for these parts.
   const bool keepsIntegers = says("INT");
