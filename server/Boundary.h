@@ -3,13 +3,14 @@
 // Every member of the component runs in Guarded. A run-time error leaves as a failed result
 // together with an error object (number, source, description), which compiled callers ask for
 // through IErrorInfo and of which the type library's Invoke makes an exception record for script
-// hosts. No C++ exception ever leaves.
+// hosts. No C++ exception ever leaves, and what the host has set in the processor is as before.
 
 #pragma once
 
 #include <cstdint>
 #include <utility>
 
+#include "server/Arithmetic.h"
 #include "server/Automation.h"
 
 namespace kal {
@@ -29,6 +30,7 @@ HRESULT ReportCurrentError() noexcept;
 
 template <class Body>
 HRESULT Guarded(Body&& body) noexcept {
+  const OwnArithmetic own;
   try {
     SetErrorInfo(0, nullptr);
     std::forward<Body>(body)();

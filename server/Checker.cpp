@@ -107,6 +107,14 @@ HRESULT STDMETHODCALLTYPE Checker::GetClassInfo(ITypeInfo** info) {
   return FAILED(loaded) ? loaded : library->GetTypeInfoOfGuid(kClassId, info);
 }
 
+BSTR Checker::MakeText(std::string_view text, OperationTag tag) {
+  try {
+    return ToAutomation(text);
+  } catch (...) {
+    RaiseError(CurrentError(), tag.Text());
+  }
+}
+
 HRESULT Checker::Assign(IDispatch* set, void (KalCOGCheck::*member)(Unread<RecordsetRef>)) {
   return Run(
       [&] { (core_.*member)([&] { return sets_.BorrowFromHost(ComPtr<IDispatch>(set)); }); });

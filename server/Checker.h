@@ -6,8 +6,10 @@
 #pragma once
 
 #include <atomic>
+#include <utility>
 
 #include "checker/KalCOGCheck.h"
+#include "frame/modKalErrorHandling.h"
 #include "server/Boundary.h"
 #include "server/Conversion.h"
 #include "server/DispatchSiblings.h"
@@ -18,7 +20,7 @@ namespace kal {
 
 class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IProvideClassInfo {
  public:
-  Checker() = default;
+  explicit Checker(SiblingNames names) : siblings_(sets_, std::move(names)) {}
   Checker(const Checker&) = delete;
   Checker& operator=(const Checker&) = delete;
 
@@ -43,7 +45,7 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IPro
     return Run([&] { core_.TmpTableScadenze([&] { return FromBstr(name); }); });
   }
   HRESULT STDMETHODCALLTYPE get_TmpTableScadenze(BSTR* name) override {
-    return Answer(name, [&] { return core_.TmpTableScadenze(); });
+    return Text(name, "KalCOGCheck.TmpTableScadenze", [&] { return core_.TmpTableScadenze(); });
   }
   HRESULT STDMETHODCALLTYPE put_IsFromCard(VARIANT_BOOL value) override {
     return Run([&] { core_.IsFromCard(value != VARIANT_FALSE); });
@@ -52,22 +54,25 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IPro
     return Run([&] { core_.IsParcella(value != VARIANT_FALSE); });
   }
   HRESULT STDMETHODCALLTYPE get_IsInfragruppo(BSTR* text) override {
-    return Answer(text, [&] { return core_.IsInfragruppo(); });
+    return Text(text, "KalCOGCheck.IsInfragruppo", [&] { return core_.IsInfragruppo(); });
   }
   HRESULT STDMETHODCALLTYPE get_WarnStringModifica(BSTR* text) override {
-    return Answer(text, [&] { return core_.WarnStringModifica(); });
+    return Text(text, "KalCOGCheck.WarnStringModifica", [&] { return core_.WarnStringModifica(); });
   }
   HRESULT STDMETHODCALLTYPE get_WarnString(BSTR* text) override {
-    return Answer(text, [&] { return core_.WarnString(); });
+    return Text(text, "KalCOGCheck.WarnString", [&] { return core_.WarnString(); });
   }
   HRESULT STDMETHODCALLTYPE get_WarnDuplicatoDocString(BSTR* text) override {
-    return Answer(text, [&] { return core_.WarnDuplicatoDocString(); });
+    return Text(text, "KalCOGCheck.WarnDuplicatoDocString",
+                [&] { return core_.WarnDuplicatoDocString(); });
   }
   HRESULT STDMETHODCALLTYPE get_WarnProtocolloString(BSTR* text) override {
-    return Answer(text, [&] { return core_.WarnProtocolloString(); });
+    return Text(text, "KalCOGCheck.WarnProtocolloString",
+                [&] { return core_.WarnProtocolloString(); });
   }
   HRESULT STDMETHODCALLTYPE get_WarnInfragruppoString(BSTR* text) override {
-    return Answer(text, [&] { return core_.WarnInfragruppoString(); });
+    return Text(text, "KalCOGCheck.WarnInfragruppoString",
+                [&] { return core_.WarnInfragruppoString(); });
   }
   HRESULT STDMETHODCALLTYPE OkCancellaDoc(SHORT aTipologiaDoc, LONG aIdDoc,
                                           VARIANT_BOOL* ok) override {
@@ -117,7 +122,7 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IPro
     return Assign(set, &KalCOGCheck::RsScadenze);
   }
   HRESULT STDMETHODCALLTYPE get_ErrString(BSTR* text) override {
-    return Answer(text, [&] { return core_.ErrString(); });
+    return Text(text, "KalCOGCheck.ErrString", [&] { return core_.ErrString(); });
   }
   HRESULT STDMETHODCALLTYPE putref_RsTesta(IDispatch* set) override {
     return Assign(set, &KalCOGCheck::RsTesta);
@@ -193,6 +198,17 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IPro
     *answer = {};
     return Run([&] { *answer = ToAutomation(body()); });
   }
+  // The same for a text, which is made within the operation: memory that fails is an error with the
+  // operation's tag in its trail.
+  template <class Body>
+  HRESULT Text(BSTR* answer, OperationTag tag, Body&& body) {
+    if (answer == nullptr) {
+      return E_POINTER;
+    }
+    *answer = nullptr;
+    return Run([&] { *answer = MakeText(body(), tag); });
+  }
+  static BSTR MakeText(std::string_view text, OperationTag tag);
   HRESULT Assign(IDispatch* set, void (KalCOGCheck::*member)(Unread<RecordsetRef>));
 
   // The type description that calls by name go through, loaded when it is first needed.
@@ -202,7 +218,7 @@ class Checker final : public IKalCOGCheck, public ISupportErrorInfo, public IPro
   std::atomic<ULONG> references_{1};
   ComPtr<ITypeInfo> typeInfo_;
   BorrowedSets sets_;  // before the siblings and the core, which use what stands above them
-  DispatchSiblings siblings_{sets_};
+  DispatchSiblings siblings_;
   KalCOGCheck core_{siblings_};
 };
 

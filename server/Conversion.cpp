@@ -9,11 +9,70 @@
 namespace kal {
 namespace {
 
-int TextLength(std::size_t length) {
-  if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-    throw std::bad_alloc();
+// Every content of a BSTR has a text in the core, and that text gives it back unchanged: a
+// surrogate without its other half is written as if it were a character, and the last byte of an
+// odd length as one beyond the last character of all.
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kFirstOfPairs = 0x10000;
+constexpr char32_t kLastByte = 0x110000;
+constexpr unsigned kBitsOfTrail = 6;
+constexpr char32_t kTrailMask = 0x3F;
+constexpr unsigned kBitsOfHalf = 10;
+constexpr char32_t kHalfMask = 0x3FF;
+constexpr char32_t kHighHalf = 0xD800;
+constexpr char32_t kLowHalf = 0xDC00;
+
+bool IsHalf(char32_t unit, char32_t half) { return (unit & ~kHalfMask) == half; }
+
+void AppendCharacter(std::string& text, char32_t character) {
+  constexpr char32_t kLeast[] = {0x80, 0x800, kFirstOfPairs};
+  constexpr char32_t kMarks[] = {0, 0xC0, 0xE0, 0xF0};
+  unsigned trails = 0;
+  while (trails < std::size(kLeast) && character >= kLeast[trails]) {
+    ++trails;
   }
-  return static_cast<int>(length);
+  text += static_cast<char>(kMarks[trails] | character >> (kBitsOfTrail * trails));
+  while (trails-- > 0) {
+    text += static_cast<char>(0x80 | (character >> (kBitsOfTrail * trails) & kTrailMask));
+  }
+}
+
+// Takes the first character off the text. What is none costs one byte.
+char32_t TakeCharacter(std::string_view& text) {
+  const auto at = [&text](std::size_t place) { return static_cast<unsigned char>(text[place]); };
+  const unsigned first = at(0);
+  const std::size_t trails = first < 0x80 ? 0 : first < 0xE0 ? 1 : first < 0xF0 ? 2 : 3;
+  char32_t character = first < 0x80 ? first : first & (kTrailMask >> trails);
+  bool isOne = first < 0x80 || (first >= 0xC0 && first < 0xF8 && trails < text.size());
+  for (std::size_t place = 1; isOne && place <= trails; ++place) {
+    isOne = (at(place) & 0xC0) == 0x80;
+    character = character << kBitsOfTrail | (at(place) & kTrailMask);
+  }
+  text.remove_prefix(isOne ? trails + 1 : 1);
+  return isOne && character <= kLastByte + 0xFF ? character : kReplacement;
+}
+
+std::string BytesInAutomation(std::string_view text) {
+  std::string bytes;
+  bytes.reserve(text.size() * sizeof(wchar_t));
+  const auto append = [&bytes](char32_t unit) {
+    bytes += static_cast<char>(unit & 0xFF);
+    bytes += static_cast<char>(unit >> 8);
+  };
+  while (!text.empty()) {
+    const char32_t character = TakeCharacter(text);
+    if (character >= kLastByte) {
+      bytes += static_cast<char>(character & 0xFF);
+      bytes.append(text.empty() ? 0 : 1,
+                   '\0');  // within a text that was put together, a whole unit
+    } else if (character >= kFirstOfPairs) {
+      append(kHighHalf | (character - kFirstOfPairs) >> kBitsOfHalf);
+      append(kLowHalf | (character & kHalfMask));
+    } else {
+      append(character);
+    }
+  }
+  return bytes;
 }
 
 DECIMAL ToDecimal(const Decimal& value) {
@@ -67,35 +126,44 @@ Variant FromObject(IUnknown* object) {
 }  // namespace
 
 std::string ToUtf8(std::wstring_view text) {
-  if (text.empty()) {
-    return {};
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    char32_t character = text[at];
+    if (IsHalf(character, kHighHalf) && at + 1 < text.size() && IsHalf(text[at + 1], kLowHalf)) {
+      character =
+          kFirstOfPairs + ((character & kHalfMask) << kBitsOfHalf | (text[++at] & kHalfMask));
+    }
+    AppendCharacter(result, character);
   }
-  const int length = TextLength(text.size());
-  const int size =
-      WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string result(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, result.data(), size, nullptr, nullptr);
   return result;
 }
 
 std::wstring ToUtf16(std::string_view text) {
-  if (text.empty()) {
-    return {};
-  }
-  const int length = TextLength(text.size());
-  const int size = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
-  std::wstring result(static_cast<std::size_t>(size), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), length, result.data(), size);
+  const std::string bytes = BytesInAutomation(text);
+  std::wstring result(bytes.size() / sizeof(wchar_t), L'\0');
+  bytes.copy(reinterpret_cast<char*>(result.data()), result.size() * sizeof(wchar_t));
   return result;
 }
 
 std::string FromBstr(BSTR text) {
-  return text == nullptr ? std::string() : ToUtf8({text, SysStringLen(text)});
+  if (text == nullptr) {
+    return {};
+  }
+  std::string result = ToUtf8({text, SysStringLen(text)});
+  const UINT bytes = SysStringByteLen(text);
+  if (bytes % sizeof(wchar_t) != 0) {
+    const char last = reinterpret_cast<const char*>(text)[bytes - 1];
+    AppendCharacter(result, kLastByte + static_cast<unsigned char>(last));
+  }
+  return result;
 }
 
 BSTR ToAutomation(std::string_view text) {
-  const std::wstring wide = ToUtf16(text);
-  BSTR const result = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
+  const std::string bytes = BytesInAutomation(text);
+  BSTR const result = bytes.size() > std::numeric_limits<UINT>::max()
+                          ? nullptr
+                          : SysAllocStringByteLen(bytes.data(), static_cast<UINT>(bytes.size()));
   if (result == nullptr) {
     throw std::bad_alloc();
   }

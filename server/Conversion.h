@@ -2,6 +2,8 @@
 //
 // Nothing is rounded on the way: amounts stay ten-thousandths, decimals stay decimals, dates stay
 // serial numbers. Texts are UTF-8 in the core and UTF-16 outside; a null text is the empty one.
+// Outside they may hold what is no character, halves of pairs and single bytes: that passes
+// unchanged.
 
 #pragma once
 

@@ -1,7 +1,5 @@
 #include "server/DispatchQuery.h"
 
-#include "server/SiblingNames.h"
-
 namespace kal {
 namespace {
 
@@ -9,12 +7,12 @@ using names::QueryMember;
 
 class QueryDescription {
  public:
-  explicit QueryDescription(const Query& query) : query_(query) {}
+  QueryDescription(const Query& query, const SiblingNames& names) : query_(query), names_(names) {}
 
   LateBound Describe() && {
     const Selection& selection = query_.What();
     if (selection.Option() != 0) {
-      builder_.Put(names::NameOf(QueryMember::Option), selection.Option());
+      builder_.Put(names_.NameOf(QueryMember::Option), selection.Option());
     }
     for (const std::string_view columns : selection.Columns()) {
       Say(QueryMember::AddFields, {query_.Text(columns)});
@@ -31,7 +29,7 @@ class QueryDescription {
 
  private:
   void Say(QueryMember member, std::initializer_list<Variant> values = {}) {
-    builder_.Do(names::NameOf(member), values);
+    builder_.Do(names_.NameOf(member), values);
   }
 
   template <class Conditions>
@@ -69,12 +67,15 @@ class QueryDescription {
   }
 
   const Query& query_;
-  LateBound builder_ = LateBound::Create(names::kQueryBuilderClass);
+  const SiblingNames& names_;
+  LateBound builder_ = LateBound::Create(names_.QueryBuilderClass());
   std::size_t next_ = 0;  // of the values, which come in the order of the comparisons
 };
 
 }  // namespace
 
-LateBound DescribeQuery(const Query& query) { return QueryDescription(query).Describe(); }
+LateBound DescribeQuery(const Query& query, const SiblingNames& names) {
+  return QueryDescription(query, names).Describe();
+}
 
 }  // namespace kal

@@ -5,7 +5,6 @@
 
 #include "server/DispatchQuery.h"
 #include "server/LateBound.h"
-#include "server/SiblingNames.h"
 
 namespace kal {
 namespace {
@@ -19,11 +18,11 @@ struct Installed final : SiblingState {
 
 SiblingAnswer DispatchSiblings::Ask(const SiblingCall& call) {
   if (call.member == Member::Create) {
-    call.state = std::make_unique<Installed>(LateBound::Create(names::ClassOf(call.component)));
+    call.state = std::make_unique<Installed>(LateBound::Create(names_.ClassOf(call.component)));
     return {};
   }
   LateBound& sibling = static_cast<Installed&>(*call.state).object;
-  const std::string_view name = names::NameOf(call.member);
+  const std::string_view name = names_.NameOf(call.member);
   switch (call.Kind()) {
     case CallKind::Create:
       break;
@@ -39,7 +38,8 @@ SiblingAnswer DispatchSiblings::Ask(const SiblingCall& call) {
       sibling.PutRef(name, dynamic_cast<DispatchRecordset&>(*call.set).Object());
       break;
     case CallKind::Open:
-      return {.rows = sets_.Borrow(sibling.GetObject(name, DescribeQuery(*call.query).Object()))};
+      return {.rows = sets_.Borrow(
+                  sibling.GetObject(name, DescribeQuery(*call.query, names_).Object()))};
     case CallKind::Execute:
       return {.value = sibling.DoForOutput(name, call.values)};
   }

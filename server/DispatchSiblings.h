@@ -4,7 +4,10 @@
 
 #pragma once
 
+#include <utility>
+
 #include "server/DispatchRecordset.h"
+#include "server/SiblingNames.h"
 #include "siblings/Siblings.h"
 
 namespace kal {
@@ -12,12 +15,14 @@ namespace kal {
 class DispatchSiblings final : public Siblings {
  public:
   // The sets must outlive this.
-  explicit DispatchSiblings(BorrowedSets& sets) : sets_(sets) {}
+  explicit DispatchSiblings(BorrowedSets& sets, SiblingNames names = {})
+      : sets_(sets), names_(std::move(names)) {}
 
   SiblingAnswer Ask(const SiblingCall& call) override;
 
  private:
   BorrowedSets& sets_;
+  SiblingNames names_;
 };
 
 }  // namespace kal

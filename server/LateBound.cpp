@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/RunTimeError.h"
+#include "server/Arithmetic.h"
 #include "server/Boundary.h"
 
 namespace kal {
@@ -80,11 +81,14 @@ VARIANT ReferenceTo(VARIANT& value) {
 LateBound LateBound::Create(std::string_view progId) {
   CLSID id{};
   ComPtr<IDispatch> object;
-  HRESULT result = CLSIDFromProgID(ToUtf16(progId).c_str(), &id);
-  if (SUCCEEDED(result)) {
-    result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
-                              IID_IDispatch, reinterpret_cast<void**>(object.Put()));
-  }
+  const std::wstring name = ToUtf16(progId);
+  const HRESULT result = [&] {
+    const HostsArithmetic hosts;
+    const HRESULT known = CLSIDFromProgID(name.c_str(), &id);
+    return FAILED(known) ? known
+                         : CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
+                                            IID_IDispatch, reinterpret_cast<void**>(object.Put()));
+  }();
   if (FAILED(result)) {
     throw RunTimeError(NumberOfResult(result), std::string(kComponentName),
                        "Can't create object " + std::string(progId) + " (" + InHex(result) + ")");
@@ -157,7 +161,10 @@ HRESULT LateBound::LookUp(std::string_view member, DISPID& id) {
   }
   std::wstring name = ToUtf16(member);
   LPOLESTR names = name.data();
-  const HRESULT result = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+  const HRESULT result = [&] {
+    const HostsArithmetic hosts;
+    return object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+  }();
   if (SUCCEEDED(result)) {
     ids_.emplace_back(member, id);
   }
@@ -187,9 +194,11 @@ ScopedVariant LateBound::Invoke(DISPID id, std::string_view member, WORD kind,
   ScopedVariant answer;
   ScopedException exception;
   UINT wrongArgument = 0;
-  const HRESULT result =
-      object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
-                      assigns ? nullptr : &*answer, &exception.info, &wrongArgument);
+  const HRESULT result = [&] {
+    const HostsArithmetic hosts;
+    return object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                           assigns ? nullptr : &*answer, &exception.info, &wrongArgument);
+  }();
   if (FAILED(result)) {
     if (result == DISP_E_EXCEPTION && exception.info.pfnDeferredFillIn != nullptr) {
       exception.info.pfnDeferredFillIn(&exception.info);

@@ -6,6 +6,7 @@
 #include "server/Counted.h"
 #include "server/Module.h"
 #include "server/Registration.h"
+#include "server/SiblingNames.h"
 #include "server/modClassIdGenerator.h"
 
 namespace kal {
@@ -23,7 +24,7 @@ class ClassObject final : public Counted<IClassFactory, IID_IClassFactory> {
     }
     HRESULT result = E_NOINTERFACE;
     const HRESULT created = Guarded([&] {
-      const auto checker = ComPtr<Checker>::Attach(new Checker);
+      const auto checker = ComPtr<Checker>::Attach(new Checker(NamesBesideModule()));
       result = checker->QueryInterface(iid, object);
     });
     return FAILED(created) ? created : result;

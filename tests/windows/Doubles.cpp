@@ -81,7 +81,8 @@ HRESULT STDMETHODCALLTYPE Double::Invoke(DISPID id, REFIID iid, LCID, WORD flags
   } catch (...) {
     const RunTimeError error = CurrentError();
     *exception = {};
-    exception->scode = ResultOfNumber(error.Number());
+    exception->scode =  // beyond 16 bits as it is: some objects do that
+        error.Number() > 0xFFFF ? error.Number() : ResultOfNumber(error.Number());
     exception->bstrSource = ToAutomation(error.Source());
     exception->bstrDescription = ToAutomation(error.Description());
     return DISP_E_EXCEPTION;
@@ -93,7 +94,11 @@ class ClassObject final : public Counted<IClassFactory, IID_IClassFactory> {
   explicit ClassObject(std::function<ComPtr<IDispatch>()> make) : make_(std::move(make)) {}
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid, void** object) override {
-    return make_()->QueryInterface(iid, object);
+    try {
+      return make_()->QueryInterface(iid, object);
+    } catch (...) {
+      return ResultOfNumber(CurrentError().Number());
+    }
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 

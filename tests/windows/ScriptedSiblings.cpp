@@ -146,6 +146,10 @@ SiblingAnswer ScriptedSiblings::Ask(const SiblingCall& call) {
   if (call.query != nullptr) {
     values = ToldTo(DescribeQuery(*call.query).Object());
   }
+  constexpr std::size_t kMostQuestions = 10000;  // hosts may play thousands of entries
+  if (questions_.size() == kMostQuestions) {
+    questions_.clear();
+  }
   std::string question(call.Name());
   questions_.push_back(question);
   for (const Variant& value : values) {

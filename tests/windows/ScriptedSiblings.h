@@ -32,6 +32,7 @@ class ScriptedSiblings final : public Siblings {
 
   // The n-th question from now on, counted from 1, fails; 0: none.
   void FailAt(int n) { failAt_ = n; }
+  // Of some thousands, the last ones.
   [[nodiscard]] const std::vector<std::string>& Questions() const { return questions_; }
 
   SiblingAnswer Ask(const SiblingCall& call) override;

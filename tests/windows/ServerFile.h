@@ -18,6 +18,9 @@ template <class Function>
 }
 using GetClassObjectFunction = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
 
+// Where the DLL keeps the address of a function that it imports.
+[[nodiscard]] void*& PlaceOfImport(const char* dll, const char* function);
+
 // A checker straight from the DLL, without the registry.
 [[nodiscard]] ComPtr<IKalCOGCheck> MakeChecker();
 
