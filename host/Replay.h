@@ -35,6 +35,9 @@ struct Replayed {
 
 [[nodiscard]] Replayed Replay(const EntryText& line);
 
+// Whether what is decided now is what was recorded, for whoever has decided again in another way.
+void Compare(Replayed& replayed);
+
 // One JSON object on one line, without the line end.
 [[nodiscard]] std::string ToJson(const Replayed& replayed);
 

@@ -4,6 +4,8 @@
 #include <sqlite3.h>
 
 #include <atomic>
+#include <cstdlib>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <regex>
@@ -11,6 +13,8 @@
 #include <utility>
 
 #include "host/RecordingText.h"
+#include "host/Report.h"
+#include "host/Runner.h"
 #include "platform/RunTimeError.h"
 #include "records/Player.h"
 #include "records/Recorder.h"
@@ -256,6 +260,9 @@ SiblingAnswer CodedSiblings::Ask(const SiblingCall& call) {
   };
   EXPECT_TRUE(std::ranges::all_of(call.values, isDay)) << call.Name();
   EXPECT_TRUE(!call.query || std::ranges::all_of(call.query->Values(), isDay)) << call.Name();
+  if (call.member != Member::Create && failAt > 0 && --failAt == 0) {
+    throw RunTimeError(-2147467259, "Società", "guasto");
+  }
   if (call.member == Member::KalStatus_TranslateFromDict) {
     return {"{" + CStr(call.values[0]) + "}"};
   }
@@ -465,11 +472,32 @@ std::string Answered(Siblings& siblings, const TableCase& row, bool anotherHost)
   return shown;
 }
 
+// Adds the case to the file of recordings that was asked for, as it is and with a question that
+// fails, another one from case to case.
+void Record(CodedSiblings& siblings, const TableCase& row) {
+  static std::size_t cases = 0;
+  constexpr std::size_t kQuestions = 40;
+  const char* const file = std::getenv("KAL_RECORD_TABLES");
+  if (file == nullptr) return;
+  const std::string entry = EntryText(row.kind, row.changes);
+  for (const std::size_t failing : {std::size_t{0}, 1 + cases++ % kQuestions}) {
+    siblings.failAt = failing;
+    records::Conversation conversation;
+    records::Recorder recorder(siblings, conversation);
+    const host::Outcome outcome = host::DecideAgain(entry, recorder);
+    std::string line;
+    host::AppendRecording(line, entry, conversation, ToJson(outcome));
+    if (outcome.isDecided) std::ofstream(file, std::ios::app | std::ios::binary) << line;
+  }
+  siblings.failAt = 0;
+}
+
 // The answer is the same again over what was recorded of it.
 void RunTableCase(const TableCase& row) {
   SCOPED_TRACE(row.name);
   static const std::regex kLost(R"((\w+)!)");
   OpenedCompany books(std::regex_replace(row.sql, kLost, "ALTER TABLE $1 RENAME TO Perduta"));
+  Record(books.siblings, row);
   for (const bool anotherHost : {false, true}) {
     SCOPED_TRACE(anotherHost ? "from another host" : "");
     books.siblings.ofAnotherMake = anotherHost;

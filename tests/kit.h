@@ -53,6 +53,7 @@ class CodedSiblings : public Siblings {
   SiblingAnswer Ask(const SiblingCall& call) override;
 
   bool ofAnotherMake = false;  // whether they answer as HandAsAnotherHost hands over
+  std::size_t failAt = 0;      // the n-th question from now on, counted from 1, fails; 0: none
 
  protected:
   Siblings& inner_;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
+#include "records/SelectionMaker.h"
 #include "server/Boundary.h"
 #include "server/Counted.h"
 #include "server/DispatchRecordset.h"
@@ -18,7 +20,7 @@ class Double final : public Counted<IDispatch, IID_IDispatch> {
     ++counts.live[kind_];
   }
 
-  [[nodiscard]] const void* Content() const { return content_.get(); }
+  [[nodiscard]] void* Content() const { return content_.get(); }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
     *count = 0;
@@ -126,23 +128,69 @@ ComPtr<IDispatch> MakeField(const RecordsetRef& set, const Variant& key) {
                      })});
 }
 
+// What a query builder was told so far.
+struct Described {
+  records::SelectionMaker maker;
+  std::vector<Variant> values;
+};
+
+const VARIANT& Argument(Arguments in, std::size_t at, VARTYPE type) {
+  if (at >= in.size() || in[at]->vt != type) {
+    Raise(RunTime::TypeMismatch, "an argument of another type", "Double");
+  }
+  return *in[at];
+}
+std::string Text(Arguments in, std::size_t at) {
+  return FromBstr(Argument(in, at, VT_BSTR).bstrVal);
+}
+template <class Enum, class List, class Name>
+Enum Named(const List& list, const Name& name) {
+  const auto found = std::ranges::find(list, name);
+  if (found == list.end()) {
+    Raise(RunTime::TypeMismatch, "an argument that is not known", "Double");
+  }
+  return static_cast<Enum>(found - list.begin());
+}
+
+void Describe(Described& it, names::QueryMember member, Arguments in) {
+  using names::QueryMember;
+  switch (member) {
+    case QueryMember::Option:
+      return it.maker.Option(Argument(in, 0, VT_I4).lVal);
+    case QueryMember::AddFields:
+      return it.maker.Select(Text(in, 0));
+    case QueryMember::AddTable:
+      return it.maker.From(Text(in, 0));
+    case QueryMember::AddJoin:
+      return it.maker.JoinWith(Named<JoinKind>(names::kJoinKinds, Argument(in, 0, VT_I2).iVal),
+                               Text(in, 1));
+    case QueryMember::BeginWhere:
+      return it.maker.Where();
+    case QueryMember::AddCondition:
+      it.maker.Compare(Text(in, 0), Named<CompareWith>(names::kOperators, Text(in, 1)));
+      it.values.push_back(In(in, 2));
+      return;
+    case QueryMember::AddColumnPair:
+      return it.maker.Columns(Text(in, 0), Text(in, 1));
+    case QueryMember::AddLiteral:
+      return it.maker.Literal(Text(in, 0));
+    case QueryMember::BeginAnyOf:
+      return it.maker.BeginAnyOf();
+    case QueryMember::BeginAlternative:
+      return it.maker.BeginAlternative();
+    case QueryMember::EndAnyOf:
+      return it.maker.EndAnyOf();
+  }
+}
+
 ComPtr<IDispatch> MakeQueryBuilder() {
-  const auto told = std::make_shared<std::vector<Variant>>(1, "");
+  const auto told = std::make_shared<Described>();
   std::vector<DoubleMember> members;
-  for (const std::string_view name : names::kQueryMembers) {
-    members.push_back(
-        Answers(name, name == "Option" ? kPut : kCall, kAny, [told, name](Arguments in) {
-          std::string text(name);
-          for (std::size_t at = 0; at < in.size(); ++at) {
-            text += " " + Shown(In(in, at));
-          }
-          told->emplace_back(text);
-          if (name == "AddTable" || name == "AddCondition") {
-            const Variant last = In(in, in.size() - 1);
-            const std::string word = last.IsNull() ? "" : CStr(last);
-            told->front() = CStr(told->front()) + word.substr(0, word.find(' ')) + " ";
-          }
-        }));
+  for (std::size_t at = 0; at < names::kQueryMembers.size(); ++at) {
+    const auto member = static_cast<names::QueryMember>(at);
+    members.push_back(Answers(names::kQueryMembers[at],
+                              member == names::QueryMember::Option ? kPut : kCall, kAny,
+                              [told, member](Arguments in) { Describe(*told, member, in); }));
   }
   return MakeDouble("Sibling", members, told);
 }
@@ -150,22 +198,41 @@ ComPtr<IDispatch> MakeQueryBuilder() {
 // By CallKind.
 constexpr WORD kKinds[] = {0, kCall | kGet, kCall, kPut, DISPATCH_PROPERTYPUTREF, kCall, kCall};
 
+// What a sibling's double knows of itself.
+struct Told {
+  std::unique_ptr<SiblingState> state;
+  bool isReady = false;  // whether Init or Compute were called, which answers are based on
+};
+
 // One call of a sibling's double: what automation hands over, asked of the siblings.
-ScopedVariant AskInstead(Siblings& siblings, std::unique_ptr<SiblingState>& state, Member member,
-                         Arguments in) {
+ScopedVariant AskInstead(Siblings& siblings, Told& told, Member member, Arguments in) {
   const MemberInfo& info = kMembers[static_cast<std::size_t>(member)];
-  SiblingCall call{.component = info.component, .member = member, .values = {}, .state = state};
+  SiblingCall call{
+      .component = info.component, .member = member, .values = {}, .state = told.state};
+  told.isReady = told.isReady || info.kind == CallKind::Do;
+  if (!told.isReady &&
+      (member == Member::KalAnagrafiche_InfoAnagrafica || member == Member::Totals_Total)) {
+    throw RunTimeError(5, "Double", "not ready");
+  }
   std::vector<Variant> values;
+  std::shared_ptr<const Selection> selection;
+  std::optional<Query> query;
   if (info.kind == CallKind::PutSet) {
     call.set = std::make_shared<DispatchRecordset>(ComPtr<IDispatch>(in[0]->pdispVal));
   } else if (info.kind == CallKind::Open) {
-    values = ToldTo(ComPtr<IDispatch>(in[0]->pdispVal));
+    auto* const described =
+        static_cast<Described*>(static_cast<Double*>(in[0]->pdispVal)->Content());
+    selection = described->maker.Take();
+    values = described->values;
+    call.query = &query.emplace(Query::OfPassing(*selection, values, kGivenName));
   } else {
     for (const VARIANT* const value : in) {
       values.push_back(FromVariant(*value));
     }
   }
-  call.values = values;
+  if (!query) {
+    call.values = values;
+  }
   const SiblingAnswer answer = siblings.Ask(call);
   if (info.kind == CallKind::Open) {
     return ToVariant(MakeRecordsetDouble(answer.rows));
@@ -183,15 +250,16 @@ ScopedVariant AskInstead(Siblings& siblings, std::unique_ptr<SiblingState>& stat
 }
 
 ComPtr<IDispatch> MakeSibling(Component component, Siblings& siblings) {
-  const auto state = std::make_shared<std::unique_ptr<SiblingState>>();
-  siblings.Ask({.component = component, .member = Member::Create, .values = {}, .state = *state});
+  const auto told = std::make_shared<Told>();
+  siblings.Ask(
+      {.component = component, .member = Member::Create, .values = {}, .state = told->state});
   std::vector<DoubleMember> members;
   for (std::size_t at = 0; at < kMembers.size(); ++at) {
     const auto member = static_cast<Member>(at);
     if (kMembers[at].component == component) {
       members.push_back({names::NameOf(member), kKinds[static_cast<std::size_t>(kMembers[at].kind)],
-                         kAny, [&siblings, state, member](Arguments in) {
-                           return AskInstead(siblings, *state, member, in);
+                         kAny, [&siblings, told, member](Arguments in) {
+                           return AskInstead(siblings, *told, member, in);
                          }});
     }
   }
@@ -257,11 +325,6 @@ long LiveDoubles(const std::string& kind) {
     live += kind.empty() || kind == name ? count : 0;
   }
   return live;
-}
-
-const std::vector<Variant>& ToldTo(const ComPtr<IDispatch>& queryBuilder) {
-  return *static_cast<const std::vector<Variant>*>(
-      static_cast<Double*>(queryBuilder.Get())->Content());
 }
 
 std::string Shown(const Variant& value) {

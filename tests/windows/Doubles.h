@@ -2,7 +2,7 @@
 //
 // A double knows its members by name; the first is the default one. There is one for any sibling
 // component, whose members are those of siblings/Members.h and ask a kal::Siblings, one for the
-// query builder, which writes down what it is told, and one for a record set. Errors leave as
+// query builder, which puts the selection together, and one for a record set. Errors leave as
 // automation's exceptions. All doubles are counted by kind, so that a test sees what the component
 // still holds.
 
@@ -65,9 +65,6 @@ inline Counts counts;
 // How many doubles of that kind live; of all kinds for "".
 [[nodiscard]] long LiveDoubles(const std::string& kind = "");
 
-// What a query builder was told, a text for each call, its values with their types; in front of
-// them the table and the values alone: "STDPianoDeiConti 0101 0".
-[[nodiscard]] const std::vector<Variant>& ToldTo(const ComPtr<IDispatch>& queryBuilder);
 // The value with its type: "3:5" for the number 5 in 16 bits.
 [[nodiscard]] std::string Shown(const Variant& value);
 // The text that the call answers, or "Error 94 'source' 'description'".

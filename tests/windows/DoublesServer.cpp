@@ -1,29 +1,36 @@
 // A DLL with the siblings and an entry to check, for script hosts: "KalDoubles.Entry" hands out the
-// record sets of an entry, takes changes of it, and makes a question to the siblings fail.
+// record sets of a sample, plays another one, and makes a question to the siblings fail.
 
 #include "tests/windows/Doubles.h"
-#include "tests/windows/ScriptedSiblings.h"
+#include "tests/windows/Recorded.h"
 
 namespace kal::test {
 namespace {
 
-ScriptedSiblings& TheSiblings() {
-  static ScriptedSiblings siblings(
-      "Open COGBollati 2024 1 -> GiorContStampato:b=1;Open COGPrimeNoteTeste 13 31 -> "
-      "IdPrimaNota:l=7");
-  return siblings;
+std::unique_ptr<Sample>& Played() {
+  static auto sample = std::make_unique<Sample>();
+  return sample;
+}
+
+ComPtr<IDispatch> RecordSet(const std::string& name) {
+  const Recorded& recorded = Played()->recorded;
+  for (std::size_t at = 0; at < recorded.sets.size(); ++at) {
+    if (recorded.entry.sets[at].set->name == name) {
+      return MakeRecordsetDouble(recorded.sets[at]);
+    }
+  }
+  return {};
 }
 
 ComPtr<IDispatch> MakeEntryDouble() {
-  const auto changes = std::make_shared<std::string>();
   const auto text = [](Arguments in) { return CStr(FromVariant(*in[0])); };
   return MakeDouble(
       "Entry",
-      {Answers("RecordSet", DISPATCH_METHOD, 1,
-               [=](Arguments in) { return MakeRecordsetDouble(MakeEntry(*changes).at(text(in))); }),
-       Answers("Change", DISPATCH_METHOD, 1, [=](Arguments in) { *changes += text(in) + ";"; }),
+      {Answers("RecordSet", DISPATCH_METHOD, 1, [=](Arguments in) { return RecordSet(text(in)); }),
+       Answers("Play", DISPATCH_METHOD, 1,
+               [=](Arguments in) { Played() = std::make_unique<Sample>(text(in)); }),
        Answers("FailAt", DISPATCH_METHOD, 1,
-               [=](Arguments in) { TheSiblings().FailAt(CLng(text(in))); }),
+               [=](Arguments in) { Played()->failAt = CLng(text(in)); }),
        Answers("Live", DISPATCH_PROPERTYGET, 0,
                [](Arguments) { return static_cast<std::int32_t>(LiveDoubles()); })});
 }
@@ -37,7 +44,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
   for (std::size_t at = 0; at <= kEntryClass; ++at) {
     if (classId == ClassIdOf(at)) {
       return MakeClassObject([at] {
-               return at == kEntryClass ? MakeEntryDouble() : MakeDoubleOf(at, TheSiblings());
+               return at == kEntryClass ? MakeEntryDouble() : MakeDoubleOf(at, *Played());
              })
           ->QueryInterface(iid, object);
     }

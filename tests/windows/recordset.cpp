@@ -1,89 +1,37 @@
-// The host's objects behind the core's interfaces: a record set gives the same answers and errors
-// as the set in memory that its double stands before.
+// The host's objects behind the core's interfaces: what is held of them, and what they are asked
+// where they are not as usual. That a record set gives the same answers and errors as one in memory
+// is tried with recordings (play.cpp).
 
 #include <gtest/gtest.h>
 
+#include "platform/MemoryRecordset.h"
 #include "server/DispatchRecordset.h"
 #include "tests/windows/Doubles.h"
-#include "tests/windows/ScriptedSiblings.h"
 
 namespace kal::test {
 namespace {
 
-RecordsetRef SomeRows() {
-  return std::make_shared<MemoryRecordset>(
-      MakeTable({"N:l=1 Conto:t=0101 Importo:m=-0.0001 Data:d=2024-03-15 Chiuso:b=1 Tasso:f=0.1",
-                 "N=2 Conto=0102 Importo=922337203685477.5807", "N=3 Conto=0101 Chiuso=0"}),
-      EditMode::InProgress);
+RecordsetRef OneColumn(const Column& column, std::vector<Variant> values) {
+  const auto rows = std::make_shared<RowTable>(std::vector<Column>{column});
+  for (Variant& value : values) {
+    rows->AddRow({std::move(value)});
+  }
+  return std::make_shared<MemoryRecordset>(rows);
 }
-
-// What the call answers, where it answers anything, or the error that it raises.
-template <class Call>
-std::string ShownOrError(Call call) {
-  return TextOrError([&]() -> std::string {
-    if constexpr (std::is_void_v<decltype(call())>) {
-      call();
-      return "";
-    } else {
-      return Shown(call());
-    }
-  });
-}
-
-// clang-format off
-TEST(DispatchRecordset, AnswersAsTheSetBehindIt) {
-  const RecordsetRef native = SomeRows();
-  DispatchRecordset through(MakeRecordsetDouble(SomeRows()));
-  const auto same = [&](const char* what, auto ask) {
-    EXPECT_EQ(ShownOrError([&] { return ask(through); }), ShownOrError([&] { return ask(*native); })) << what;
-  };
-  const auto values = [&](const char* what) {
-    for (const char* const name : {"N", "CONTO", "Importo", "Data", "Chiuso", "Tasso", "Altro"}) {
-      same(what, [name](Recordset& it) { return it.Fields(name).Value(); });
-    }
-    same(what, [](Recordset& it) { return it.RecordCount(); });
-    same(what, [](Recordset& it) { return it.Eof(); });
-    same(what, [](Recordset& it) { return it.HasCurrentRow(); });
-  };
-  values("first row");
-  same("edit mode", [](Recordset& it) { return static_cast<std::int32_t>(it.EditMode()); });
-  same("by place", [](Recordset& it) { return it.Fields(std::size_t{1}).Value(); });
-  same("no such place", [](Recordset& it) { return it.Fields(std::size_t{6}).Value(); });
-  same("type of a text", [](Recordset& it) { return static_cast<std::int32_t>(it.Fields("Conto").Type()); });
-  same("type of an amount", [](Recordset& it) { return static_cast<std::int32_t>(it.Fields("Importo").Type()); });
-  same("next", [](Recordset& it) { it.MoveNext(); });
-  values("second row");
-  same("last", [](Recordset& it) { it.MoveLast(); });
-  values("last row");
-  same("after the last", [](Recordset& it) { it.MoveNext(); });
-  values("end");
-  same("beyond the end", [](Recordset& it) { it.MoveNext(); });
-  same("filter", [](Recordset& it) { it.Filter("Conto = '0101'"); });
-  values("filtered");
-  same("bad filter", [](Recordset& it) { it.Filter("Conto ~ 1"); });
-  values("filtered as before");
-  same("no row matches", [](Recordset& it) { it.Filter("N > 5"); });
-  same("first of none", [](Recordset& it) { it.MoveFirst(); });
-  same("filter cleared by a text", [](Recordset& it) { it.Filter(""); });
-  values("all rows");
-  same("filter again", [](Recordset& it) { it.Filter("N = 3"); });
-  same("filter cleared by a number", [](Recordset& it) { it.Filter(FilterGroup::None); });
-  values("all rows again");
-}
-// clang-format on
+RecordsetRef SomeRows() { return OneColumn({"Conto", DataType::VarWChar}, {"0101", "0102"}); }
 
 TEST(DispatchRecordset, LooksMembersUpOnceForEachObject) {
   DispatchRecordset set(MakeRecordsetDouble(SomeRows()));
   const auto walk = [&set] {
     for (set.MoveFirst(); !set.Eof(); set.MoveNext()) {
-      (void)set.Fields("N").Value();
+      (void)set.Fields("Conto").Value();
       (void)set.Fields("Conto").Type();
     }
     return counts.lookups;
   };
   const long first = walk();
   EXPECT_EQ(walk(), first);
-  EXPECT_EQ(LiveDoubles("Field"), 2);
+  EXPECT_EQ(LiveDoubles("Field"), 1);
 }
 
 // A first field that has no counterpart in the core stands in a row all the same.
@@ -110,7 +58,7 @@ TEST(DispatchRecordset, AsksAReopenedSetForItsFieldsAgain) {
                                    })}));
   const Field& field = set.Fields("Conto");
   EXPECT_EQ(CStr(field.Value()), "0101");
-  inner = MakeRecordsetDouble(std::make_shared<MemoryRecordset>(MakeTable({"Conto:l=8"})));
+  inner = MakeRecordsetDouble(OneColumn({"Conto", DataType::Integer}, {8}));
   EXPECT_EQ(CStr(field.Value()), "0101");
   set.LetFieldsGo();
   EXPECT_EQ(LiveDoubles("Field") + LiveDoubles("Fields"), 0);
@@ -121,7 +69,7 @@ TEST(DispatchRecordset, AsksAReopenedSetForItsFieldsAgain) {
 TEST(LateBound, NamesWhatIsNotThere) {
   LateBound it(MakeRecordsetDouble(SomeRows()), "Source");
   const auto expect = [](auto call, const std::string& error) {
-    EXPECT_EQ(ShownOrError(call), "Error " + error);
+    EXPECT_EQ(TextOrError([&] { return (call(), std::string()); }), "Error " + error);
   };
   expect([&] { it.Do("Altro"); }, "438 'Source' 'Automation error 0x80020006 in member 'Altro''");
   expect([&] { it.Put("MoveFirst", 1); },
