@@ -117,12 +117,13 @@ JsonDocument Decide(Recorded& recorded, JsonDocument result, Binding binding) {
 std::string OtherQuestion(const records::Conversation& recorded,
                           const records::Conversation& asked) {
   const auto told = [](const records::Conversation& conversation, std::size_t at) {
-    std::string line;
+    std::string line = "[none]";
     if (at < conversation.size()) {
+      line.clear();
       host::AppendRecording(line, "", {conversation[at]}, "");
     }
     const std::size_t start = line.find('[');
-    return line.substr(std::min(start, line.size()), line.rfind(']') - start + 1);
+    return line.substr(start, line.rfind(']') - start + 1);
   };
   for (std::size_t at = 0; at < std::max(recorded.size(), asked.size()); ++at) {
     if (const std::string now = told(asked, at), then = told(recorded, at); now != then) {
