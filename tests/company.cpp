@@ -856,6 +856,27 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   EXPECT_EQ(Bytes(file_), before);
 }
 
+// One inside another shows what that one shows; what came meanwhile is seen behind both.
+TEST_F(CompanyTest, ReadingsInsideEachOtherShowOneState) {
+  Write("PRAGMA journal_mode = WAL");
+  Company company(file_);
+  const auto codes = [&] {
+    return DataAccess(company.Siblings()).Open(Query::Of<kCodes>({}))->RecordCount();
+  };
+  Write("DELETE FROM STDIva");
+  {
+    const Company::Reading outer(company);
+    EXPECT_EQ(codes(), 0);
+    Write("INSERT INTO STDIva (CodIva) VALUES ('1')");
+    {
+      const Company::Reading inner(company);
+      EXPECT_EQ(codes(), 0);
+    }
+    EXPECT_EQ(codes(), 0);
+  }
+  EXPECT_EQ(codes(), 1);
+}
+
 // One damage a row, and what is said of it: kind, table, column, row.
 TEST_F(CompanyTest, VerifyFindsEveryFlaw) {
   const auto flaws = [&] {

@@ -436,6 +436,24 @@ TEST(Runner, ReportsWhatIsInfragruppoRaisesUnlessTheOperationRaised) {
   }
 }
 
+// A message whose text is lost leaves its result string empty, and the answer True.
+TEST(Runner, ReportsATrueBesideAnErrorAsNoAnswer) {
+  struct Textless : test::CodedSiblings {
+    using CodedSiblings::CodedSiblings;
+    SiblingAnswer Ask(const SiblingCall& call) override {
+      return call.member == Member::KalStatus_GetMessage ? SiblingAnswer{""} : inner_.Ask(call);
+    }
+  };
+  test::OpenedCompany books;
+  Textless textless(books.company.Siblings());
+  const auto outcome = DecideAgain(test::EntryText("acquisto", "C1.CodConto=\"\""), textless);
+  EXPECT_EQ(outcome.errString, "");
+  EXPECT_FALSE(outcome.result);
+  ASSERT_TRUE(outcome.error) << ToJson(outcome);
+  EXPECT_EQ(outcome.error->Number(), 51);
+  EXPECT_EQ(VerdictOf(outcome), Verdict::Unchecked);
+}
+
 // A table of any name, beside one that the company has; none of it outlives the entry.
 TEST(Runner, MakesTheTemporaryInstallmentsTable) {
   const TestCompany file;
@@ -473,9 +491,10 @@ ProgramRun RunProgram(const std::string& arguments, const std::string& input) {
 }
 
 TEST(Program, AnswersByItsExitStatus) {
-  const TestCompany file;
+  const TestCompany file("INSERT INTO COGBlocchiPeriodo VALUES ('2023-12-31','2024-12-31')");
   const std::string company = file.Text();
   const std::string check = "check --company " + company + " ";
+  const std::string warned = test::EntryText("acquisto", "") + "\n";
   const std::string yes = "{\"operation\":\"LeggiIdPrimaNota\",\"arguments\":[1,1]}\n";
   const std::string no =
       "{\"operation\":\"LibroGiornaleStampato\",\"arguments\":[\"2024-01-01\"]}\n";
@@ -487,6 +506,13 @@ TEST(Program, AnswersByItsExitStatus) {
     const char* err;
   } rows[] = {
       {check + "-", yes + yes, 0, "2 registrazioni: 2 s\xC3\xAC", ""},
+      {check + "-", yes + warned, 1, "1 da confermare", ""},
+      {check + "--fail-on error -", yes + warned, 0, "1 da confermare", ""},
+      {check + "--fail-on error -", yes + no, 1, "1 no", ""},
+      {check + "--json --only-problems -", yes + yes, 0, "", ""},
+      {check + "--json --only-problems -", yes + no, 1, "\"result\":false", ""},
+      {"verify " + company, "", 0, "nessun difetto", ""},
+      {"verify no-such.db", "", 2, "", "no-such.db"},
       {check + "--lang en -", yes + no, 1, "2 entries: 1 yes, 1 no", ""},
       {check + "-", no + "{}\n" + yes, 2, "1 non controllata", ""},
       {check + "-", "", 0, "0 registrazioni", ""},
