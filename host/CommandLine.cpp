@@ -345,6 +345,7 @@ class ReplayRun final : public Answering<RecordingFile> {
 
 int Init(const Options& options, const Streams& streams) {
   try {
+    const Unstoppable made;
     company::CreateCompany(options.newCompany, options.withSample);
   } catch (const RunTimeError& error) {
     return Complain(streams,

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "host/Interrupt.h"
+
 namespace kal::host {
 namespace {
 
@@ -38,12 +40,14 @@ void Progress::Draw(std::uintmax_t bytesDone) {
   }
   terminal_ << bar << entries_ << "\x1b[K" << std::flush;
   shown_ = true;
+  BarIsShown(true);
 }
 
 void Progress::Hide() {
   if (shown_) {
     terminal_ << "\r\x1b[K" << std::flush;
     shown_ = false;
+    BarIsShown(false);
   }
 }
 

@@ -271,6 +271,37 @@ TEST(BrokenCompanyThreads, EachCheckSeesOneStateOfTheBooks) {
   EXPECT_GT(busySeen, 0);
 }
 
+// Nobody reads what is written, and the end is asked for: it comes nevertheless.
+TEST(StoppedHost, EndsThoughItsOutputIsBlocked) {
+  const TestCompany file;
+  const ScratchPath in;
+  std::ofstream entries(in.Path());
+  for (int i = 0; i < 2000; ++i) {
+    entries << EntryText("acquisto") << "\n";
+  }
+  entries.close();
+  int pipe[2];
+  ASSERT_EQ(::pipe(pipe), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(pipe[1], STDOUT_FILENO);
+    (void)!std::freopen("/dev/null", "w", stderr);
+    execl(KAL_HOST_PROGRAM, "kalcogcheck", "check", "--json", "--company", file.Path().c_str(),
+          in.Path().c_str(), nullptr);
+    _exit(99);
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));  // the pipe is full by then
+  kill(child, SIGTERM);
+  int status = 0;
+  for (int i = 0; i < 1000 && waitpid(child, &status, WNOHANG) == 0; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 2) << status;
+  if (!WIFEXITED(status)) kill(child, SIGKILL);
+  close(pipe[0]);
+  close(pipe[1]);
+}
+
 // Stopped in the middle of a batch, and with nobody left to read. What was answered is recorded.
 TEST(StoppedHost, LeavesWholeLines) {
   const TestCompany file;
