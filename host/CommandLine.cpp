@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <numeric>
 #include <optional>
 #include <span>
 #include <string>
@@ -423,6 +424,39 @@ int Explain(const Options& options, const Streams& streams) {
   return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
 }
 
+// How many letters must be added, taken away or changed to make one word of the other.
+std::size_t Distance(std::string_view one, std::string_view other) {
+  std::vector<std::size_t> row(other.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < one.size(); ++i) {
+    std::size_t corner = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < other.size(); ++j) {
+      const std::size_t changed = corner + (one[i] == other[j] ? 0 : 1);
+      corner = row[j + 1];
+      row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+// The command that a word that is none comes near to; "" where it is one, or near to none.
+std::string MeantBy(std::string_view word, const CLI::App& app) {
+  constexpr std::size_t kNear = 2;
+  std::string meant;
+  std::size_t least = kNear + 1;
+  for (const CLI::App* const command : app.get_subcommands({})) {
+    const std::size_t distance = Distance(word, command->get_name());
+    if (distance == 0) {
+      return "";
+    }
+    if (distance < least) {
+      least = distance;
+      meant = command->get_name();
+    }
+  }
+  return meant;
+}
+
 }  // namespace
 
 int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
@@ -482,7 +516,15 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error, out, err) == 0 ? kExitAllTrue : kExitTrouble;
+    if (const std::string meant = argc > 1 ? MeantBy(argv[1], app) : ""; !meant.empty()) {
+      return Complain(
+          streams, "there is no command " + std::string(argv[1]) + "; did you mean " + meant + "?");
+    }
+    const bool asked = app.exit(error, out, err) == 0;
+    if (asked && !out.flush()) {
+      return Complain(streams, "standard output can't be written");
+    }
+    return asked ? kExitAllTrue : kExitTrouble;
   }
   if (explain->parsed()) {
     return Explain(options, streams);

@@ -1,6 +1,9 @@
 #include "host/Wording.h"
 
 #include <algorithm>
+#include <cstdlib>
+
+#include "host/Utf8.h"
 
 namespace kal::host {
 namespace {
@@ -22,13 +25,31 @@ std::size_t BytesOf(std::string_view text, std::size_t characters) {
   return bytes;
 }
 
+// Whether the character moves the cursor, changes colours or turns the direction of writing.
+bool Steers(std::string_view character) {
+  const auto byte = static_cast<unsigned char>(character.front());
+  if (character.size() == 1) {
+    return byte < 0x20U || byte == 0x7FU;
+  }
+  const auto last = static_cast<unsigned char>(character.back());
+  const bool control = byte == 0xC2U && last < 0xA0U;  // U+0080 to U+009F
+  const std::string_view front = character.substr(0, 2);
+  return control || character == "\u061C" ||
+         (front == "\xE2\x80" && ((last >= 0x8EU && last <= 0x8FU) ||    // U+200E, U+200F
+                                  (last >= 0xA8U && last <= 0xAEU))) ||  // U+2028 to U+202E
+         (front == "\xE2\x81" && last >= 0xA6U && last <= 0xA9U);        // U+2066 to U+2069
+}
+
 }  // namespace
 
 std::string Printable(std::string_view text) {
-  std::string shown(text);
-  for (char& c : shown) {
-    const auto byte = static_cast<unsigned char>(c);
-    c = byte < 0x20U || byte == 0x7FU ? '?' : c;
+  std::string shown;
+  while (!text.empty()) {
+    const int length = CharacterLength(text);
+    const auto bytes = static_cast<std::size_t>(std::abs(length));
+    const std::string_view character = text.substr(0, bytes);
+    shown += length < 0 || Steers(character) ? "?" : character;
+    text.remove_prefix(bytes);
   }
   return shown;
 }

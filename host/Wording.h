@@ -20,7 +20,8 @@ inline constexpr std::string_view kGreen = "\x1b[32m";
 inline constexpr std::string_view kYellow = "\x1b[33m";
 inline constexpr std::string_view kBold = "\x1b[1m";
 
-// The text with its control characters as "?": one from outside must not steer the terminal.
+// The text with "?" for control characters, those that turn the direction of writing, and bytes
+// that are no UTF-8: one from outside must not steer the terminal.
 [[nodiscard]] std::string Printable(std::string_view text);
 
 // The text without the line ends behind it, which some messages bring along.

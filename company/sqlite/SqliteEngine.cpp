@@ -300,7 +300,7 @@ SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
   }
   constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
   constexpr unsigned kToPlaces = 64 - std::bit_width(std::tuple_size_v<decltype(places_)> - 1);
-  Place& place = places_[(std::bit_cast<std::uintptr_t>(use.selection) * kSpread) >> kToPlaces];
+  Place& place = places_[(std::hash<const void*>()(use.selection) * kSpread) >> kToPlaces];
   if (SameUse()(place.use, use)) {
     return *place.prepared;
   }

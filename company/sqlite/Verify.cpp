@@ -213,6 +213,7 @@ class Verification {
     const std::vector<std::string> names = QuotedNames(key.columns);
     const std::string list = Joined(names, ", ");
     std::vector<std::string> filled;
+    filled.reserve(names.size());
     for (const std::string& name : names) {
       filled.push_back(name + " IS NOT NULL");
     }
