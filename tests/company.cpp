@@ -249,6 +249,7 @@ TEST_F(CompanyTest, ReadsWhateverStorage) {
       {"TotDocumento", "-0.0001", "-0.0001"},
       {"TotDocumento", "12", "12"},
       {"TotDocumento", "'922337203685477.5808'", "out of range", 6},
+      {"TotDocumento", "'1-2'", "no amount of up to four decimals", 13},
       {"TotDocumento", "'12,5'", "no amount of up to four decimals", 13},
       {"TotDocumento", "'0.00005'", "no amount of up to four decimals", 13},
       {"DataIva", "'2024-02-29'", "29/02/2024"},

@@ -22,7 +22,8 @@ constexpr Declaration kDeclarations[] = {
     {DataType::Double, "DOUBLE"},
 };
 
-// What a value of the type looks like; "?" stands for the column. A Null meets every condition.
+// What a value of the type looks like; "?" stands for the column, also where a pattern would mean
+// any letter by it. A Null meets every condition.
 std::string_view ConditionOf(DataType type) {
   switch (type) {
     case DataType::SmallInt:
@@ -34,7 +35,7 @@ std::string_view ConditionOf(DataType type) {
     case DataType::Double:
       return "typeof(?) IN ('real', 'integer')";
     case DataType::Currency:
-      return "typeof(?) = 'text' AND ? NOT GLOB '*[^-.0-9]*' AND ? NOT GLOB '?*-*' AND "
+      return "typeof(?) = 'text' AND ? NOT GLOB '*[^-.0-9]*' AND instr(substr(?, 2), '-') = 0 AND "
              "? NOT GLOB '*.*.*' AND (? GLOB '*[0-9].[0-9]*' OR ? NOT GLOB '*.*') AND "
              "? GLOB '*[0-9]' AND (instr(?, '.') = 0 OR length(?) - instr(?, '.') <= 4) AND "
              "CAST(? AS INTEGER) BETWEEN -922337203685477 AND 922337203685477";
