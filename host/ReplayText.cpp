@@ -88,17 +88,11 @@ std::string ShownFinding(const JsonDocument& finding, Language language) {
   return shown + ": " + std::string(WithoutLineEnd(Shown(finding, "text")));
 }
 
-struct AgainWording {
-  Wording one;
-  Wording many;
-  std::string_view colour;
-};
-
 // By Again.
 constexpr std::array kAgain = {
-    AgainWording{{"come allora", "as recorded"}, {"come allora", "as recorded"}, ""},
-    AgainWording{{"diversa", "different"}, {"diverse", "different"}, kRed},
-    AgainWording{{"illeggibile", "unreadable"}, {"illeggibili", "unreadable"}, kRed},
+    AnswerWording{{"come allora", "as recorded"}, {"come allora", "as recorded"}, ""},
+    AnswerWording{{"diversa", "different"}, {"diverse", "different"}, kRed},
+    AnswerWording{{"illeggibile", "unreadable"}, {"illeggibili", "unreadable"}, kRed},
 };
 constexpr Wording kThen = {"allora", "recorded"};
 constexpr Wording kNow = {"ora", "now"};
@@ -184,7 +178,7 @@ std::string ToBlock(const Replayed& replayed, const ReportStyle& style) {
     name += "  " + *replayed.id.name;
   }
   const std::string operation = Shown(replayed.recorded, "operation");
-  const AgainWording& wording = kAgain[static_cast<std::size_t>(replayed.again)];
+  const AnswerWording& wording = kAgain[static_cast<std::size_t>(replayed.again)];
   return Painted(Printable(name), kBold, style) + "  " +
          (operation.empty() ? "" : Printable(operation) + ": ") +
          Painted(wording.one.In(style.language), wording.colour, style) + '\n' +
@@ -193,17 +187,8 @@ std::string ToBlock(const Replayed& replayed, const ReportStyle& style) {
 }
 
 std::string ToSummary(const ReplayTally& tally, Language language) {
-  std::size_t all = 0;
-  std::string parts;
-  for (const auto& [again, count] : tally) {
-    const AgainWording& wording = kAgain[static_cast<std::size_t>(again)];
-    all += count;
-    parts += (parts.empty() ? ": " : ", ") + std::to_string(count) + ' ' +
-             (count == 1 ? wording.one : wording.many).In(language);
-  }
-  const Wording noun =
-      all == 1 ? Wording{"decisione", "decision"} : Wording{"decisioni", "decisions"};
-  return std::to_string(all) + ' ' + noun.In(language) + parts + '\n';
+  return Summary(tally, kAgain, {{"decisione", "decision"}, {"decisioni", "decisions"}, ""},
+                 language);
 }
 
 }  // namespace kal::host

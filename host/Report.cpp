@@ -14,24 +14,18 @@
 namespace kal::host {
 namespace {
 
-struct VerdictWording {
-  Wording one;
-  Wording many;  // in the summary
-  std::string_view colour;
-};
-
 // By Verdict.
 constexpr std::array kVerdicts = {
-    VerdictWording{{"libera", "free"}, {"libere", "free"}, kGreen},
-    VerdictWording{
+    AnswerWording{{"libera", "free"}, {"libere", "free"}, kGreen},
+    AnswerWording{
         {"da confermare", "to be confirmed"}, {"da confermare", "to be confirmed"}, kYellow},
-    VerdictWording{{"bloccata", "blocked"}, {"bloccate", "blocked"}, kRed},
-    VerdictWording{{"rifiutata senza rilievi", "refused without findings"},
-                   {"rifiutate senza rilievi", "refused without findings"},
-                   kYellow},
-    VerdictWording{{"sì", "yes"}, {"sì", "yes"}, ""},
-    VerdictWording{{"no", "no"}, {"no", "no"}, ""},
-    VerdictWording{{"non controllata", "not checked"}, {"non controllate", "not checked"}, kRed},
+    AnswerWording{{"bloccata", "blocked"}, {"bloccate", "blocked"}, kRed},
+    AnswerWording{{"rifiutata senza rilievi", "refused without findings"},
+                  {"rifiutate senza rilievi", "refused without findings"},
+                  kYellow},
+    AnswerWording{{"sì", "yes"}, {"sì", "yes"}, ""},
+    AnswerWording{{"no", "no"}, {"no", "no"}, ""},
+    AnswerWording{{"non controllata", "not checked"}, {"non controllate", "not checked"}, kRed},
 };
 
 struct FindingKind {
@@ -48,7 +42,7 @@ constexpr std::array kFindingKinds = {
     FindingKind{{"avviso infragruppo", "intra-group warning"}, kYellow},
 };
 
-const VerdictWording& WordingOf(Verdict verdict) {
+const AnswerWording& WordingOf(Verdict verdict) {
   return kVerdicts[static_cast<std::size_t>(verdict)];
 }
 
@@ -298,17 +292,8 @@ std::string ToExplanation(const Outcome& outcome, const ReportStyle& style) {
 }
 
 std::string ToSummary(const Tally& tally, Language language) {
-  std::size_t all = 0;
-  std::string parts;
-  for (const auto& [verdict, count] : tally) {
-    const VerdictWording& wording = WordingOf(verdict);
-    all += count;
-    parts += (parts.empty() ? ": " : ", ") + std::to_string(count) + ' ' +
-             (count == 1 ? wording.one : wording.many).In(language);
-  }
-  const Wording noun =
-      all == 1 ? Wording{"registrazione", "entry"} : Wording{"registrazioni", "entries"};
-  return std::to_string(all) + ' ' + noun.In(language) + parts + '\n';
+  return Summary(tally, kVerdicts, {{"registrazione", "entry"}, {"registrazioni", "entries"}, ""},
+                 language);
 }
 
 }  // namespace kal::host

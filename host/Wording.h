@@ -20,6 +20,31 @@ inline constexpr std::string_view kGreen = "\x1b[32m";
 inline constexpr std::string_view kYellow = "\x1b[33m";
 inline constexpr std::string_view kBold = "\x1b[1m";
 
+// How answers of one kind are called and coloured.
+struct AnswerWording {
+  Wording one;
+  Wording many;
+  std::string_view colour;
+};
+
+// "3 entries: 1 free, 2 blocked": the noun, and how often each kind of answer was given. The tally
+// is a map from kinds to counts, its kinds have their words in that list.
+template <class Tally, class Wordings>
+[[nodiscard]] std::string Summary(const Tally& tally, const Wordings& wordings,
+                                  const AnswerWording& noun, Language language) {
+  std::size_t all = 0;
+  std::string parts;
+  const auto called = [language](const AnswerWording& wording, std::size_t count) {
+    return std::to_string(count) + ' ' + (count == 1 ? wording.one : wording.many).In(language);
+  };
+  for (const auto& [kind, count] : tally) {
+    all += count;
+    parts +=
+        (parts.empty() ? ": " : ", ") + called(wordings[static_cast<std::size_t>(kind)], count);
+  }
+  return called(noun, all) + parts + '\n';
+}
+
 // The text with "?" for control characters, those that turn the direction of writing, and bytes
 // that are no UTF-8: one from outside must not steer the terminal.
 [[nodiscard]] std::string Printable(std::string_view text);
