@@ -40,8 +40,8 @@ test: deps
 	cmake --preset debug
 	cmake --build --preset debug
 	cmake --preset thread
-	cmake --build --preset thread --target kal_tests
-	ctest --preset thread -R Threads
+	cmake --build --preset thread --target kal_thread_tests
+	build/thread/tests/kal_thread_tests
 	ctest --preset debug
 	ctest --preset release
 

@@ -546,49 +546,5 @@ TEST(Program, AnswersByItsExitStatus) {
   }
 }
 
-// Many workers give the answers of one, in the same order: from files, which they read some entries
-// at a time, and from standard input.
-TEST(ProgramThreads, AnswerInTheOrderOfTheEntries) {
-  const TestCompany books;
-  const std::string company = books.Text();
-  const test::ScratchPath file;
-  const std::string lines = file.Text();
-  std::string input;
-  for (int i = 1; i <= 2000; ++i) {
-    const std::string id = "{\"id\":" + std::to_string(i) + ",\"operation\":\"";
-    input +=
-        id + (i % 7 == 0 ? "OkAggiorna\"}\n"
-                         : "OkModifica\",\"pad\":\"" +
-                               std::string(static_cast<std::size_t>(i % 13) * 100, 'x') + "\"}\n");
-  }
-  std::ofstream(lines) << input;
-  std::istringstream in;
-  const auto run = [&](const char* jobs, std::ostream& out, bool files) {
-    in = std::istringstream(input);
-    std::ostringstream err;
-    const char* const name = files ? lines.c_str() : "-";
-    const char* const arguments[] = {"kalcogcheck",   "check",  "--json", "--company",
-                                     company.c_str(), "--jobs", jobs,     name,
-                                     "no-such-file",  name,     name};
-    return host::Run(files ? 11 : 9, arguments, in, out, err);
-  };
-  for (const bool files : {true, false}) {
-    std::ostringstream one;
-    std::ostringstream many;
-    EXPECT_EQ(run("1", one, files), kExitTrouble);
-    EXPECT_EQ(run("5", many, files), kExitTrouble);
-    const std::string answers = many.str();
-    EXPECT_EQ(std::ranges::count(answers, '\n'), files ? 6001 : 2001);
-    EXPECT_TRUE(answers == one.str());
-  }
-  // Output that ends under way ends the work of all.
-  struct Short : std::stringbuf {
-    int sync() override { return in_avail() > 50000 ? -1 : 0; }
-  } soonFull;
-  std::ostream out(&soonFull);
-  EXPECT_EQ(run("5", out, false), kExitTrouble);
-  EXPECT_LT(in.tellg(), input.size() * 3 / 4);
-}
-
 }  // namespace
 }  // namespace kal::host

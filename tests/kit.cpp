@@ -9,9 +9,11 @@
 #include <nlohmann/json.hpp>
 #include <random>
 #include <regex>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
+#include "host/CommandLine.h"
 #include "host/RecordingText.h"
 #include "host/Report.h"
 #include "host/Runner.h"
@@ -512,6 +514,16 @@ void RunTableCase(const TableCase& row) {
 }
 
 }  // namespace
+
+HostRun RunHost(const std::vector<std::string>& arguments, const std::string& input) {
+  std::vector<const char*> given = {"kalcogcheck"};
+  for (const std::string& argument : arguments) given.push_back(argument.c_str());
+  std::istringstream in(input);
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = host::Run(static_cast<int>(given.size()), given.data(), in, out, err);
+  return {status, out.str(), err.str()};
+}
 
 void RunTable(std::string_view table) {
   TableCase heading;
