@@ -51,7 +51,7 @@ test-windows:
 lint: deps-lint
 	clang-format --dry-run --Werror $(SOURCES)
 	cmake --preset release -DBUILD_TESTING=ON -DKAL_BENCH=ON
-	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 4 clang-tidy --quiet -p build/release
+	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 1 clang-tidy --quiet -p build/release
 
 docs: deps
 	cmake --preset release -DBUILD_TESTING=ON
