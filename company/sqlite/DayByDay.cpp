@@ -1,5 +1,7 @@
 #include "company/sqlite/DayByDay.h"
 
+#include <algorithm>
+
 #include "company/sqlite/QueryTexts.h"
 
 namespace kal::company {
@@ -20,8 +22,8 @@ std::string AllOf(const std::vector<ComparisonSql>& comparisons) {
 
 // The first row in two ranges, behind its FROM. An index serves only one of them, and half a year
 // may lie in it. But a year has few days: each is found with one step in the index, and in each the
-// other range with another. Where one of the ranges is empty, as for a new entry at the end, no day
-// is looked at.
+// other range with another. Where one of the ranges is empty, no day is looked at; the one that
+// lies ahead is looked at first, because for a new entry at the end it is the empty one.
 std::string DayByDay(const Branches& branches, const ComparisonSql& day,
                      const ComparisonSql& other) {
   const bool back = day.operation == CompareWith::Less || day.operation == CompareWith::LessOrEqual;
@@ -37,9 +39,11 @@ std::string DayByDay(const Branches& branches, const ComparisonSql& day,
   // filter of them.
   const std::string found =
       days + "SELECT day FROM days WHERE EXISTS (SELECT 1 FROM " + met + "days.day) LIMIT 1";
+  const std::string& ahead = back ? other.sql : day.sql;
+  const std::string& behind = back ? day.sql : other.sql;
   // Neither AND nor a join keeps SQLite from starting on the days; CASE does.
-  return met + "CASE WHEN EXISTS (SELECT 1" + rows + other.sql +
-         ") THEN CASE WHEN EXISTS (SELECT 1" + rows + day.sql + ") THEN (" + found + ") END END";
+  return met + "CASE WHEN EXISTS (SELECT 1" + rows + ahead + ") THEN CASE WHEN EXISTS (SELECT 1" +
+         rows + behind + ") THEN (" + found + ") END END";
 }
 
 // One alternative, behind its FROM.
@@ -59,6 +63,26 @@ std::string Branch(const Branches& branches, const std::vector<ComparisonSql>& a
 
 bool IsRange(CompareWith operation) {
   return operation != CompareWith::Equal && operation != CompareWith::NotEqual;
+}
+
+std::vector<Reach> Reaches(const Branches& branches) {
+  const auto limits = [](const ComparisonSql& comparison) {
+    return (comparison.type == DataType::Integer || comparison.type == DataType::Date) &&
+           (comparison.operation == CompareWith::Greater ||
+            comparison.operation == CompareWith::GreaterOrEqual ||
+            comparison.operation == CompareWith::Equal);
+  };
+  std::vector<Reach> reaches;
+  for (const auto& alternative : branches.alternatives) {
+    const auto limit = std::ranges::find_if(alternative, limits);
+    if (limit == alternative.end()) {
+      return {};
+    }
+    reaches.push_back({"SELECT " + limit->left + " FROM " + branches.table + " WHERE " +
+                           AllOf(branches.equal) + " ORDER BY " + limit->left + " DESC LIMIT 1",
+                       *limit->type, limit->value, limit->operation != CompareWith::Greater});
+  }
+  return reaches;
 }
 
 std::string SelectBranches(const Branches& branches) {

@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ struct ComparisonSql {
   std::string left;
   std::optional<DataType> type;  // of a bare column on the left
   CompareWith operation = CompareWith::Equal;
+  std::size_t value = 0;  // the parameter's place among the values of the selection
 };
 
 // Whether more than one value can satisfy the comparison, and an index finds them side by side.
@@ -31,10 +33,24 @@ struct Branches {
   std::string select;  // "SELECT columns FROM "
   std::string table;   // with its alias
   bool onlyFirst = false;
-  std::vector<std::string> all;    // the conditions that all alternatives share
-  std::vector<std::string> equal;  // those among them that an index may begin with
+  std::vector<std::string> all;     // the conditions that all alternatives share
+  std::vector<std::string> equal;   // those among them that an index may begin with
+  std::vector<std::size_t> values;  // the places of the values that these compare with
   std::vector<std::vector<ComparisonSql>> alternatives;
 };
+
+// What tells that no row meets an alternative: the highest value that a column has in the rows that
+// all alternatives share is lower than what the alternative wants. Whoever appends an entry to the
+// books asks for what lies behind their end.
+struct Reach {
+  std::string highest;  // the question for that value
+  DataType type;
+  std::size_t value;  // what is wanted: its place among the values
+  bool itself;        // whether that very value would do
+};
+
+// One for each alternative; none when there is one that no highest value rules out.
+[[nodiscard]] std::vector<Reach> Reaches(const Branches& branches);
 
 // The whole statement, without the limit to the first row. A row may meet several alternatives:
 // that does not matter to who reads the first row alone, and everyone else is given each row once.

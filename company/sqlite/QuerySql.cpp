@@ -6,7 +6,6 @@
 
 #include "company/DataError.h"
 #include "company/Schema.h"
-#include "company/sqlite/DayByDay.h"
 
 namespace kal::company {
 namespace {
@@ -51,7 +50,14 @@ class Renderer {
     RenderedQuery rendered;
     rendered.columns = SelectColumns();
     const std::string select = "SELECT " + Joined(selected_, ", ") + " FROM ";
-    rendered.sql = HasBranches() ? FromBranches(select) : select + FromTables();
+    if (HasBranches()) {
+      Branches branches = MakeBranches(select);
+      rendered.sql = SelectBranches(branches);
+      rendered.reaches = Reaches(branches);
+      rendered.shared = std::move(branches.values);
+    } else {
+      rendered.sql = select + FromTables();
+    }
     if (selection_.IsOnlyFirst()) {
       rendered.sql += " LIMIT 1";
     }
@@ -113,7 +119,7 @@ class Renderer {
            FindGroup() != selection_.Conditions().end() && FindGroup()->alternatives.Size() != 0;
   }
 
-  std::string FromBranches(const std::string& select) {
+  Branches MakeBranches(const std::string& select) {
     Branches branches;
     branches.select = select;
     branches.table = TableSql(0);
@@ -130,9 +136,10 @@ class Renderer {
       if (condition.kind == Condition::Kind::Value && condition.operation == CompareWith::Equal &&
           !sql.starts_with("ifnull")) {
         branches.equal.push_back(sql);
+        branches.values.push_back(endsDay_.size() - 1);
       }
     }
-    return SelectBranches(branches);
+    return branches;
   }
 
   std::string AllOf(const auto& conditions) {
@@ -190,7 +197,7 @@ class Renderer {
       sql = "substr(" + sql + ", 1, 10)";
     }
     sql.append(Symbol(comparison.operation)).append("?").append(std::to_string(endsDay_.size()));
-    return {std::move(sql), operand.sql, operand.type, comparison.operation};
+    return {std::move(sql), operand.sql, operand.type, comparison.operation, endsDay_.size() - 1};
   }
 
   [[nodiscard]] Operand Expression(std::string_view text) const {

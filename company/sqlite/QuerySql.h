@@ -2,9 +2,11 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
+#include "company/sqlite/DayByDay.h"
 #include "company/sqlite/QueryTexts.h"
 #include "siblings/Selection.h"
 
@@ -22,6 +24,10 @@ struct RenderedQuery {
   // For each value whether it stands for the end of its day, if it is a date: a stored date may
   // carry a time, and is the same day nevertheless.
   std::vector<bool> endsDay;
+  // Of a selection that is run as branches: which of its values these share with an index, and
+  // what tells beforehand that it has no row.
+  std::vector<std::size_t> shared;
+  std::vector<Reach> reaches;
 };
 
 // The SQL serves every use of the selection that brings the same name, and a Boolean where this

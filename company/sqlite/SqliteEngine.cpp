@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <span>
 #include <tuple>
 #include <utility>
@@ -122,6 +123,20 @@ bool IsSameKey(const Variant& left, const Variant& right) {
   }
 }
 
+// Whether no value up to the highest one is what is wanted; False also where that can't be told.
+bool EndsBefore(const Variant& highest, const Reach& reach, const Variant& wanted) {
+  if (highest.IsNull()) {
+    return true;
+  }
+  const auto* const day = wanted.As<Date>();
+  const bool alike = reach.type == DataType::Date ? day != nullptr && *day == day->WithoutTime()
+                                                  : wanted.AsInteger().has_value();
+  if (!alike || highest.IsEmpty()) {
+    return false;
+  }
+  return static_cast<bool>(reach.itself ? highest < wanted : highest <= wanted);
+}
+
 // Whether the statement's current row is that row.
 bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, const RowTable& table,
            std::size_t row) {
@@ -143,7 +158,9 @@ SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendere
       columns(std::move(rendered.columns)),
       endsDay(std::move(rendered.endsDay)),
       layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
-      none(std::make_shared<RowTable>(layout)) {}
+      none(std::make_shared<RowTable>(layout)),
+      shared(std::move(rendered.shared)),
+      reaches(std::move(rendered.reaches)) {}
 
 SqliteEngine::SqliteEngine(const std::string& path, const Patience& patience)
     : file_(IdentityOf(ExistingCompanyFile(path))),
@@ -373,6 +390,54 @@ std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Quer
   return rows;
 }
 
+// The first question of a state is asked as it is: most states hear no second one.
+bool SqliteEngine::LiesBehind(Prepared& prepared, const Query& query) {
+  if (prepared.reaches.empty() || !versionOfReading_) {
+    return false;
+  }
+  constexpr std::size_t kMostEdges = 64;
+  const std::uint64_t held = connection_.Counted().transactions;
+  if (prepared.edgesOf != held || prepared.edges.size() == kMostEdges) {
+    prepared.edges.clear();
+    prepared.edgesOf = held;
+  }
+  const auto wanted = [&](std::size_t place) -> const Variant& { return query.Values()[place]; };
+  const auto edge = std::ranges::find_if(prepared.edges, [&](const Edge& known) {
+    return std::ranges::equal(known.shared, prepared.shared, IsSameKey, {}, wanted);
+  });
+  if (edge == prepared.edges.end()) {
+    Edge& heard = prepared.edges.emplace_back();
+    std::ranges::transform(prepared.shared, std::back_inserter(heard.shared), wanted);
+    return false;
+  }
+  if (edge->highest.empty()) {
+    std::ranges::transform(prepared.reaches, std::back_inserter(edge->highest),
+                           [&](const Reach& reach) { return Highest(prepared, reach, query); });
+  }
+  return std::ranges::equal(prepared.reaches, edge->highest,
+                            [&](const Reach& reach, const Variant& highest) {
+                              return EndsBefore(highest, reach, wanted(reach.value));
+                            });
+}
+
+// Null when there is none, Empty when it is nothing that the column is for.
+Variant SqliteEngine::Highest(const Prepared& prepared, const Reach& reach, const Query& query) {
+  StatementUse highest(Constant(reach.highest));
+  for (const std::size_t place : prepared.shared) {
+    highest->Bind(static_cast<int>(place) + 1, query.Values()[place]);
+  }
+  if (!highest->Step()) {
+    return Null;
+  }
+  try {
+    Variant value = highest->Value(0, reach.type, {});
+    DropTime(value);
+    return value;
+  } catch (const RunTimeError&) {
+    return {};
+  }
+}
+
 // The version is asked for first: a change that comes after it is then seen the next time.
 std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
   constexpr std::size_t kMostValues = 63;  // one bit for each, and one in front
@@ -383,7 +448,7 @@ std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
   const std::int64_t version = FileVersion();
   Prepared& prepared = PreparedBefore(query);
   if (!prepared.keepsAnswers) {
-    return Run(prepared, query);
+    return LiesBehind(prepared, query) ? prepared.none : Run(prepared, query);
   }
   if (keptRows_ > kKeptRows) {
     ForgetAnswers();
