@@ -34,7 +34,9 @@ JsonKeyList& JsonKeys::Append(JsonKeyList& list, std::string_view key) {
     JsonKeyList& longer = lists_.emplace_back();
     longer.number = NextNumber();
     longer.key = key;
-    longer.plain = key.find_first_of("\"\\") == std::string_view::npos;
+    if (key.find_first_of("\"\\") == std::string_view::npos) {
+      longer.quoted = longer.key + '"';
+    }
     longer.before = &list;
     longer_.emplace(Longer{&list, longer.key}, &longer);
     list.latest = &longer;

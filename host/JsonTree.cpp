@@ -49,8 +49,7 @@ void JsonTree::Key(std::string_view key) {
 bool JsonTree::LikelyKey(std::string_view text) {
   Opened& object = open_[depth_ - 1];
   JsonKeyList* const longer = object.keys->latest;
-  if (longer == nullptr || !longer->plain || !text.starts_with(longer->key) ||
-      text.substr(longer->key.size(), 1) != "\"") {
+  if (longer == nullptr || longer->quoted.empty() || !text.starts_with(longer->quoted)) {
     return false;
   }
   object.keys = longer;
