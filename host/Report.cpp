@@ -110,6 +110,8 @@ std::string Heading(const Outcome& outcome, const ReportStyle& style) {
 // One line of JSON, written from the front to the end.
 class JsonLine {
  public:
+  JsonLine() { text_.reserve(kUsual); }
+
   // A key, one of ours that needs no escapes.
   JsonLine& Key(std::string_view key) {
     Separate();
@@ -140,10 +142,12 @@ class JsonLine {
 
  private:
   void Separate() {
-    if (!text_.empty() && std::string_view("{[:").find(text_.back()) == std::string_view::npos) {
+    if (!text_.empty() && text_.back() != '{' && text_.back() != '[' && text_.back() != ':') {
       text_ += ',';
     }
   }
+
+  static constexpr std::size_t kUsual = 1024;  // room for an answer with few findings
 
   std::string text_;
 };

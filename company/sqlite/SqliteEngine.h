@@ -167,7 +167,7 @@ class SqliteEngine final : public Engine {
   SqliteStatement version_;
   SqliteStatement schema_;
   std::unordered_map<Use, Prepared, UseHash, SameUse> selections_;
-  std::array<Place, 64> places_;  // by the selection's address
+  std::array<Place, 256> places_;  // by the selection's address; so many that few share one
   ByText<SqliteStatement> constants_;
   std::optional<std::int64_t> versionOfReading_;
   std::optional<std::int64_t> versionSeen_;  // the latest
