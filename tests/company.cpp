@@ -311,6 +311,7 @@ TEST_F(CompanyTest, AlternativesAgreeWithAPlainWalk) {
   static constexpr Selection kFirst = kConflicts.OnlyFirst();
   struct Saved {
     std::int32_t id;
+    int section;
     int protocol;
     Date day;
   };
@@ -326,8 +327,8 @@ TEST_F(CompanyTest, AlternativesAgreeWithAPlainWalk) {
     const Date day = Date::FromYmd(2024 - (number(9) == 0), 6, dayOfMonth).value();
     const int section = 1 + (number(9) == 0);
     const bool provisional = number(4) == 0;
-    if (id != 5 && day.Year() == 2024 && section == 1 && !provisional) {
-      saved.push_back({id, protocol, day});
+    if (id != 5 && day.Year() == 2024 && !provisional) {
+      saved.push_back({id, section, protocol, day});
     }
     Write(
         "INSERT INTO COGPrimeNoteTeste (IdPrimaNota, Protocollo, DataRegistrazione, TipoRegIva, "
@@ -336,27 +337,77 @@ TEST_F(CompanyTest, AlternativesAgreeWithAPlainWalk) {
         std::to_string(section) + "," + provvisoria[provisional ? 0 : 1 + id % 2] + ")");
   }
   SqliteEngine engine(file_);
-  for (int protocol = 0; protocol <= 31; protocol += 3) {
-    for (int dayOfMonth = 1; dayOfMonth <= 28; dayOfMonth += 3) {
-      const Date day = Date::FromYmd(2024, 6, dayOfMonth).value();
-      std::multiset<std::int32_t> expected;
-      for (const Saved& entry : saved) {
-        if (entry.protocol == protocol || (entry.protocol > protocol && entry.day < day) ||
-            (entry.protocol < protocol && entry.day > day)) {
-          expected.insert(entry.id);
-        }
+  const auto check = [&](int section, int protocol, const Date& day) {
+    std::multiset<std::int32_t> expected;
+    for (const Saved& entry : saved) {
+      if (entry.section == section &&
+          (entry.protocol == protocol || (entry.protocol > protocol && entry.day < day) ||
+           (entry.protocol < protocol && entry.day > day))) {
+        expected.insert(entry.id);
       }
-      const Variant values[] = {5, "2024", 1, 1, 0, protocol, day, protocol, day, protocol};
-      const auto all = engine.Rows(Query::Of<kConflicts>(values));
-      std::multiset<std::int32_t> found;
-      for (std::size_t row = 0; row < all->RowCount(); ++row) found.insert(CLng(all->Cell(row, 0)));
-      EXPECT_EQ(found, expected) << "protocol " << protocol << " on " << day.ToIso();
-      const auto first = engine.Rows(Query::Of<kFirst>(values));
-      ASSERT_EQ(first->RowCount(), expected.empty() ? 0U : 1U)
-          << "protocol " << protocol << " on " << day.ToIso();
-      EXPECT_TRUE(expected.empty() || expected.contains(CLng(first->Cell(0, 0))))
-          << "protocol " << protocol << " on " << day.ToIso();
     }
+    const Variant values[] = {5, "2024", 1, section, 0, protocol, day, protocol, day, protocol};
+    const auto all = engine.Rows(Query::Of<kConflicts>(values));
+    std::multiset<std::int32_t> found;
+    for (std::size_t row = 0; row < all->RowCount(); ++row) found.insert(CLng(all->Cell(row, 0)));
+    EXPECT_EQ(found, expected) << "protocol " << protocol << " on " << day.ToIso();
+    const auto first = engine.Rows(Query::Of<kFirst>(values));
+    ASSERT_EQ(first->RowCount(), expected.empty() ? 0U : 1U)
+        << "protocol " << protocol << " on " << day.ToIso();
+    EXPECT_TRUE(expected.empty() || expected.contains(CLng(first->Cell(0, 0))))
+        << "protocol " << protocol << " on " << day.ToIso();
+  };
+  // Behind the end of the books as well, and in states of them that are held.
+  for (const bool held : {false, true}) {
+    for (int protocol = 0; protocol <= 34; protocol += 2) {
+      if (held) engine.BeginReading();
+      for (int dayOfMonth = 1; dayOfMonth <= 28; dayOfMonth += 3) {
+        check(1 + dayOfMonth % 2, protocol, Date::FromYmd(2024, 6, dayOfMonth).value());
+      }
+      if (held) engine.EndReading();
+    }
+  }
+}
+
+// Where the books end is asked once in one state of them, and holds for no other one. Only what the
+// columns are for is an end.
+TEST_F(CompanyTest, TheEndOfTheBooksIsThatOfOneState) {
+  static constexpr Selection kConflict =
+      kTeste.OnlyFirst()
+          .WhereEqual("Year(DataRegistrazione)")
+          .WhereAnyOf({{{"Protocollo", Greater}, {"DataRegistrazione", Less}},
+                       {{"Protocollo", Less}, {"DataRegistrazione", Greater}},
+                       {{"Protocollo", Equal}}});
+  SqliteEngine engine(file_);
+  Write(
+      "INSERT INTO COGPrimeNoteTeste (IdPrimaNota,Protocollo,DataRegistrazione) VALUES "
+      "(1,7,'2024-06-29'),(2,NULL,'2024-01-01'),(3,1,'2024-06-30')");
+  const auto ask = [&] {
+    const Variant day = Day("2024-06-30");
+    return KeptAnswer<kConflict>(engine, {"2024", 8, day, 8, day, 8});
+  };
+  const struct {
+    const char* saved;  // protocol and date
+    const char* found;
+  } rows[] = {{"7,'2024-06-30 23:59:59'", ""}, {"8,'2024-06-30'", "4"}, {"9,'2024-06-29'", "4"},
+              {"9,'2024-06-30'", ""},          {"1,'2024-07-01'", "4"}, {"'x','2024-06-29'", "4"},
+              {"1,'2024-06-31x'", "4"}};
+  for (const auto& row : rows) {
+    for (const bool saved : {false, true}) {
+      if (saved) {
+        WriteUnchecked(
+            "INSERT INTO COGPrimeNoteTeste (IdPrimaNota,Protocollo,DataRegistrazione) "
+            "VALUES (4," +
+            std::string(row.saved) + ")");
+      }
+      engine.BeginReading();
+      for (int i = 0; i < 3; ++i) EXPECT_EQ(ask(), saved ? row.found : "") << row.saved;
+      const std::uint64_t queries = engine.Counted().queries;
+      EXPECT_EQ(ask(), saved ? row.found : "") << row.saved;
+      EXPECT_TRUE(saved || engine.Counted().queries == queries);
+      engine.EndReading();
+    }
+    Write("DELETE FROM COGPrimeNoteTeste WHERE IdPrimaNota = 4");
   }
 }
 
