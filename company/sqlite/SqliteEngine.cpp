@@ -53,15 +53,12 @@ std::vector<Column> ColumnsOfRows(const std::vector<ResultColumn>& columns) {
   return ofRows;
 }
 
-void BindValues(StatementUse& use, std::span<const Variant> values,
-                const std::vector<bool>& endsDay) {
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const int parameter = static_cast<int>(i) + 1;
-    if (const auto* day = values[i].As<Date>(); day != nullptr) {
-      use->BindDay(parameter, *day, endsDay[i]);
-    } else {
-      use->Bind(parameter, values[i]);
-    }
+void BindValue(StatementUse& use, std::size_t place, const Variant& value, bool endsDay) {
+  const int parameter = static_cast<int>(place) + 1;
+  if (const auto* day = value.As<Date>(); day != nullptr) {
+    use->BindDay(parameter, *day, endsDay);
+  } else {
+    use->Bind(parameter, value);
   }
 }
 
@@ -357,7 +354,9 @@ SqliteEngine::Kept& SqliteEngine::KeptBefore(Prepared& prepared, std::span<const
 std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Query& query,
                                                   const std::shared_ptr<const RowTable>& before) {
   StatementUse use(prepared.statement);
-  BindValues(use, query.Values(), prepared.endsDay);
+  for (std::size_t place = 0; place < query.Values().size(); ++place) {
+    BindValue(use, place, query.Values()[place], prepared.endsDay[place]);
+  }
   bool another = use->Step();
   std::size_t same = 0;
   while (another && before != nullptr && same < before->RowCount() &&
@@ -424,7 +423,7 @@ bool SqliteEngine::LiesBehind(Prepared& prepared, const Query& query) {
 Variant SqliteEngine::Highest(const Prepared& prepared, const Reach& reach, const Query& query) {
   StatementUse highest(Constant(reach.highest));
   for (const std::size_t place : prepared.shared) {
-    highest->Bind(static_cast<int>(place) + 1, query.Values()[place]);
+    BindValue(highest, place, query.Values()[place], prepared.endsDay[place]);
   }
   if (!highest->Step()) {
     return Null;
