@@ -8,7 +8,7 @@
 # make million   a million checks in one process
 # make clean  removes what was built
 
-PACKAGES := g++ cmake ninja-build libsqlite3-dev libsimdjson-dev nlohmann-json3-dev \
+PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
   libcli11-dev libgtest-dev
 TEST_PACKAGES := postgresql
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev

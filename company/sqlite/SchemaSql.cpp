@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "company/sqlite/QueryTexts.h"
+#include "company/QueryTexts.h"
+#include "company/sqlite/SqliteDialect.h"
 #include "platform/LetterCase.h"
 
 namespace kal::company {
@@ -83,7 +84,7 @@ std::string IndexSql(const SchemaIndex& index) {
     name += '_';
     if (item.starts_with(kYear)) {
       const std::string_view column = item.substr(kYear.size(), item.size() - kYear.size() - 1);
-      columns += YearExpression(QuoteName(column));
+      columns += SqliteDialect().Year(QuoteName(column));
       name.append("Year").append(column);
     } else {
       columns += QuoteName(item);

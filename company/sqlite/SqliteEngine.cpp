@@ -12,6 +12,7 @@
 #include "company/Schema.h"
 #include "company/sqlite/CompanyFile.h"
 #include "company/sqlite/SchemaSql.h"
+#include "company/sqlite/SqliteDialect.h"
 #include "platform/LetterCase.h"
 
 namespace kal::company {
@@ -53,11 +54,11 @@ std::vector<Column> ColumnsOfRows(const std::vector<ResultColumn>& columns) {
 }
 
 void BindValues(StatementUse& use, std::span<const Variant> values,
-                const std::vector<bool>& endsDay) {
+                const std::vector<ComparedValue>& compared) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     const int parameter = static_cast<int>(i) + 1;
     if (const auto* day = values[i].As<Date>(); day != nullptr) {
-      use->BindDay(parameter, *day, endsDay[i]);
+      use->BindDay(parameter, *day, compared[i].endsDay);
     } else {
       use->Bind(parameter, values[i]);
     }
@@ -141,7 +142,7 @@ bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, co
 SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendered)
     : statement(connection, rendered.sql),
       columns(std::move(rendered.columns)),
-      endsDay(std::move(rendered.endsDay)),
+      values(std::move(rendered.values)),
       layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
       none(std::make_shared<RowTable>(layout)) {}
 
@@ -254,34 +255,36 @@ std::int64_t SqliteEngine::FileVersion() {
   return version;
 }
 
-std::vector<TableColumn> SqliteEngine::ColumnsOf(std::string_view table) {
+TableShape SqliteEngine::ShapeOf(std::string_view table) {
   if (!HasTable(table)) {
     RaiseNoTable(table);
   }
   const SqliteStatement all(connection_, "SELECT * FROM " + QuoteName(table));
   const SchemaTable* known = FindTable(table);
-  std::vector<TableColumn> columns;
+  TableShape shape{QuoteName(table), {}};
   for (int i = 0; i < all.ColumnCount(); ++i) {
-    TableColumn column{all.ColumnName(i), TypeOfDeclaration(all.ColumnDeclaration(i))};
+    TableColumn column{all.ColumnName(i), TypeOfDeclaration(all.ColumnDeclaration(i)), {}};
     const SchemaColumn* own = known == nullptr ? nullptr : FindColumn(*known, column.name);
     if (own != nullptr) {
       column.type = own->type;
     }
-    columns.push_back(std::move(column));
+    column.sql = QuoteName(column.name);
+    shape.columns.push_back(std::move(column));
   }
-  return columns;
+  return shape;
 }
 
 SqliteEngine::Prepared SqliteEngine::Prepare(const Query& query) {
   bool ofTheFile = true;
   bool keepsAnswers = true;
-  Prepared prepared(connection_, RenderQuery(query, [&](std::string_view table) {
-                      const SchemaTable* known = FindTable(table);
-                      // A temporary table may have the name of one that the file lacks.
-                      ofTheFile = ofTheFile && known != nullptr && IsAnswered(kInFile, table);
-                      keepsAnswers = keepsAnswers && ofTheFile && !known->growsWithEntries;
-                      return ColumnsOf(table);
-                    }));
+  const auto shapeOf = [&](std::string_view table) {
+    const SchemaTable* known = FindTable(table);
+    // A temporary table may have the name of one that the file lacks.
+    ofTheFile = ofTheFile && known != nullptr && IsAnswered(kInFile, table);
+    keepsAnswers = keepsAnswers && ofTheFile && !known->growsWithEntries;
+    return ShapeOf(table);
+  };
+  Prepared prepared(connection_, RenderQuery(query, shapeOf, SqliteDialect()));
   prepared.ofTheFile = ofTheFile;
   prepared.keepsAnswers = keepsAnswers;
   return prepared;
@@ -340,7 +343,7 @@ SqliteEngine::Kept& SqliteEngine::KeptBefore(Prepared& prepared, std::span<const
 std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Query& query,
                                                   const std::shared_ptr<const RowTable>& before) {
   StatementUse use(prepared.statement);
-  BindValues(use, query.Values(), prepared.endsDay);
+  BindValues(use, query.Values(), prepared.values);
   bool another = use->Step();
   std::size_t same = 0;
   while (another && before != nullptr && same < before->RowCount() &&

@@ -25,7 +25,7 @@
 #include <vector>
 
 #include "company/Engine.h"
-#include "company/sqlite/QuerySql.h"
+#include "company/QuerySql.h"
 #include "company/sqlite/Sqlite.h"
 
 namespace kal::company {
@@ -104,7 +104,7 @@ class SqliteEngine final : public Engine {
 
     SqliteStatement statement;
     std::vector<ResultColumn> columns;
-    std::vector<bool> endsDay;  // by value
+    std::vector<ComparedValue> values;
     std::shared_ptr<const RowLayout> layout;
     std::shared_ptr<const RowTable> none;  // what a selection without rows answers
     bool keepsAnswers = false;
@@ -134,7 +134,7 @@ class SqliteEngine final : public Engine {
   [[nodiscard]] Prepared Prepare(const Query& query);
   [[nodiscard]] Prepared& PreparedBefore(const Query& query);
   [[nodiscard]] Kept& KeptBefore(Prepared& prepared, std::span<const Variant> values);
-  [[nodiscard]] std::vector<TableColumn> ColumnsOf(std::string_view table);
+  [[nodiscard]] TableShape ShapeOf(std::string_view table);
   // The table given from before is the answer when it still is what the file says.
   [[nodiscard]] std::shared_ptr<const RowTable> Run(
       Prepared& prepared, const Query& query, const std::shared_ptr<const RowTable>& before = {});

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "company/DataError.h"
+#include "company/QueryTexts.h"
 #include "company/Schema.h"
 #include "company/sqlite/CompanyFile.h"
-#include "company/sqlite/QueryTexts.h"
 #include "company/sqlite/SchemaSql.h"
 #include "company/sqlite/Sqlite.h"
 #include "messages/Catalogue.h"

@@ -1,44 +1,26 @@
-#include "company/sqlite/QuerySql.h"
+#include "company/QuerySql.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <utility>
 
 #include "company/DataError.h"
+#include "company/DayByDay.h"
 #include "company/Schema.h"
-#include "company/sqlite/DayByDay.h"
 
 namespace kal::company {
 namespace {
 
 using Condition = Selection::Condition;
 
-std::string_view Symbol(CompareWith operation) {
-  switch (operation) {
-    case CompareWith::Equal:
-      return " = ";
-    case CompareWith::NotEqual:
-      return " <> ";
-    case CompareWith::Less:
-      return " < ";
-    case CompareWith::LessOrEqual:
-      return " <= ";
-    case CompareWith::Greater:
-      return " > ";
-    case CompareWith::GreaterOrEqual:
-      return " >= ";
-  }
-  return " = ";
-}
-
 // Goes through the conditions in the order of the values: parameters are numbered as they come.
 class Renderer {
  public:
-  Renderer(const Query& query, const ColumnsOfTable& columnsOf)
-      : query_(query), selection_(query.What()) {
-    scope_.Add(query.Text(selection_.Table()), columnsOf);
+  Renderer(const Query& query, const ShapeOfTable& shapeOf, const Dialect& dialect)
+      : query_(query), selection_(query.What()), dialect_(dialect) {
+    scope_.Add(query.Text(selection_.Table()), shapeOf);
     for (const Selection::Join& join : selection_.Joins()) {
-      scope_.Add(query.Text(join.table), columnsOf);
+      scope_.Add(query.Text(join.table), shapeOf);
     }
   }
 
@@ -55,7 +37,7 @@ class Renderer {
     if (selection_.IsOnlyFirst()) {
       rendered.sql += " LIMIT 1";
     }
-    rendered.endsDay = std::move(endsDay_);
+    rendered.values = std::move(values_);
     return rendered;
   }
 
@@ -74,7 +56,8 @@ class Renderer {
         list.remove_prefix(std::min(comma + 1, list.size()));
         if (item == "*") {
           for (const Scope::Table& table : scope_.Tables()) {
-            std::ranges::for_each(table.columns, [&](const auto& column) { add(table, column); });
+            std::ranges::for_each(table.shape.columns,
+                                  [&](const auto& column) { add(table, column); });
           }
         } else {
           const auto [table, column] = scope_.Find(item);
@@ -91,7 +74,7 @@ class Renderer {
 
   [[nodiscard]] std::string TableSql(std::size_t index) const {
     const Scope::Table& table = scope_.Tables()[index];
-    return QuoteName(table.name) + " AS " + QuoteName(table.alias);
+    return table.shape.sql + " AS " + QuoteName(table.alias);
   }
 
   std::string FromTables() {
@@ -117,6 +100,7 @@ class Renderer {
     Branches branches;
     branches.select = select;
     branches.table = TableSql(0);
+    branches.columns = selected_.size();
     branches.onlyFirst = selection_.IsOnlyFirst();
     const Condition* const group = FindGroup();
     for (const Condition& condition : selection_.Conditions()) {
@@ -126,13 +110,17 @@ class Renderer {
         }
         continue;
       }
-      const std::string& sql = branches.all.emplace_back(One(condition));
-      if (condition.kind == Condition::Kind::Value && condition.operation == CompareWith::Equal &&
-          !sql.starts_with("ifnull")) {
-        branches.equal.push_back(sql);
+      if (condition.kind != Condition::Kind::Value) {
+        branches.all.push_back(One(condition));
+        continue;
+      }
+      const ComparisonSql comparison = Compare({condition.left, condition.operation});
+      branches.all.push_back(comparison.sql);
+      if (condition.operation == CompareWith::Equal && comparison.left.indexed) {
+        branches.equal.push_back(comparison.sql);
       }
     }
-    return SelectBranches(branches);
+    return SelectBranches(branches, dialect_);
   }
 
   std::string AllOf(const auto& conditions) {
@@ -140,7 +128,7 @@ class Renderer {
     for (const Condition& condition : conditions) {
       parts.push_back(One(condition));
     }
-    return Joined(parts, " AND ", "1");
+    return Joined(parts, " AND ", "TRUE");
   }
 
   std::string One(const Condition& condition) {
@@ -148,9 +136,10 @@ class Renderer {
       case Condition::Kind::Value:
         return Compare({condition.left, condition.operation}).sql;
       case Condition::Kind::Columns:
-        return Expression(condition.left).sql + " = " + Expression(condition.right).sql;
+        return dialect_.Compared(Expression(condition.left)) + " = " +
+               dialect_.Compared(Expression(condition.right));
       case Condition::Kind::Literal:
-        return "(" + ReadCondition(condition.left, scope_) + ")";
+        return "(" + ReadCondition(condition.left, scope_, dialect_) + ")";
       case Condition::Kind::AnyOf:
         break;
     }
@@ -160,9 +149,9 @@ class Renderer {
       for (ComparisonSql& comparison : Compared(alternative)) {
         parts.push_back(std::move(comparison.sql));
       }
-      alternatives.push_back("(" + Joined(parts, " AND ", "1") + ")");
+      alternatives.push_back("(" + Joined(parts, " AND ", "TRUE") + ")");
     }
-    return "(" + Joined(alternatives, " OR ", "0") + ")";
+    return "(" + Joined(alternatives, " OR ", "FALSE") + ")";
   }
 
   std::vector<ComparisonSql> Compared(const Selection::All& alternative) {
@@ -176,38 +165,33 @@ class Renderer {
   ComparisonSql Compare(const Selection::Comparison& comparison) {
     const std::string text = query_.Text(comparison.left);
     const Operand operand = Expression(text);
-    if (operand.type == DataType::Currency) {
-      // They are stored as texts, whose order is not that of the amounts.
+    if (operand.column == DataType::Currency) {
+      // SQLite stores them as texts, whose order is not that of the amounts.
       RaiseDataError(RunTime::NotSupported, "Amounts can't be compared in a selection: " + text);
     }
-    const Variant& value = query_.Values()[endsDay_.size()];
-    endsDay_.push_back(comparison.operation == CompareWith::LessOrEqual ||
-                       comparison.operation == CompareWith::Greater);
-    std::string sql = operand.sql;
-    if (operand.type == DataType::Boolean && value.VarType() == Variant::Type::Boolean) {
-      sql = "(" + sql + " <> 0)";  // True may be stored as 1 or as -1
-    } else if (operand.type == DataType::Date && !IsRange(comparison.operation)) {
-      sql = "substr(" + sql + ", 1, 10)";
-    }
-    sql.append(Symbol(comparison.operation)).append("?").append(std::to_string(endsDay_.size()));
-    return {std::move(sql), operand.sql, operand.type, comparison.operation};
+    const Variant& value = query_.Values()[values_.size()];
+    values_.push_back({operand.type, comparison.operation == CompareWith::LessOrEqual ||
+                                         comparison.operation == CompareWith::Greater});
+    return {dialect_.CompareWithValue(operand, comparison.operation, value, values_.size()),
+            operand, comparison.operation};
   }
 
   [[nodiscard]] Operand Expression(std::string_view text) const {
-    return ReadExpression(text, scope_);
+    return ReadExpression(text, scope_, dialect_);
   }
 
   const Query& query_;
   const Selection& selection_;
+  const Dialect& dialect_;
   Scope scope_;
   std::vector<std::string> selected_;
-  std::vector<bool> endsDay_;  // of the values read so far
+  std::vector<ComparedValue> values_;  // those read so far
 };
 
 }  // namespace
 
-RenderedQuery RenderQuery(const Query& query, const ColumnsOfTable& tables) {
-  return Renderer(query, tables).Render();
+RenderedQuery RenderQuery(const Query& query, const ShapeOfTable& tables, const Dialect& dialect) {
+  return Renderer(query, tables, dialect).Render();
 }
 
 }  // namespace kal::company

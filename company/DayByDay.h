@@ -1,4 +1,4 @@
-// DayByDay: how SQLite is asked for the rows that meet one of several alternatives.
+// DayByDay: how a database is asked for the rows that meet one of several alternatives.
 //
 // The alternatives over one table are run as branches, each with the other conditions and with an
 // index of its own; left as one OR, they would walk all rows that meet the others. An alternative
@@ -6,11 +6,11 @@
 
 #pragma once
 
-#include <optional>
+#include <cstddef>
 #include <string>
 #include <vector>
 
-#include "platform/Recordset.h"
+#include "company/Dialect.h"
 #include "siblings/Selection.h"
 
 namespace kal::company {
@@ -18,8 +18,7 @@ namespace kal::company {
 // A comparison with a parameter.
 struct ComparisonSql {
   std::string sql;
-  std::string left;
-  std::optional<DataType> type;  // of a bare column on the left
+  Operand left;
   CompareWith operation = CompareWith::Equal;
 };
 
@@ -30,6 +29,7 @@ struct ComparisonSql {
 struct Branches {
   std::string select;  // "SELECT columns FROM "
   std::string table;   // with its alias
+  std::size_t columns = 0;
   bool onlyFirst = false;
   std::vector<std::string> all;    // the conditions that all alternatives share
   std::vector<std::string> equal;  // those among them that an index may begin with
@@ -38,6 +38,6 @@ struct Branches {
 
 // The whole statement, without the limit to the first row. A row may meet several alternatives:
 // that does not matter to who reads the first row alone, and everyone else is given each row once.
-[[nodiscard]] std::string SelectBranches(const Branches& branches);
+[[nodiscard]] std::string SelectBranches(const Branches& branches, const Dialect& dialect);
 
 }  // namespace kal::company

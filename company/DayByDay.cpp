@@ -1,12 +1,12 @@
-#include "company/sqlite/DayByDay.h"
+#include "company/DayByDay.h"
 
-#include "company/sqlite/QueryTexts.h"
+#include "company/QueryTexts.h"
 
 namespace kal::company {
 namespace {
 
 std::string AllOf(const std::vector<std::string>& conditions) {
-  return Joined(conditions, " AND ", "1");
+  return Joined(conditions, " AND ", "TRUE");
 }
 
 std::string AllOf(const std::vector<ComparisonSql>& comparisons) {
@@ -26,13 +26,13 @@ std::string DayByDay(const Branches& branches, const ComparisonSql& day,
                      const ComparisonSql& other) {
   const bool back = day.operation == CompareWith::Less || day.operation == CompareWith::LessOrEqual;
   const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
-  const std::string nearest = " ORDER BY " + day.left + (back ? " DESC" : "") + " LIMIT 1)";
-  const std::string days = "WITH RECURSIVE days(day) AS (SELECT (SELECT " + day.left + rows +
-                           day.sql + nearest + " UNION ALL SELECT (SELECT " + day.left + rows +
-                           day.left + (back ? " < " : " > ") + "days.day" + nearest +
+  const std::string nearest = " ORDER BY " + day.left.sql + (back ? " DESC" : "") + " LIMIT 1)";
+  const std::string days = "WITH RECURSIVE days(day) AS (SELECT (SELECT " + day.left.sql + rows +
+                           day.sql + nearest + " UNION ALL SELECT (SELECT " + day.left.sql + rows +
+                           day.left.sql + (back ? " < " : " > ") + "days.day" + nearest +
                            " FROM days WHERE day IS NOT NULL) ";
   const std::string met = branches.table + " WHERE " + AllOf(branches.all) + " AND " + other.sql +
-                          " AND " + day.left + " = ";
+                          " AND " + day.left.sql + " = ";
   // The days are not joined with their rows: SQLite might walk all rows once to make itself a
   // filter of them.
   const std::string found =
@@ -47,7 +47,7 @@ std::string Branch(const Branches& branches, const std::vector<ComparisonSql>& a
   if (branches.onlyFirst && alternative.size() == 2 && IsRange(alternative[0].operation) &&
       IsRange(alternative[1].operation)) {
     for (std::size_t day = 0; day < 2; ++day) {
-      if (alternative[day].type == DataType::Date) {
+      if (alternative[day].left.column == DataType::Date) {
         return DayByDay(branches, alternative[day], alternative[1 - day]);
       }
     }
@@ -61,13 +61,16 @@ bool IsRange(CompareWith operation) {
   return operation != CompareWith::Equal && operation != CompareWith::NotEqual;
 }
 
-std::string SelectBranches(const Branches& branches) {
+std::string SelectBranches(const Branches& branches, const Dialect& dialect) {
   std::vector<std::string> rows;
   rows.reserve(branches.alternatives.size());
   std::string notBefore;
   for (const auto& alternative : branches.alternatives) {
-    rows.push_back(branches.select + Branch(branches, alternative) + notBefore);
-    if (!branches.onlyFirst) {
+    const std::string branch = branches.select + Branch(branches, alternative) + notBefore;
+    if (branches.onlyFirst) {
+      rows.push_back(dialect.OnlyFirst(branch, branches.columns));
+    } else {
+      rows.push_back(branch);
       notBefore += " AND (" + AllOf(alternative) + ") IS NOT TRUE";
     }
   }
