@@ -18,6 +18,7 @@
 #include "company/Company.h"
 #include "company/Schema.h"
 #include "company/Verify.h"
+#include "company/postgres/ServerCompany.h"
 #include "host/EntryFile.h"
 #include "host/ExplainPages.h"
 #include "host/FlawReport.h"
@@ -356,7 +357,30 @@ class ReplayRun final : public Answering<RecordingFile> {
   ReplayTally tally_;
 };
 
+std::string MadeLine(const std::string& company, bool withSample) {
+  return "made " + company + ": " + std::to_string(company::Tables().size()) +
+         " tables, message texts in Italian and English" + (withSample ? ", sample data" : "") +
+         "\n";
+}
+
+// Ctrl-C ends it in the middle: the server takes back what was not whole.
+int InitOnServer(const Options& options, const Streams& streams) {
+  try {
+    const company::MadeOnServer made =
+        company::CreateServerCompany(options.newCompany, options.withSample);
+    streams.out << MadeLine(made.name, options.withSample)
+                << "a user who checks needs these rights and no others:\n"
+                << made.grants << std::flush;
+  } catch (const RunTimeError& error) {
+    return Complain(streams, "can't make the company: " + error.Description());
+  }
+  return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
+}
+
 int Init(const Options& options, const Streams& streams) {
+  if (company::IsOnServer(options.newCompany)) {
+    return InitOnServer(options, streams);
+  }
   try {
     const Unstoppable made;
     company::CreateCompany(options.newCompany, options.withSample);
@@ -364,9 +388,7 @@ int Init(const Options& options, const Streams& streams) {
     return Complain(streams,
                     "can't make the company " + options.newCompany + ": " + error.Description());
   }
-  streams.out << "made " << options.newCompany << ": " << company::Tables().size()
-              << " tables, message texts in Italian and English"
-              << (options.withSample ? ", sample data" : "") << std::endl;
+  streams.out << MadeLine(options.newCompany, options.withSample) << std::flush;
   return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
 }
 
@@ -484,8 +506,10 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
       "be read. Of replay: 0 all as recorded, 1 at least one different, "
       "2 at least one could not be read.");
 
-  CLI::App* const init = app.add_subcommand("init", "Make an embedded company");
-  init->add_option("COMPANY", options.newCompany, "The file to make")->required();
+  CLI::App* const init = app.add_subcommand("init", "Make a company");
+  init->add_option("COMPANY", options.newCompany,
+                   "The file to make, or the postgresql:// URI of a database")
+      ->required();
   init->add_flag("--sample", options.withSample, "With sample data");
 
   CLI::App* const check = app.add_subcommand("check", "Run entries against a company");
