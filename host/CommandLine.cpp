@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <functional>
 #include <numeric>
 #include <optional>
 #include <span>
@@ -90,7 +91,8 @@ class Answering {
  protected:
   // Called on the workers' threads, at the same time for several entries.
   [[nodiscard]] virtual Answered Answer(std::size_t worker, const EntryText& text) = 0;
-  // What the entries of one turn of reading had in common ends here.
+  // What the entries of one turn of reading have in common begins and ends here.
+  virtual void BeginTurn(std::size_t /*worker*/, std::span<const Asked> /*entries*/) {}
   virtual void EndTurn(std::size_t worker) = 0;
   // How many workers are ready, at least one, when that many are wanted.
   [[nodiscard]] virtual std::size_t Ready(std::size_t workers) = 0;
@@ -108,6 +110,7 @@ class Answering {
     }
     Workers(
         Ready(options_.jobs), [this] { return input_.NextFew(); },
+        [this](std::size_t worker, std::span<const Asked> entries) { BeginTurn(worker, entries); },
         [this](std::size_t worker, const EntryText& text) { return Answer(worker, text); },
         [this](std::size_t worker) { EndTurn(worker); },
         [this](std::span<const Answered> answers) { return Deliver(answers); })
@@ -135,6 +138,7 @@ class Answering {
   bool AnswerFew(const std::vector<Asked>& few) {
     std::vector<Answered> answers;
     try {
+      BeginTurn(0, few);
       for (const Asked& asked : few) {
         answers.push_back(Answer(0, asked.entry));
         answers.back().bytesRead = asked.bytesRead;
@@ -203,6 +207,7 @@ class CheckRun final : public Answering<EntryFile> {
   // What a worker has for itself.
   struct Worker {
     std::optional<company::Company> company;
+    std::span<const Asked> ahead;  // of the turn, from the entry that is checked on
     // One state of the books for what was read in one turn.
     std::optional<company::Company::Reading> books;
     records::Conversation conversation;  // of the entry that is checked; kept for its memory
@@ -230,11 +235,17 @@ class CheckRun final : public Answering<EntryFile> {
     return answer;
   }
 
+  void BeginTurn(std::size_t worker, std::span<const Asked> entries) override {
+    workers_[worker].ahead = entries;
+  }
   // Books that can't be read are an error of the entry, which tries by itself.
   static void HoldBooks(Worker& own) {
     if (!own.books) {
       try {
-        own.books.emplace(*own.company);
+        EntryRehearsal rehearsal(*own.company, own.ahead);
+        own.books.emplace(*own.company, own.company->WantsRehearsal()
+                                            ? company::Rehearsal(std::ref(rehearsal))
+                                            : company::Rehearsal());
       } catch (const RunTimeError&) {
         own.books.reset();
       }
@@ -242,6 +253,7 @@ class CheckRun final : public Answering<EntryFile> {
   }
   // After an error the database may have let the state go.
   static void LetBooksGo(Worker& own, const Outcome& outcome) {
+    own.ahead = own.ahead.subspan(1);
     if (outcome.error) {
       own.books.reset();
     }
@@ -393,8 +405,8 @@ int Check(const Options& options, const Streams& streams) {
   try {
     run.emplace(options, streams);
   } catch (const RunTimeError& error) {
-    return Complain(streams,
-                    "can't open the company " + options.company + ": " + error.Description());
+    return Complain(streams, "can't open the company " + company::ShownName(options.company) +
+                                 ": " + error.Description());
   }
   return run->Check();
 }

@@ -13,8 +13,7 @@ namespace {
 constexpr std::string_view kDatabase =
     "SELECT pg_catalog.current_database(), pg_catalog.current_schema(), "
     "pg_catalog.current_setting('server_encoding')";
-constexpr std::string_view kSystem =
-    "SELECT system_identifier FROM pg_catalog.pg_control_system()";
+constexpr std::string_view kSystem = "SELECT system_identifier FROM pg_catalog.pg_control_system()";
 constexpr std::string_view kColumns =
     "SELECT own.relname, own.relkind, col.attname, col.atttypid, "
     "pg_catalog.format_type(col.atttypid, col.atttypmod) FROM pg_catalog.pg_class AS own "
@@ -100,11 +99,10 @@ void Catalog::ReadDatabase(Postgres& connection) {
   }
   const PostgresResult system = AskAlone(connection, kSystem);
   // Who may not read it knows a server by its address.
-  const std::string server = system.Failed() || system.Rows() == 0
-                                 ? connection.Name()
-                                 : std::string(system.Text(0, 0));
-  database_ = server + "/" + std::string(database.Text(0, 0)) + "/" +
-              std::string(database.Text(0, 1));
+  const std::string server =
+      system.Failed() || system.Rows() == 0 ? connection.Name() : std::string(system.Text(0, 0));
+  database_ =
+      server + "/" + std::string(database.Text(0, 0)) + "/" + std::string(database.Text(0, 1));
 }
 
 void Catalog::ReadColumns(Postgres& connection) {
@@ -143,11 +141,11 @@ void Catalog::AddColumn(const Postgres& connection, const PostgresResult& column
   const std::string_view name = columns.Text(row, 2);
   const SchemaColumn* const known = FindColumn(*table, name);
   if (known != nullptr && !Keeps(columns.Text(row, 3), known->type)) {
-    RaiseDataError(RunTime::TypeMismatch,
-                   "In " + connection.Name() + " the column " + std::string(table->name) + "." +
-                       std::string(known->name) + " is declared " +
-                       std::string(columns.Text(row, 4)) +
-                       ", which does not keep what is stored in it");
+    RaiseDataError(RunTime::TypeMismatch, "In " + connection.Name() + " the column " +
+                                              std::string(table->name) + "." +
+                                              std::string(known->name) + " is declared " +
+                                              std::string(columns.Text(row, 4)) +
+                                              ", which does not keep what is stored in it");
   }
   own.shape.columns.push_back({std::string(known == nullptr ? name : known->name),
                                known == nullptr ? TypeOfServer(columns.Text(row, 3)) : known->type,
@@ -155,8 +153,8 @@ void Catalog::AddColumn(const Postgres& connection, const PostgresResult& column
 }
 
 void Catalog::RequireTables(const Postgres& connection) const {
-  const auto missing = std::ranges::find_if(
-      tables_, [](const Own& own) { return own.shape.sql.empty(); });
+  const auto missing =
+      std::ranges::find_if(tables_, [](const Own& own) { return own.shape.sql.empty(); });
   if (std::ranges::all_of(tables_, [](const Own& own) { return own.shape.sql.empty(); })) {
     RaiseDataError(kDatabaseFailed, connection.Name() + " is no company of this program");
   }
@@ -200,8 +198,7 @@ const TableShape* Catalog::Find(const SchemaTable* table) const {
 }
 
 bool Catalog::HasVersion(const SchemaTable* table) const {
-  return table != nullptr &&
-         tables_[static_cast<std::size_t>(table - Tables().data())].hasVersion;
+  return table != nullptr && tables_[static_cast<std::size_t>(table - Tables().data())].hasVersion;
 }
 
 DataType TypeOfServer(std::string_view oid) {

@@ -6,7 +6,6 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <vector>
 
 #include "company/DataError.h"
 
@@ -84,7 +83,12 @@ std::string NameOf(std::string_view host, std::string_view port, std::string_vie
 std::string OneLine(std::string_view text) {
   std::string line;
   for (const char letter : text) {
-    line += letter == '\n' || letter == '\r' ? ' ' : letter;
+    const bool blank = letter == ' ' || letter == '\t' || letter == '\n' || letter == '\r';
+    if (!blank) {
+      line += letter;
+    } else if (!line.empty() && line.back() != ' ') {
+      line += ' ';
+    }
   }
   while (!line.empty() && line.back() == ' ') {
     line.pop_back();
@@ -182,13 +186,17 @@ PostgresResult Postgres::Execute(const std::string& sql) {
   return result;
 }
 
-PostgresResult Postgres::Execute(const std::string& sql, std::span<const PostgresValue> values) {
-  std::vector<const char*> texts;
+const char* const* Postgres::Texts(std::span<const PostgresValue> values) {
+  texts_.clear();
   for (const PostgresValue& value : values) {
-    texts.push_back(value ? value->c_str() : nullptr);
+    texts_.push_back(value ? value->c_str() : nullptr);
   }
-  PostgresResult result(PQexecParams(handle_.get(), sql.c_str(), static_cast<int>(texts.size()),
-                                     nullptr, texts.data(), nullptr, nullptr, 0));
+  return texts_.data();
+}
+
+PostgresResult Postgres::Execute(const std::string& sql, std::span<const PostgresValue> values) {
+  PostgresResult result(PQexecParams(handle_.get(), sql.c_str(), static_cast<int>(values.size()),
+                                     nullptr, Texts(values), nullptr, nullptr, 0));
   if (result.Failed()) {
     Fail(result);
   }
@@ -200,25 +208,13 @@ void Postgres::Prepare(const std::string& statement, const std::string& sql) {
 }
 
 void Postgres::Ask(const std::string& statement, std::span<const PostgresValue> values) {
-  constexpr std::size_t kMost = 64;
-  std::array<const char*, kMost> texts{};
-  if (values.size() > kMost) {
-    RaiseDataError(kBadCommand, "More than 64 values are compared");
-  }
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    texts[i] = values[i] ? values[i]->c_str() : nullptr;
-  }
   Send(PQsendQueryPrepared(handle_.get(), statement.c_str(), static_cast<int>(values.size()),
-                           texts.data(), nullptr, nullptr, 0));
+                           Texts(values), nullptr, nullptr, 0));
 }
 
 void Postgres::AskOnce(const std::string& sql, std::span<const PostgresValue> values) {
-  std::vector<const char*> texts;
-  for (const PostgresValue& value : values) {
-    texts.push_back(value ? value->c_str() : nullptr);
-  }
-  Send(PQsendQueryParams(handle_.get(), sql.c_str(), static_cast<int>(texts.size()), nullptr,
-                         texts.data(), nullptr, nullptr, 0));
+  Send(PQsendQueryParams(handle_.get(), sql.c_str(), static_cast<int>(values.size()), nullptr,
+                         Texts(values), nullptr, nullptr, 0));
 }
 
 void Postgres::Send(int accepted) {

@@ -15,6 +15,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kal::company {
 
@@ -102,6 +103,7 @@ class Postgres {
 
  private:
   void SetUp(Access access);
+  [[nodiscard]] const char* const* Texts(std::span<const PostgresValue> values);
   void Send(int accepted);
   void Flush();
   void Wait(short events);
@@ -115,6 +117,7 @@ class Postgres {
   std::unique_ptr<PGconn, Finish> handle_;
   std::chrono::milliseconds silence_{};  // longer than that no answer takes
   bool lost_ = false;
+  std::vector<const char*> texts_;  // of the values on their way; kept for its memory
 };
 
 }  // namespace kal::company

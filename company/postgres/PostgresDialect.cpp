@@ -88,8 +88,8 @@ PostgresValue PlainText(const Variant& value) {
 
 [[noreturn]] void Refuse(RunTime error, std::string_view text, std::string_view source,
                          std::string_view what) {
-  RaiseDataError(error, std::string(source) + ": the stored value '" + std::string(text) +
-                            "' is " + std::string(what));
+  RaiseDataError(error, std::string(source) + ": the stored value '" + std::string(text) + "' is " +
+                            std::string(what));
 }
 
 template <class T>
@@ -250,8 +250,8 @@ std::string ToArray(const RowTable& rows, std::size_t column) {
   for (std::size_t row = 0; row < rows.RowCount(); ++row) {
     array += row == 0 ? "" : ",";
     const Variant& cell = rows.Cell(row, column);
-    const PostgresValue text = compared.with == DataType::Currency ? NumberText(cell)
-                                                                   : ToParameter(cell, compared);
+    const PostgresValue text =
+        compared.with == DataType::Currency ? NumberText(cell) : ToParameter(cell, compared);
     if (!text) {
       array += "NULL";
       continue;

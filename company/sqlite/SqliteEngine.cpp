@@ -65,43 +65,6 @@ void BindValues(StatementUse& use, std::span<const Variant> values,
   }
 }
 
-template <class Number>
-void AppendNumber(std::string& key, Number number) {
-  key.append(reinterpret_cast<const char*>(&number), sizeof number);
-}
-
-// Its size goes in front: no two texts can pass for one.
-void AppendText(std::string& key, std::string_view text) {
-  AppendNumber(key, text.size());
-  key += text;
-}
-
-// Writes a key that two values share exactly when they are identical.
-void AppendValue(std::string& key, const Variant& value) {
-  AppendNumber(key, value.VarType());
-  switch (value.VarType()) {
-    case Variant::Type::Boolean:
-      return AppendNumber(key, *value.As<bool>());
-    case Variant::Type::SmallInt:
-      return AppendNumber(key, *value.As<std::int16_t>());
-    case Variant::Type::Integer:
-      return AppendNumber(key, *value.As<std::int32_t>());
-    case Variant::Type::Single:
-      return AppendNumber(key, *value.As<float>());
-    case Variant::Type::Double:
-      return AppendNumber(key, *value.As<double>());
-    case Variant::Type::Date:
-      return AppendNumber(key, value.As<Date>()->Serial());
-    case Variant::Type::Text:
-      return AppendText(key, *value.AsText());
-    case Variant::Type::Empty:
-    case Variant::Type::NullValue:
-      return;
-    default:  // rarely asked for, and exact as a text
-      AppendText(key, CStr(value));
-  }
-}
-
 // Whether two values have one key; False also where only the keys can tell.
 bool IsSameKey(const Variant& left, const Variant& right) {
   if (left.VarType() != right.VarType()) {
@@ -290,16 +253,10 @@ SqliteEngine::Prepared SqliteEngine::Prepare(const Query& query) {
   return prepared;
 }
 
-std::size_t SqliteEngine::UseHash::operator()(const UseView& use) const {
-  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
-  const std::size_t named = use.name.empty() ? 0 : std::hash<std::string_view>()(use.name);
-  return (std::hash<const void*>()(use.selection) ^ named) + use.values * kSpread;
-}
-
 SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
   UseView use{&query.What(), 1, query.Name()};
   for (const Variant& value : query.Values()) {
-    use.values = use.values * 2 + (value.VarType() == Variant::Type::Boolean ? 1 : 0);
+    use.kinds = use.kinds * 2 + (value.VarType() == Variant::Type::Boolean ? 1 : 0);
   }
   constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
   constexpr unsigned kToPlaces = 64 - std::bit_width(std::tuple_size_v<decltype(places_)> - 1);
@@ -311,7 +268,7 @@ SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
   if (found == selections_.end()) {
     Prepared prepared = Prepare(query);
     found = selections_
-                .emplace(Use{use.selection, use.values, std::string(use.name)}, std::move(prepared))
+                .emplace(Use{use.selection, use.kinds, std::string(use.name)}, std::move(prepared))
                 .first;
   }
   place = {found->first, &found->second};
@@ -450,7 +407,7 @@ void SqliteEngine::Record(std::vector<std::string>* target) {
                    target);
 }
 
-void SqliteEngine::BeginReading() {
+void SqliteEngine::BeginReading(const Rehearsal& /*rehearsal*/) {
   StatementUse(begin_, StatementUse::Counts::NotAtAll)->Step();
   try {
     // BEGIN alone waits for the first question before it fixes the state.

@@ -26,6 +26,7 @@
 
 #include "company/Engine.h"
 #include "company/QuerySql.h"
+#include "company/SelectionUse.h"
 #include "company/sqlite/Sqlite.h"
 
 namespace kal::company {
@@ -46,7 +47,7 @@ class SqliteEngine final : public Engine {
   [[nodiscard]] Variant HighestProtocol(const Variant& year, const Variant& registerType,
                                         const Variant& section) override;
   [[nodiscard]] std::int32_t Closings(const Variant& entry) override;
-  void BeginReading() override;
+  void BeginReading(const Rehearsal& rehearsal) override;
   void EndReading() noexcept override;
   [[nodiscard]] std::string Database() const override;
   [[nodiscard]] bool HasTable(std::string_view name) override;
@@ -56,40 +57,6 @@ class SqliteEngine final : public Engine {
   void Record(std::vector<std::string>* target) override;
 
  private:
-  // What a constant selection's statement is found by.
-  struct UseView {
-    const Selection* selection;
-    std::uint64_t values;  // one bit for each value, set for a Boolean, behind a set one
-    std::string_view name;
-  };
-  struct Use {
-    const Selection* selection;
-    std::uint64_t values;
-    std::string name;
-
-    operator UseView() const { return {selection, values, name}; }  // NOLINT: a view of it
-  };
-  struct UseHash {
-    using is_transparent = void;
-    std::size_t operator()(const UseView& use) const;
-  };
-  struct SameUse {
-    using is_transparent = void;
-    bool operator()(const UseView& left, const UseView& right) const {
-      return left.selection == right.selection && left.values == right.values &&
-             left.name == right.name;
-    }
-  };
-
-  struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-      return std::hash<std::string_view>()(text);
-    }
-  };
-  template <class Value>
-  using ByText = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
-
   // An answer, what was asked for it, and the version of the file that gave it.
   struct Kept {
     std::vector<Variant> asked;
@@ -98,7 +65,8 @@ class SqliteEngine final : public Engine {
     Kept* next = nullptr;  // what the same selection was asked for after it the last time
   };
 
-  // A selection, ready to run.
+  // A selection, ready to run. Its SQL depends on which of its values are Booleans: the kinds have
+  // one bit for each, behind a set one.
   struct Prepared {
     Prepared(const Sqlite& connection, RenderedQuery rendered);
 
