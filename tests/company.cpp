@@ -606,7 +606,7 @@ TEST_F(CompanyTest, ReadsOneStateOfTheBooks) {
                      id + "); COMMIT");
     };
     EXPECT_EQ(state(), "") << mode;
-    engine.BeginReading();
+    engine.BeginReading({});
     EXPECT_EQ(state(), "") << mode;
     // Without a log of its own the writer has to wait for the reader.
     EXPECT_EQ(change("1"), mode == "WAL" ? SQLITE_OK : SQLITE_BUSY);
@@ -654,7 +654,7 @@ TEST_F(CompanyTest, KeepsItsConnectionClean) {
                : Run(static_cast<sqlite3*>(writer), "INSERT INTO STDIva (CodIva) VALUES ('x')");
   };
   sqlite3_trace_v2(opened, SQLITE_TRACE_STMT, disturb, writer_);
-  engine.BeginReading();
+  engine.BeginReading({});
   engine.EndReading();
   EXPECT_NE(sqlite3_get_autocommit(opened), 0);
   EXPECT_EQ(KeptAnswer<kCodes>(engine).substr(0, 1), "x");
@@ -738,7 +738,7 @@ TEST_F(CompanyTest, TemporaryTablesComeAndGo) {
   };
   for (const std::string name : {"COGBollati", "TmpScadenze", "x\"; DROP TABLE COGScadenze; --",
                                  "a as b", "'", "[x]", "1 = 1", ""}) {
-    engine.BeginReading();
+    engine.BeginReading({});
     const Case cases[] = {
         {"made", make(name, rows), "made"},
         {"its rows", KeptAnswer<kAll>(engine, {}, name),
@@ -796,7 +796,7 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   SqliteEngine impatient(file_, {.forLock = std::chrono::milliseconds(1)});
   const auto ask = [&] { return KeptAnswer<kCode>(impatient, {"?"}); };
   const auto begin = [&] {
-    return AnswerOrError([&] { return impatient.BeginReading(), "begun"; });
+    return AnswerOrError([&] { return impatient.BeginReading({}), "begun"; });
   };
   const std::string before = Bytes(file_);
   const auto create = [](const std::string& path) {
