@@ -68,6 +68,23 @@ std::optional<std::uint64_t> KindsOf(std::span<const Variant> values) {
   return kinds;
 }
 
+// For measuring: the statement with its values in the places of its parameters.
+std::string WithValues(std::string sql, std::span<const PostgresValue> values) {
+  for (std::size_t i = values.size(); i > 0; --i) {
+    const std::string parameter = "$" + std::to_string(i) + "::";
+    std::string value = values[i - 1] ? "'" : "NULL";
+    for (const char letter : values[i - 1].value_or("")) {
+      value.append(letter == '\'' ? 2U : 1U, letter);
+    }
+    value += values[i - 1] ? "'::" : "::";
+    for (std::size_t at = 0; (at = sql.find(parameter, at)) != std::string::npos;
+         at += value.size()) {
+      sql.replace(at, parameter.size(), value);
+    }
+  }
+  return sql;
+}
+
 void SetUp(auto& statement) {
   std::vector<Column> columns;
   for (const ResultColumn& column : statement.columns) {
@@ -248,6 +265,9 @@ void PostgresEngine::StartOver() {
 
 void PostgresEngine::Send(Statement& statement, std::span<const PostgresValue> parameters) {
   Postgres& connection = session_->connection;
+  if (recorded_ != nullptr && !statement.columns.empty()) {
+    recorded_->push_back(WithValues(statement.sql, parameters));
+  }
   const bool prepares = !statement.name.empty() && !statement.isPrepared;
   if (prepares) {
     connection.Prepare(statement.name, statement.sql);
