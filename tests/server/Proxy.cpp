@@ -69,7 +69,8 @@ Proxy::Proxy(const Server& server) : server_(server.Folder() / kSocket) {
   listener_ = SocketOf(Folder() / kSocket, [](int socket, const sockaddr* address, socklen_t size) {
     return bind(socket, address, size) != 0 ? -1 : listen(socket, 16);
   });
-  if (listener_ < 0 || pipe2(wake_, O_CLOEXEC) != 0) throw std::runtime_error("the proxy can't listen");
+  if (listener_ < 0 || pipe2(wake_, O_CLOEXEC) != 0)
+    throw std::runtime_error("the proxy can't listen");
   thread_ = std::thread([this] { Serve(); });
 }
 
@@ -104,6 +105,7 @@ bool Proxy::Read(Way& way) {
     if (way.unread.size() < end) break;
     way.starts = false;
     cut = ++passed_ == cutAt_;
+    if (cut && again_) passed_ = 0;
     whole = cut ? whole : end;
   }
   way.due.emplace_back(Clock::now() + delay_.load(), way.unread.substr(0, whole));

@@ -25,10 +25,11 @@ class Proxy {
   [[nodiscard]] const std::filesystem::path& Folder() const { return folder_; }
   // What passes from now on takes so much longer, each way.
   void Delay(std::chrono::microseconds each) { delay_ = each; }
-  // Of the messages that pass from now on, counted from 1 on both ways of all connections, that one
-  // does not: its connection is cut before it. 0 cuts none.
-  void CutAt(std::size_t message) {
+  // Of the messages that come from now on, counted from 1 on both ways of all connections, that one
+  // does not pass: its connection is cut before it. Once, or at every so many; 0 cuts none.
+  void CutAt(std::size_t message, bool again = false) {
     passed_ = 0;
+    again_ = again;
     cutAt_ = message;
   }
   // Messages since CutAt.
@@ -51,6 +52,7 @@ class Proxy {
   int wake_[2] = {-1, -1};  // a pipe that ends the thread
   std::atomic<std::chrono::microseconds> delay_{std::chrono::microseconds(0)};
   std::atomic<std::size_t> cutAt_{0};
+  std::atomic<bool> again_{false};
   std::atomic<std::size_t> passed_{0};
   std::atomic<bool> hangs_{false};
   std::vector<std::unique_ptr<Connection>> connections_;
