@@ -8,18 +8,19 @@
 # make million   a million checks in one process
 # make clean  removes what was built
 
-PACKAGES := g++ cmake ninja-build libsqlite3-dev libsimdjson-dev nlohmann-json3-dev \
+PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
   libcli11-dev libgtest-dev
+TEST_PACKAGES := postgresql
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
-BENCH_PACKAGES := libbenchmark-dev ledger
+BENCH_PACKAGES := libbenchmark-dev ledger postgresql
 SOURCES = $(shell git ls-files '*.h' '*.cpp')
 # The Windows sources need Windows headers; their compiler warns about them.
 ANALYSED = $(filter-out server/% tests/windows/% fuzz/%,$(filter %.cpp,$(SOURCES)))
 COMPANY := build/sample.db
 
-.PHONY: run test test-windows lint docs bench fuzz million build deps deps-lint \
-  deps-bench deps-fuzz clean
+.PHONY: run test test-windows lint docs bench fuzz million build deps deps-test \
+  deps-lint deps-bench deps-fuzz clean
 
 run: build
 	rm -f $(COMPANY)
@@ -34,7 +35,7 @@ build: deps
 
 # The release tests, then the same under the address and undefined-behaviour sanitizers, then what
 # runs in several threads under the thread sanitizer.
-test: deps
+test: deps-test
 	cmake --preset release -DBUILD_TESTING=ON
 	cmake --build --preset release
 	cmake --preset debug
@@ -73,6 +74,9 @@ bench: deps-bench
 
 deps:
 	@tools/install-missing $(PACKAGES)
+
+deps-test:
+	@tools/install-missing $(PACKAGES) $(TEST_PACKAGES)
 
 deps-lint:
 	@tools/install-missing $(PACKAGES) $(LINT_PACKAGES)

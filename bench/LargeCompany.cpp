@@ -13,7 +13,7 @@ std::string Rows(int count) {
          std::to_string(count) + ") ";
 }
 
-std::string Filling() {
+std::string Filling(int savedEntries) {
   return "BEGIN;"
          "INSERT INTO STDEsercizi VALUES (2024, '2024-01-01', '2024-12-31', 0, 0);"
          "INSERT INTO COGParametriIva VALUES (2024, 0);"
@@ -29,14 +29,14 @@ std::string Filling() {
          Rows(1000) +
          "INSERT INTO STDAnagraficaFornitori (IdAnagrafica, SoggettoSplitPayment, "
          "SoggettoParcella, Infragruppo) SELECT i, 0, 0, 0 FROM n;" +
-         Rows(kSavedEntries) +
+         Rows(savedEntries) +
          "INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdAnagrafica, Protocollo, TipoDocumento, "
          "TipoRegIva, SezionaleIva, DataRegistrazione, DataDocumento, DataCompetenza, DataIva, "
          "NumeroDocumento, CodCausale, Provvisoria, TotDocumentoVB) SELECT i, i % 1000 + 1, i, 1, "
          "1, 1, d, d, d, d, 'N' || i, 'FTA', 0, '122.00' FROM (SELECT i, date('2024-01-01', "
          "'+' || (i * 365 / " +
-         std::to_string(kSavedEntries) + ") || ' days') AS d FROM n);" + Rows(kSavedEntries / 25) +
-         "INSERT INTO COGPrimeNoteRCont SELECT i * 25, i FROM n;" + Rows(kSavedEntries / 25) +
+         std::to_string(savedEntries) + ") || ' days') AS d FROM n);" + Rows(savedEntries / 25) +
+         "INSERT INTO COGPrimeNoteRCont SELECT i * 25, i FROM n;" + Rows(savedEntries / 25) +
          "INSERT INTO COGScadenze (IdScadenza, NrRata, TipoRata, ImportoAvere, ImportoAvereVB) "
          "SELECT i, 1, 0, '122.00', '122.00' FROM n;"
          "COMMIT; ANALYZE;";
@@ -44,14 +44,14 @@ std::string Filling() {
 
 }  // namespace
 
-LargeCompany::LargeCompany()
+LargeCompany::LargeCompany(int savedEntries)
     : path_(std::filesystem::temp_directory_path() /
             ("kalcogcheck-bench-" + std::to_string(std::random_device{}()) + ".db")) {
   company::CreateCompany(Path(), false);
   Open();
   // Nothing here has to outlive a power failure.
   Execute("PRAGMA synchronous = OFF");
-  Execute(Filling());
+  Execute(Filling(savedEntries));
   sqlite3_stmt* change = nullptr;
   if (sqlite3_prepare_v2(
           database_.get(),

@@ -20,7 +20,8 @@ inline constexpr int kSavedEntries = 200000;
 
 class LargeCompany {
  public:
-  LargeCompany();  // makes the file, in the folder for temporary files
+  // Makes the file, in the folder for temporary files.
+  explicit LargeCompany(int savedEntries = kSavedEntries);
   LargeCompany(const LargeCompany&) = delete;
   LargeCompany& operator=(const LargeCompany&) = delete;
   ~LargeCompany();

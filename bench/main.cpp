@@ -7,10 +7,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <functional>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -22,6 +20,7 @@
 #include "bench/Entries.h"
 #include "bench/Floor.h"
 #include "bench/LargeCompany.h"
+#include "bench/Measure.h"
 #include "company/Company.h"
 #include "host/ExplainRecorder.h"
 #include "siblings/Components.h"
@@ -30,7 +29,6 @@
 namespace kal::bench {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using company::Company;
 
 constexpr int kNextProtocol = kSavedEntries + 1;
@@ -41,18 +39,6 @@ LargeCompany& Books() {
   return books;
 }
 
-double Median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
-double Microseconds(const std::function<void()>& run) {
-  const auto start = Clock::now();
-  run();
-  return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
-}
-
 // One checked entry as the host runs it, without reading its text.
 double CheckMicroseconds(Company& company, const Purchase& purchase) {
   const Purchase::Sets sets = purchase.Fresh();
@@ -60,23 +46,6 @@ double CheckMicroseconds(Company& company, const Purchase& purchase) {
     const Company::Reading books(company);
     Check(company.Siblings(), sets);
   });
-}
-
-struct Pair {
-  double ours = 0;
-  double floor = 0;
-};
-
-// Both sides in turns.
-Pair Interleaved(int rounds, const std::function<double()>& ours,
-                 const std::function<double()>& floor) {
-  std::vector<double> ourTimes;
-  std::vector<double> floorTimes;
-  for (int round = 0; round < rounds; ++round) {
-    ourTimes.push_back(ours());
-    floorTimes.push_back(floor());
-  }
-  return {Median(ourTimes), Median(floorTimes)};
 }
 
 void CheckOnce(Company& company, const Purchase& purchase) {
@@ -95,22 +64,6 @@ std::vector<std::string> Recorded(Company& company, const Purchase& purchase) {
 
 // What was kept of the file has to be read again.
 void ChangeFile() { Books().Change(); }
-
-struct Row {
-  std::string name;
-  double ours = 0;
-  std::optional<double> floor;
-  std::string remark;
-};
-
-void Print(const Row& row) {
-  char line[200];
-  std::snprintf(line, sizeof line, "%-52s %10.1f %10s %8s  %s\n", row.name.c_str(), row.ours,
-                row.floor ? std::to_string(*row.floor).substr(0, 8).c_str() : "-",
-                row.floor ? std::to_string(row.ours / *row.floor).substr(0, 5).c_str() : "-",
-                row.remark.c_str());
-  std::cout << line << std::flush;
-}
 
 // The counts of one check after warm-up.
 std::string Counts(Company& company, const Purchase& purchase) {

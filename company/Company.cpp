@@ -2,6 +2,9 @@
 
 #include "company/DataError.h"
 #include "company/Siblings.h"
+#include "company/Verify.h"
+#include "company/postgres/Postgres.h"
+#include "company/postgres/PostgresEngine.h"
 #include "company/sqlite/CompanyFile.h"
 #include "company/sqlite/Sqlite.h"
 #include "company/sqlite/SqliteEngine.h"
@@ -22,11 +25,25 @@ void CreateCompany(const std::string& path, bool withSample) {
   CreateCompanyFile(path, withSample);
 }
 
+void Verify(const std::string& company, const FlawReport& report) {
+  return IsOnServer(company) ? VerifyServer(company, report) : VerifyFile(company, report);
+}
+
 void SpareMemoryAccounts() { SpareSqliteMemoryAccounts(); }
 
-Company::Company(const std::string& path, std::string_view language) {
+bool IsOnServer(std::string_view name) {
+  return name.starts_with("postgresql://") || name.starts_with("postgres://");
+}
+
+std::string ShownName(const std::string& name) { return IsOnServer(name) ? ShownUri(name) : name; }
+
+Company::Company(const std::string& name, std::string_view language) {
   RequireLanguage(language);
-  engine_ = std::make_unique<SqliteEngine>(path);
+  if (IsOnServer(name)) {
+    engine_ = std::make_unique<PostgresEngine>(name);
+  } else {
+    engine_ = std::make_unique<SqliteEngine>(name);
+  }
   siblings_ = std::make_unique<CompanySiblings>(*engine_, language);
 }
 
@@ -44,9 +61,11 @@ bool Company::IsSameAs(const Company& other) const {
   return engine_->Database() == other.engine_->Database();
 }
 
-Company::Reading::Reading(Company& company) : company_(company) {
+bool Company::WantsRehearsal() const { return engine_->WantsRehearsal(); }
+
+Company::Reading::Reading(Company& company, const Rehearsal& rehearsal) : company_(company) {
   if (company_.readings_ == 0) {
-    company_.engine_->BeginReading();
+    company_.engine_->BeginReading(rehearsal);
   }
   ++company_.readings_;
 }

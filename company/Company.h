@@ -1,8 +1,9 @@
 // Company: the books of a company, which answer for all sibling components.
 //
-// They are kept in an SQLite file. A Company is one read-only connection, for one thread. Errors
-// are RunTimeErrors with the source "DataAccess" whose description names the file, table or column
-// meant.
+// They are kept in an SQLite file, or on a server that speaks PostgreSQL's protocol: a name that
+// starts with postgresql:// or postgres:// is a connection URI. A Company is one read-only
+// connection, for one thread. Errors are RunTimeErrors with the source "DataAccess" whose
+// description names the file or the server, table or column meant, and no password.
 
 #pragma once
 
@@ -17,6 +18,11 @@
 
 namespace kal::company {
 
+// Whether a company's name is the URI of one on a server.
+[[nodiscard]] bool IsOnServer(std::string_view name);
+// What may be shown of a company's name: the file, or host, port and database without secrets.
+[[nodiscard]] std::string ShownName(const std::string& name);
+
 // Makes a new company file: tables, indexes and message texts, and sample data where asked for.
 // Raises an error, and leaves what was there, when the file exists already.
 void CreateCompany(const std::string& path, bool withSample);
@@ -27,9 +33,9 @@ void SpareMemoryAccounts();
 
 class Company {
  public:
-  // Opens the file; the language, "it" or "en", is that of the messages. Raises an error when the
-  // file is missing, can't be read or is no company.
-  explicit Company(const std::string& path, std::string_view language = "it");
+  // Opens the file or connects; the language, "it" or "en", is that of the messages. Raises an
+  // error when the company can't be reached or read, or is none.
+  explicit Company(const std::string& name, std::string_view language = "it");
   Company(const Company&) = delete;
   Company& operator=(const Company&) = delete;
   ~Company();
@@ -41,9 +47,12 @@ class Company {
   // meanwhile. Outside of one, every question sees the books as they are when it is asked.
   // Raises an error when another file has taken the company's name; that is looked for every tenth
   // of a second at most. One inside another one belongs to it, and shows the same state.
+  // A server is asked once for all that the rehearsal asks for: it is what will be done with the
+  // reading, done for nobody to see, and is left out where that does not pay. It may be run several
+  // times, is given wrong answers, and must change nothing that counts.
   class Reading {
    public:
-    explicit Reading(Company& company);
+    explicit Reading(Company& company, const Rehearsal& rehearsal = {});
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
     ~Reading();
@@ -53,6 +62,8 @@ class Company {
   };
 
   [[nodiscard]] bool HasTable(std::string_view name);
+  // Whether a reading with a rehearsal is cheaper than one without.
+  [[nodiscard]] bool WantsRehearsal() const;
   // Whether both read the same database, whatever the name under which it was opened.
   [[nodiscard]] bool IsSameAs(const Company& other) const;
 

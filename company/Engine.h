@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,7 +22,14 @@ struct Counters {
   std::uint64_t queries = 0;       // selections and procedures that the database ran
   std::uint64_t prepared = 0;      // statements prepared
   std::uint64_t transactions = 0;  // states of the books that were held
+  // Of a server: how often it was waited for, and for how many questions by themselves, because
+  // nobody had foreseen them.
+  std::uint64_t roundTrips = 0;
+  std::uint64_t unforeseen = 0;
 };
+
+// Does what will be done inside a reading, for nobody to see: see Company::Reading.
+using Rehearsal = std::function<void()>;
 
 class Engine {
  public:
@@ -41,8 +49,11 @@ class Engine {
   [[nodiscard]] virtual std::int32_t Closings(const Variant& entry) = 0;
 
   // From Begin to End everything is read from one state of the books; outside of them, every
-  // question sees the books as they are when it is asked.
-  virtual void BeginReading() = 0;
+  // question sees the books as they are when it is asked. An engine for which questions cost more
+  // than what asks them runs the rehearsal first, if there is one: as often as it likes, answering
+  // from belief, to ask everything at once. Whatever the rehearsal throws is ignored.
+  virtual void BeginReading(const Rehearsal& rehearsal) = 0;
+  [[nodiscard]] virtual bool WantsRehearsal() const { return false; }
   virtual void EndReading() noexcept = 0;
 
   // What tells the database from every other one, whatever its name.

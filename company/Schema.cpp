@@ -251,6 +251,30 @@ std::span<const SchemaKey> Keys() { return kKeys; }
 
 std::span<const SchemaPeriod> Periods() { return kPeriods; }
 
+std::vector<IndexedColumn> ColumnsOf(const SchemaIndex& index) {
+  constexpr std::string_view kYear = "Year(";
+  std::vector<IndexedColumn> columns;
+  for (std::string_view rest = index.columns; !rest.empty();) {
+    const std::size_t comma = std::min(rest.find(','), rest.size());
+    std::string_view item = rest.substr(0, comma);
+    rest.remove_prefix(std::min(comma + 1, rest.size()));
+    const bool isYear = item.starts_with(kYear);
+    if (isYear) {
+      item = item.substr(kYear.size(), item.size() - kYear.size() - 1);
+    }
+    columns.push_back({item, isYear});
+  }
+  return columns;
+}
+
+std::string NameOf(const SchemaIndex& index) {
+  std::string name(index.table);
+  for (const IndexedColumn& column : ColumnsOf(index)) {
+    name.append(column.isYear ? "_Year" : "_").append(column.name);
+  }
+  return name;
+}
+
 const SchemaTable* FindTable(std::string_view name) { return FindNamed(Tables(), name); }
 
 const SchemaColumn* FindColumn(const SchemaTable& table, std::string_view name) {

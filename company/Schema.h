@@ -7,7 +7,9 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Recordset.h"
 
@@ -30,6 +32,14 @@ struct SchemaIndex {
   std::string_view columns;  // separated by commas; Year(x) is the year of a date column
   bool unique = false;
 };
+
+struct IndexedColumn {
+  std::string_view name;
+  bool isYear;  // of the column's dates
+};
+[[nodiscard]] std::vector<IndexedColumn> ColumnsOf(const SchemaIndex& index);
+// Made of the table and the columns.
+[[nodiscard]] std::string NameOf(const SchemaIndex& index);
 
 // Columns whose values, where all are there, name one row.
 struct SchemaKey {

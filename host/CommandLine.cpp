@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <functional>
 #include <numeric>
 #include <optional>
 #include <span>
@@ -17,6 +18,7 @@
 #include "company/Company.h"
 #include "company/Schema.h"
 #include "company/Verify.h"
+#include "company/postgres/ServerCompany.h"
 #include "host/EntryFile.h"
 #include "host/ExplainPages.h"
 #include "host/FlawReport.h"
@@ -89,7 +91,8 @@ class Answering {
  protected:
   // Called on the workers' threads, at the same time for several entries.
   [[nodiscard]] virtual Answered Answer(std::size_t worker, const EntryText& text) = 0;
-  // What the entries of one turn of reading had in common ends here.
+  // What the entries of one turn of reading have in common begins and ends here.
+  virtual void BeginTurn(std::size_t /*worker*/, std::span<const Asked> /*entries*/) {}
   virtual void EndTurn(std::size_t worker) = 0;
   // How many workers are ready, at least one, when that many are wanted.
   [[nodiscard]] virtual std::size_t Ready(std::size_t workers) = 0;
@@ -107,6 +110,7 @@ class Answering {
     }
     Workers(
         Ready(options_.jobs), [this] { return input_.NextFew(); },
+        [this](std::size_t worker, std::span<const Asked> entries) { BeginTurn(worker, entries); },
         [this](std::size_t worker, const EntryText& text) { return Answer(worker, text); },
         [this](std::size_t worker) { EndTurn(worker); },
         [this](std::span<const Answered> answers) { return Deliver(answers); })
@@ -134,6 +138,7 @@ class Answering {
   bool AnswerFew(const std::vector<Asked>& few) {
     std::vector<Answered> answers;
     try {
+      BeginTurn(0, few);
       for (const Asked& asked : few) {
         answers.push_back(Answer(0, asked.entry));
         answers.back().bytesRead = asked.bytesRead;
@@ -202,6 +207,7 @@ class CheckRun final : public Answering<EntryFile> {
   // What a worker has for itself.
   struct Worker {
     std::optional<company::Company> company;
+    std::span<const Asked> ahead;  // of the turn, from the entry that is checked on
     // One state of the books for what was read in one turn.
     std::optional<company::Company::Reading> books;
     records::Conversation conversation;  // of the entry that is checked; kept for its memory
@@ -229,11 +235,17 @@ class CheckRun final : public Answering<EntryFile> {
     return answer;
   }
 
+  void BeginTurn(std::size_t worker, std::span<const Asked> entries) override {
+    workers_[worker].ahead = entries;
+  }
   // Books that can't be read are an error of the entry, which tries by itself.
   static void HoldBooks(Worker& own) {
     if (!own.books) {
       try {
-        own.books.emplace(*own.company);
+        EntryRehearsal rehearsal(*own.company, own.ahead);
+        own.books.emplace(*own.company, own.company->WantsRehearsal()
+                                            ? company::Rehearsal(std::ref(rehearsal))
+                                            : company::Rehearsal());
       } catch (const RunTimeError&) {
         own.books.reset();
       }
@@ -241,6 +253,7 @@ class CheckRun final : public Answering<EntryFile> {
   }
   // After an error the database may have let the state go.
   static void LetBooksGo(Worker& own, const Outcome& outcome) {
+    own.ahead = own.ahead.subspan(1);
     if (outcome.error) {
       own.books.reset();
     }
@@ -344,7 +357,30 @@ class ReplayRun final : public Answering<RecordingFile> {
   ReplayTally tally_;
 };
 
+std::string MadeLine(const std::string& company, bool withSample) {
+  return "made " + company + ": " + std::to_string(company::Tables().size()) +
+         " tables, message texts in Italian and English" + (withSample ? ", sample data" : "") +
+         "\n";
+}
+
+// Ctrl-C ends it in the middle: the server takes back what was not whole.
+int InitOnServer(const Options& options, const Streams& streams) {
+  try {
+    const company::MadeOnServer made =
+        company::CreateServerCompany(options.newCompany, options.withSample);
+    streams.out << MadeLine(made.name, options.withSample)
+                << "a user who checks needs these rights and no others:\n"
+                << made.grants << std::flush;
+  } catch (const RunTimeError& error) {
+    return Complain(streams, "can't make the company: " + error.Description());
+  }
+  return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
+}
+
 int Init(const Options& options, const Streams& streams) {
+  if (company::IsOnServer(options.newCompany)) {
+    return InitOnServer(options, streams);
+  }
   try {
     const Unstoppable made;
     company::CreateCompany(options.newCompany, options.withSample);
@@ -352,9 +388,7 @@ int Init(const Options& options, const Streams& streams) {
     return Complain(streams,
                     "can't make the company " + options.newCompany + ": " + error.Description());
   }
-  streams.out << "made " << options.newCompany << ": " << company::Tables().size()
-              << " tables, message texts in Italian and English"
-              << (options.withSample ? ", sample data" : "") << std::endl;
+  streams.out << MadeLine(options.newCompany, options.withSample) << std::flush;
   return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
 }
 
@@ -371,8 +405,8 @@ int Check(const Options& options, const Streams& streams) {
   try {
     run.emplace(options, streams);
   } catch (const RunTimeError& error) {
-    return Complain(streams,
-                    "can't open the company " + options.company + ": " + error.Description());
+    return Complain(streams, "can't open the company " + company::ShownName(options.company) +
+                                 ": " + error.Description());
   }
   return run->Check();
 }
@@ -386,8 +420,8 @@ int Verify(const Options& options, const Streams& streams) {
       streams.out << ToText(flaw, language) << std::flush;
     });
   } catch (const RunTimeError& error) {
-    return Complain(streams,
-                    "can't verify the company " + options.company + ": " + error.Description());
+    return Complain(streams, "can't verify the company " + company::ShownName(options.company) +
+                                 ": " + error.Description());
   }
   streams.out << (flaws == 0 ? Wording{"nessun difetto", "no flaws"}.In(language)
                              : Wording{"difetti: ", "flaws: "}.In(language) + std::to_string(flaws))
@@ -472,8 +506,10 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
       "be read. Of replay: 0 all as recorded, 1 at least one different, "
       "2 at least one could not be read.");
 
-  CLI::App* const init = app.add_subcommand("init", "Make an embedded company");
-  init->add_option("COMPANY", options.newCompany, "The file to make")->required();
+  CLI::App* const init = app.add_subcommand("init", "Make a company");
+  init->add_option("COMPANY", options.newCompany,
+                   "The file to make, or the postgresql:// URI of a database")
+      ->required();
   init->add_flag("--sample", options.withSample, "With sample data");
 
   CLI::App* const check = app.add_subcommand("check", "Run entries against a company");

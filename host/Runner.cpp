@@ -161,6 +161,27 @@ Outcome CheckEntry(company::Company& company, const EntryText& text, Detail deta
   return outcome;
 }
 
+void EntryRehearsal::operator()() {
+  if (!entries_) {
+    entries_.emplace();
+    for (const Asked& asked : texts_) {
+      Outcome unseen;
+      if (asked.entry.error.empty()) {
+        if (std::optional<Entry> entry = Begin(asked.entry.text, unseen)) {
+          entries_->push_back(*std::move(entry));
+        }
+      }
+    }
+  }
+  for (const Entry& entry : *entries_) {
+    Outcome unseen;
+    Attempt(unseen, [&] {
+      const auto temporaryTable = MakeTemporaryTable(company_, entry);
+      DecideOver(company_.Siblings(), entry, MakeSets(entry), Detail::Findings, unseen);
+    });
+  }
+}
+
 Outcome DecideAgain(std::string_view entryText, Siblings& siblings) {
   Outcome outcome;
   if (const std::optional<Entry> entry = Begin(entryText, outcome)) {

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "host/EntryReader.h"
 #include "host/ExplainRecorder.h"
 #include "host/Operations.h"
+#include "host/Workers.h"
 #include "platform/Currency.h"
 #include "platform/RunTimeError.h"
 #include "records/Conversation.h"
@@ -62,6 +64,21 @@ enum class Detail { Findings, FindingsAndSteps };
 [[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text,
                                  Detail detail = Detail::Findings,
                                  records::Conversation* conversation = nullptr);
+
+// Entries that will be checked in one reading of the books: what a company wants to know of them
+// beforehand is found out by deciding them for nobody to see. They must outlive it.
+class EntryRehearsal {
+ public:
+  EntryRehearsal(company::Company& company, std::span<const Asked> entries)
+      : company_(company), texts_(entries) {}
+
+  void operator()();
+
+ private:
+  company::Company& company_;
+  std::span<const Asked> texts_;
+  std::optional<std::vector<Entry>> entries_;  // those that could be read
+};
 
 // The same over siblings that need no company, such as those that play a recording.
 [[nodiscard]] Outcome DecideAgain(std::string_view entryText, Siblings& siblings);

@@ -12,9 +12,11 @@ constexpr std::size_t kUnderWay = 64;
 
 }  // namespace
 
-Workers::Workers(std::size_t count, Read read, Check check, EndTurn endTurn, Deliver deliver)
+Workers::Workers(std::size_t count, Read read, BeginTurn beginTurn, Check check, EndTurn endTurn,
+                 Deliver deliver)
     : count_(count),
       read_(std::move(read)),
+      beginTurn_(std::move(beginTurn)),
       check_(std::move(check)),
       endTurn_(std::move(endTurn)),
       deliver_(std::move(deliver)) {}
@@ -52,6 +54,7 @@ void Workers::Work(std::size_t worker) {
     }
     std::vector<Answered> answers;
     try {
+      beginTurn_(worker, turn.asked);
       for (const Asked& asked : turn.asked) {
         answers.push_back(check_(worker, asked.entry));
         answers.back().bytesRead = asked.bytesRead;

@@ -43,13 +43,16 @@ class Workers {
   // Called on the workers' threads, at the same time for several entries, with the place of the
   // worker among all, so that each may have a company of its own.
   using Check = std::function<Answered(std::size_t worker, const EntryText&)>;
-  // Called on a worker's thread when it has answered what it read in one turn, or failed to.
+  // Called on a worker's thread with what it has read in one turn, before it answers that; and when
+  // it has answered it, or failed to.
+  using BeginTurn = std::function<void(std::size_t worker, std::span<const Asked>)>;
   using EndTurn = std::function<void(std::size_t worker)>;
   // Called for the next answers, in the order of the entries, by one thread at a time: whichever
   // gave the last one that was missing. False stops the work.
   using Deliver = std::function<bool(std::span<const Answered>)>;
 
-  Workers(std::size_t count, Read read, Check check, EndTurn endTurn, Deliver deliver);
+  Workers(std::size_t count, Read read, BeginTurn beginTurn, Check check, EndTurn endTurn,
+          Deliver deliver);
 
   // Until all entries are answered or the work was stopped, on as many threads as can be had and
   // at least on this one. Raises what one of the calls failed with; that ends the work of all.
@@ -70,6 +73,7 @@ class Workers {
 
   std::size_t count_;
   Read read_;
+  BeginTurn beginTurn_;
   Check check_;
   EndTurn endTurn_;
   Deliver deliver_;

@@ -85,19 +85,18 @@ void InsertTexts(Sqlite& file) {
   }
 }
 
-void FillCompany(const std::string& path, bool withSample) {
-  Sqlite file(path, Sqlite::Access::Create);
-  file.Execute("BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
-               "; PRAGMA user_version = " + std::to_string(kLayoutVersion) + ";");
-  file.Execute(SchemaSql());
-  InsertTexts(file);
-  if (withSample) {
-    file.Execute(std::string(SampleCompanySql()));
-  }
-  file.Execute("COMMIT");
-}
-
 }  // namespace
+
+void FillCompany(Sqlite& empty, bool withSample) {
+  empty.Execute("BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
+                "; PRAGMA user_version = " + std::to_string(kLayoutVersion) + ";");
+  empty.Execute(SchemaSql());
+  InsertTexts(empty);
+  if (withSample) {
+    empty.Execute(std::string(SampleCompanySql()));
+  }
+  empty.Execute("COMMIT");
+}
 
 void CreateCompanyFile(const std::string& path, bool withSample) {
   std::error_code ignored;
@@ -105,7 +104,10 @@ void CreateCompanyFile(const std::string& path, bool withSample) {
     RaiseExists(path);
   }
   const Draft draft(path);
-  FillCompany(draft.Path(), withSample);
+  {
+    Sqlite file(draft.Path(), Sqlite::Access::Create);
+    FillCompany(file, withSample);
+  }
   draft.MoveTo(path);
 }
 

@@ -12,6 +12,9 @@ namespace kal::company {
 // what was there, when the file exists already.
 void CreateCompanyFile(const std::string& path, bool withSample);
 
+// The same in a database that is empty yet.
+void FillCompany(Sqlite& empty, bool withSample);
+
 // The path, where there is a file of that name; raises an error where there is none.
 [[nodiscard]] const std::string& ExistingCompanyFile(const std::string& path);
 // Raises an error when the file is no company, or one of a later version of this program.

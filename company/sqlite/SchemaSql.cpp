@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "company/sqlite/QueryTexts.h"
+#include "company/QueryTexts.h"
+#include "company/sqlite/SqliteDialect.h"
 #include "platform/LetterCase.h"
 
 namespace kal::company {
@@ -72,26 +73,14 @@ std::string TableSql(const SchemaTable& table) {
 }  // namespace
 
 std::string IndexSql(const SchemaIndex& index) {
-  constexpr std::string_view kYear = "Year(";
-  std::string name(index.table);
   std::string columns;
-  for (std::string_view rest = index.columns; !rest.empty();) {
-    const std::size_t comma = std::min(rest.find(','), rest.size());
-    const std::string_view item = rest.substr(0, comma);
-    rest.remove_prefix(std::min(comma + 1, rest.size()));
+  for (const IndexedColumn& column : ColumnsOf(index)) {
+    const std::string name = QuoteName(column.name);
     columns += columns.empty() ? "" : ", ";
-    name += '_';
-    if (item.starts_with(kYear)) {
-      const std::string_view column = item.substr(kYear.size(), item.size() - kYear.size() - 1);
-      columns += YearExpression(QuoteName(column));
-      name.append("Year").append(column);
-    } else {
-      columns += QuoteName(item);
-      name += item;
-    }
+    columns += column.isYear ? SqliteDialect().Year(name) : name;
   }
-  return std::string(index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + QuoteName(name) +
-         " ON " + QuoteName(index.table) + " (" + columns + ");\n";
+  return std::string(index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") +
+         QuoteName(NameOf(index)) + " ON " + QuoteName(index.table) + " (" + columns + ");\n";
 }
 
 std::string SchemaSql() {

@@ -13,6 +13,7 @@
 #include "company/Schema.h"
 #include "company/sqlite/CompanyFile.h"
 #include "company/sqlite/SchemaSql.h"
+#include "company/sqlite/SqliteDialect.h"
 #include "platform/LetterCase.h"
 
 namespace kal::company {
@@ -62,43 +63,6 @@ void BindValue(StatementUse& use, std::size_t place, const Variant& value, bool 
   }
 }
 
-template <class Number>
-void AppendNumber(std::string& key, Number number) {
-  key.append(reinterpret_cast<const char*>(&number), sizeof number);
-}
-
-// Its size goes in front: no two texts can pass for one.
-void AppendText(std::string& key, std::string_view text) {
-  AppendNumber(key, text.size());
-  key += text;
-}
-
-// Writes a key that two values share exactly when they are identical.
-void AppendValue(std::string& key, const Variant& value) {
-  AppendNumber(key, value.VarType());
-  switch (value.VarType()) {
-    case Variant::Type::Boolean:
-      return AppendNumber(key, *value.As<bool>());
-    case Variant::Type::SmallInt:
-      return AppendNumber(key, *value.As<std::int16_t>());
-    case Variant::Type::Integer:
-      return AppendNumber(key, *value.As<std::int32_t>());
-    case Variant::Type::Single:
-      return AppendNumber(key, *value.As<float>());
-    case Variant::Type::Double:
-      return AppendNumber(key, *value.As<double>());
-    case Variant::Type::Date:
-      return AppendNumber(key, value.As<Date>()->Serial());
-    case Variant::Type::Text:
-      return AppendText(key, *value.AsText());
-    case Variant::Type::Empty:
-    case Variant::Type::NullValue:
-      return;
-    default:  // rarely asked for, and exact as a text
-      AppendText(key, CStr(value));
-  }
-}
-
 // Whether two values have one key; False also where only the keys can tell.
 bool IsSameKey(const Variant& left, const Variant& right) {
   if (left.VarType() != right.VarType()) {
@@ -120,20 +84,6 @@ bool IsSameKey(const Variant& left, const Variant& right) {
   }
 }
 
-// Whether no value up to the highest one is what is wanted; False also where that can't be told.
-bool EndsBefore(const Variant& highest, const Reach& reach, const Variant& wanted) {
-  if (highest.IsNull()) {
-    return true;
-  }
-  const auto* const day = wanted.As<Date>();
-  const bool alike = reach.type == DataType::Date ? day != nullptr && *day == day->WithoutTime()
-                                                  : wanted.AsInteger().has_value();
-  if (!alike || highest.IsEmpty()) {
-    return false;
-  }
-  return static_cast<bool>(reach.itself ? highest < wanted : highest <= wanted);
-}
-
 // Whether the statement's current row is that row.
 bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, const RowTable& table,
            std::size_t row) {
@@ -153,11 +103,10 @@ bool IsRow(const StatementUse& use, const std::vector<ResultColumn>& columns, co
 SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendered)
     : statement(connection, rendered.sql),
       columns(std::move(rendered.columns)),
-      endsDay(std::move(rendered.endsDay)),
+      values(std::move(rendered.values)),
       layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
       none(std::make_shared<RowTable>(layout)),
-      shared(std::move(rendered.shared)),
-      reaches(std::move(rendered.reaches)) {}
+      greatest(std::move(rendered.greatest)) {}
 
 SqliteEngine::SqliteEngine(const std::string& path, const Patience& patience)
     : file_(IdentityOf(ExistingCompanyFile(path))),
@@ -268,49 +217,45 @@ std::int64_t SqliteEngine::FileVersion() {
   return version;
 }
 
-std::vector<TableColumn> SqliteEngine::ColumnsOf(std::string_view table) {
+TableShape SqliteEngine::ShapeOf(std::string_view table) {
   if (!HasTable(table)) {
     RaiseNoTable(table);
   }
   const SqliteStatement all(connection_, "SELECT * FROM " + QuoteName(table));
   const SchemaTable* known = FindTable(table);
-  std::vector<TableColumn> columns;
+  TableShape shape{QuoteName(table), {}};
   for (int i = 0; i < all.ColumnCount(); ++i) {
-    TableColumn column{all.ColumnName(i), TypeOfDeclaration(all.ColumnDeclaration(i))};
+    TableColumn column{all.ColumnName(i), TypeOfDeclaration(all.ColumnDeclaration(i)), {}};
     const SchemaColumn* own = known == nullptr ? nullptr : FindColumn(*known, column.name);
     if (own != nullptr) {
       column.type = own->type;
     }
-    columns.push_back(std::move(column));
+    column.sql = QuoteName(column.name);
+    shape.columns.push_back(std::move(column));
   }
-  return columns;
+  return shape;
 }
 
 SqliteEngine::Prepared SqliteEngine::Prepare(const Query& query) {
   bool ofTheFile = true;
   bool keepsAnswers = true;
-  Prepared prepared(connection_, RenderQuery(query, [&](std::string_view table) {
-                      const SchemaTable* known = FindTable(table);
-                      // A temporary table may have the name of one that the file lacks.
-                      ofTheFile = ofTheFile && known != nullptr && IsAnswered(kInFile, table);
-                      keepsAnswers = keepsAnswers && ofTheFile && !known->growsWithEntries;
-                      return ColumnsOf(table);
-                    }));
+  const auto shapeOf = [&](std::string_view table) {
+    const SchemaTable* known = FindTable(table);
+    // A temporary table may have the name of one that the file lacks.
+    ofTheFile = ofTheFile && known != nullptr && IsAnswered(kInFile, table);
+    keepsAnswers = keepsAnswers && ofTheFile && !known->growsWithEntries;
+    return ShapeOf(table);
+  };
+  Prepared prepared(connection_, RenderQuery(query, shapeOf, SqliteDialect()));
   prepared.ofTheFile = ofTheFile;
   prepared.keepsAnswers = keepsAnswers;
   return prepared;
 }
 
-std::size_t SqliteEngine::UseHash::operator()(const UseView& use) const {
-  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
-  const std::size_t named = use.name.empty() ? 0 : std::hash<std::string_view>()(use.name);
-  return (std::hash<const void*>()(use.selection) ^ named) + use.values * kSpread;
-}
-
 SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
   UseView use{&query.What(), 1, query.Name()};
   for (const Variant& value : query.Values()) {
-    use.values = use.values * 2 + (value.VarType() == Variant::Type::Boolean ? 1 : 0);
+    use.kinds = use.kinds * 2 + (value.VarType() == Variant::Type::Boolean ? 1 : 0);
   }
   constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
   constexpr unsigned kToPlaces = 64 - std::bit_width(std::tuple_size_v<decltype(places_)> - 1);
@@ -322,7 +267,7 @@ SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
   if (found == selections_.end()) {
     Prepared prepared = Prepare(query);
     found = selections_
-                .emplace(Use{use.selection, use.values, std::string(use.name)}, std::move(prepared))
+                .emplace(Use{use.selection, use.kinds, std::string(use.name)}, std::move(prepared))
                 .first;
   }
   place = {found->first, &found->second};
@@ -355,7 +300,7 @@ std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Quer
                                                   const std::shared_ptr<const RowTable>& before) {
   StatementUse use(prepared.statement);
   for (std::size_t place = 0; place < query.Values().size(); ++place) {
-    BindValue(use, place, query.Values()[place], prepared.endsDay[place]);
+    BindValue(use, place, query.Values()[place], prepared.values[place].endsDay);
   }
   bool another = use->Step();
   std::size_t same = 0;
@@ -391,7 +336,7 @@ std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Quer
 
 // The first question of a state is asked as it is: most states hear no second one.
 bool SqliteEngine::LiesBehind(Prepared& prepared, const Query& query) {
-  if (prepared.reaches.empty() || !versionOfReading_) {
+  if (!prepared.greatest || !versionOfReading_) {
     return false;
   }
   constexpr std::size_t kMostEdges = 64;
@@ -402,39 +347,37 @@ bool SqliteEngine::LiesBehind(Prepared& prepared, const Query& query) {
   }
   const auto wanted = [&](std::size_t place) -> const Variant& { return query.Values()[place]; };
   const auto edge = std::ranges::find_if(prepared.edges, [&](const Edge& known) {
-    return std::ranges::equal(known.shared, prepared.shared, IsSameKey, {}, wanted);
+    return std::ranges::equal(known.shared, prepared.greatest->values, IsSameKey, {}, wanted);
   });
   if (edge == prepared.edges.end()) {
     Edge& heard = prepared.edges.emplace_back();
-    std::ranges::transform(prepared.shared, std::back_inserter(heard.shared), wanted);
+    std::ranges::transform(prepared.greatest->values, std::back_inserter(heard.shared), wanted);
     return false;
   }
   if (edge->highest.empty()) {
-    std::ranges::transform(prepared.reaches, std::back_inserter(edge->highest),
-                           [&](const Reach& reach) { return Highest(prepared, reach, query); });
+    edge->highest = Greatest(prepared, query);
   }
-  return std::ranges::equal(prepared.reaches, edge->highest,
-                            [&](const Reach& reach, const Variant& highest) {
-                              return EndsBefore(highest, reach, wanted(reach.value));
-                            });
+  return !CanBeMet(*prepared.greatest, query.Values(), edge->highest);
 }
 
-// Null when there is none, Empty when it is nothing that the column is for.
-Variant SqliteEngine::Highest(const Prepared& prepared, const Reach& reach, const Query& query) {
-  StatementUse highest(Constant(reach.highest));
-  for (const std::size_t place : prepared.shared) {
-    BindValue(highest, place, query.Values()[place], prepared.endsDay[place]);
+std::vector<Variant> SqliteEngine::Greatest(const Prepared& prepared, const Query& query) {
+  StatementUse greatest(Constant(prepared.greatest->sql));
+  for (std::size_t place = 0; place < prepared.greatest->values.size(); ++place) {
+    const std::size_t value = prepared.greatest->values[place];
+    BindValue(greatest, place, query.Values()[value], prepared.values[value].endsDay);
   }
-  if (!highest->Step()) {
-    return Null;
+  greatest->Step();
+  std::vector<Variant> values;
+  for (const ResultColumn& column : prepared.greatest->columns) {
+    Variant& value = values.emplace_back();
+    try {
+      value = greatest->Value(static_cast<int>(values.size()) - 1, column.type, {});
+      DropTime(value);
+    } catch (const RunTimeError&) {
+      value = Variant();
+    }
   }
-  try {
-    Variant value = highest->Value(0, reach.type, {});
-    DropTime(value);
-    return value;
-  } catch (const RunTimeError&) {
-    return {};
-  }
+  return values;
 }
 
 // The version is asked for first: a change that comes after it is then seen the next time.
@@ -511,7 +454,7 @@ void SqliteEngine::Record(std::vector<std::string>* target) {
                    target);
 }
 
-void SqliteEngine::BeginReading() {
+void SqliteEngine::BeginReading(const Rehearsal& /*rehearsal*/) {
   StatementUse(begin_, StatementUse::Counts::NotAtAll)->Step();
   try {
     // BEGIN alone waits for the first question before it fixes the state.

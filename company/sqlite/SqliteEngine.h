@@ -26,7 +26,8 @@
 #include <vector>
 
 #include "company/Engine.h"
-#include "company/sqlite/QuerySql.h"
+#include "company/QuerySql.h"
+#include "company/SelectionUse.h"
 #include "company/sqlite/Sqlite.h"
 
 namespace kal::company {
@@ -47,7 +48,7 @@ class SqliteEngine final : public Engine {
   [[nodiscard]] Variant HighestProtocol(const Variant& year, const Variant& registerType,
                                         const Variant& section) override;
   [[nodiscard]] std::int32_t Closings(const Variant& entry) override;
-  void BeginReading() override;
+  void BeginReading(const Rehearsal& rehearsal) override;
   void EndReading() noexcept override;
   [[nodiscard]] std::string Database() const override;
   [[nodiscard]] bool HasTable(std::string_view name) override;
@@ -57,40 +58,6 @@ class SqliteEngine final : public Engine {
   void Record(std::vector<std::string>* target) override;
 
  private:
-  // What a constant selection's statement is found by.
-  struct UseView {
-    const Selection* selection;
-    std::uint64_t values;  // one bit for each value, set for a Boolean, behind a set one
-    std::string_view name;
-  };
-  struct Use {
-    const Selection* selection;
-    std::uint64_t values;
-    std::string name;
-
-    operator UseView() const { return {selection, values, name}; }  // NOLINT: a view of it
-  };
-  struct UseHash {
-    using is_transparent = void;
-    std::size_t operator()(const UseView& use) const;
-  };
-  struct SameUse {
-    using is_transparent = void;
-    bool operator()(const UseView& left, const UseView& right) const {
-      return left.selection == right.selection && left.values == right.values &&
-             left.name == right.name;
-    }
-  };
-
-  struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-      return std::hash<std::string_view>()(text);
-    }
-  };
-  template <class Value>
-  using ByText = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
-
   // An answer, what was asked for it, and the version of the file that gave it.
   struct Kept {
     std::vector<Variant> asked;
@@ -102,16 +69,17 @@ class SqliteEngine final : public Engine {
   // The highest values in the rows that share these values: where one state of the books ends.
   struct Edge {
     std::vector<Variant> shared;
-    std::vector<Variant> highest;  // by reach; none before they were asked for
+    std::vector<Variant> highest;  // by column; none before they were asked for
   };
 
-  // A selection, ready to run.
+  // A selection, ready to run. Its SQL depends on which of its values are Booleans: the kinds have
+  // one bit for each, behind a set one.
   struct Prepared {
     Prepared(const Sqlite& connection, RenderedQuery rendered);
 
     SqliteStatement statement;
     std::vector<ResultColumn> columns;
-    std::vector<bool> endsDay;  // by value
+    std::vector<ComparedValue> values;
     std::shared_ptr<const RowLayout> layout;
     std::shared_ptr<const RowTable> none;  // what a selection without rows answers
     bool keepsAnswers = false;
@@ -119,8 +87,7 @@ class SqliteEngine final : public Engine {
     std::size_t rows = 0;   // of the last answer: the next one has hardly more
     ByText<Kept> answers;   // by the values asked with
     Kept* latest = nullptr;
-    std::vector<std::size_t> shared;  // as RenderQuery gives them
-    std::vector<Reach> reaches;
+    std::optional<GreatestValues> greatest;
     std::vector<Edge> edges;    // of one state of the books:
     std::uint64_t edgesOf = 0;  // so many had been held by then
   };
@@ -145,14 +112,14 @@ class SqliteEngine final : public Engine {
   [[nodiscard]] Prepared Prepare(const Query& query);
   [[nodiscard]] Prepared& PreparedBefore(const Query& query);
   [[nodiscard]] Kept& KeptBefore(Prepared& prepared, std::span<const Variant> values);
-  [[nodiscard]] std::vector<TableColumn> ColumnsOf(std::string_view table);
+  [[nodiscard]] TableShape ShapeOf(std::string_view table);
   // The table given from before is the answer when it still is what the file says.
   [[nodiscard]] std::shared_ptr<const RowTable> Run(
       Prepared& prepared, const Query& query, const std::shared_ptr<const RowTable>& before = {});
   // Whether the question asks for nothing but what lies behind the edge of the books. Within one
   // state of the books an edge is asked for once.
   [[nodiscard]] bool LiesBehind(Prepared& prepared, const Query& query);
-  [[nodiscard]] Variant Highest(const Prepared& prepared, const Reach& reach, const Query& query);
+  [[nodiscard]] std::vector<Variant> Greatest(const Prepared& prepared, const Query& query);
   [[nodiscard]] bool IsAnswered(std::string_view sql, std::string_view name);
   void ForgetAnswers();
   void ForgetPlaces() { places_.fill({}); }

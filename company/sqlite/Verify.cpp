@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "company/DataError.h"
+#include "company/QueryTexts.h"
 #include "company/Schema.h"
 #include "company/sqlite/CompanyFile.h"
-#include "company/sqlite/QueryTexts.h"
 #include "company/sqlite/SchemaSql.h"
 #include "company/sqlite/Sqlite.h"
 #include "messages/Catalogue.h"
@@ -32,7 +32,7 @@ std::vector<std::string> QuotedNames(std::string_view list) {
 
 class Verification {
  public:
-  Verification(const std::string& path, const std::function<void(const Flaw&)>& report)
+  Verification(const std::string& path, const FlawReport& report)
       : file_(ExistingCompanyFile(path), Sqlite::Access::Read, {.forAnswer = kAnHour}),
         report_(report) {
     RequireCompany(file_);
@@ -274,13 +274,13 @@ class Verification {
   }
 
   Sqlite file_;
-  const std::function<void(const Flaw&)>& report_;
+  const FlawReport& report_;
   std::vector<std::string> broken_;  // tables whose flaws hide all others
 };
 
 }  // namespace
 
-void Verify(const std::string& path, const std::function<void(const Flaw&)>& report) {
+void VerifyFile(const std::string& path, const FlawReport& report) {
   Verification(path, report).Run();
 }
 

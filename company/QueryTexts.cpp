@@ -1,4 +1,4 @@
-#include "company/sqlite/QueryTexts.h"
+#include "company/QueryTexts.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -27,7 +27,8 @@ bool IsName(std::string_view text) {
 // Reads one expression or condition and writes it as SQL.
 class TextReader {
  public:
-  TextReader(std::string_view text, const Scope& scope) : text_(text), rest_(text), scope_(scope) {}
+  TextReader(std::string_view text, const Scope& scope, const Dialect& dialect)
+      : text_(text), rest_(text), scope_(scope), dialect_(dialect) {}
 
   Operand WholeOperand() {
     Operand operand = ReadOperand();
@@ -121,8 +122,9 @@ class TextReader {
       Expect(")");
       return sql;
     }
-    std::string sql = ReadOperand().sql;
+    const Operand operand = ReadOperand();
     if (AcceptWord("Is")) {
+      std::string sql = operand.sql;
       sql += AcceptWord("Not") ? " IS NOT NULL" : " IS NULL";
       if (!AcceptWord("Null")) {
         Refuse();
@@ -131,8 +133,9 @@ class TextReader {
     }
     for (const std::string_view symbol : {"<>", "<=", ">=", "=", "<", ">"}) {
       if (Accept(symbol)) {
+        std::string sql = dialect_.Compared(operand);
         sql.append(" ").append(symbol).append(" ");
-        return sql + ReadOperand().sql;
+        return sql + dialect_.Compared(ReadOperand());
       }
     }
     Refuse();
@@ -141,27 +144,30 @@ class TextReader {
   Operand ReadOperand() {
     const std::string_view word = NextWord();
     if (word.empty()) {
-      return {ReadText(), std::nullopt};
+      return {.sql = ReadText(), .type = DataType::VarWChar};
     }
     if (!StartsName(word.front())) {
-      return {std::string(Take([](char letter) { return IsDigit(letter) || letter == '.'; })),
-              std::nullopt};
+      const std::string_view number =
+          Take([](char letter) { return IsDigit(letter) || letter == '.'; });
+      return {.sql = std::string(number),
+              .type = number.find('.') == std::string_view::npos ? DataType::Integer
+                                                                 : DataType::Double};
     }
     if (AcceptFunction("IsNull")) {
-      std::string sql = "ifnull(" + ReadOperand().sql;
+      const Operand value = ReadOperand();
       Expect(",");
-      sql += ", " + ReadOperand().sql + ")";
+      const Operand otherwise = ReadOperand();
       Expect(")");
-      return {std::move(sql), std::nullopt};
+      return dialect_.IfNull(value, otherwise);
     }
     if (AcceptFunction("Year")) {
-      std::string sql = YearExpression(ReadOperand().sql);
+      Operand year{.sql = dialect_.Year(ReadOperand().sql), .type = DataType::Integer};
       Expect(")");
-      return {std::move(sql), std::nullopt};
+      return year;
     }
     const auto [table, column] = scope_.Find(
         Take([](char letter) { return StartsName(letter) || IsDigit(letter) || letter == '.'; }));
-    return {Scope::Sql(*table, *column), column->type};
+    return {.sql = Scope::Sql(*table, *column), .type = column->type, .column = column->type};
   }
 
   bool AcceptFunction(std::string_view name) {
@@ -193,6 +199,7 @@ class TextReader {
   std::string_view text_;
   std::string_view rest_;
   const Scope& scope_;
+  const Dialect& dialect_;
 };
 
 }  // namespace
@@ -206,10 +213,6 @@ std::string QuoteName(std::string_view name) {
     quoted.append(letter == '"' ? 2U : 1U, letter);
   }
   return quoted + "\"";
-}
-
-std::string YearExpression(std::string_view columnSql) {
-  return "CAST(substr(" + std::string(columnSql) + ", 1, 4) AS INTEGER)";
 }
 
 std::string Joined(std::span<const std::string> parts, std::string_view separator,
@@ -231,7 +234,7 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
-void Scope::Add(std::string_view text, const ColumnsOfTable& columnsOf) {
+void Scope::Add(std::string_view text, const ShapeOfTable& shapeOf) {
   std::string_view name = text;
   std::string_view alias = text;
   // The alias is what follows the last " as ": a name in front of it may be any text.
@@ -244,7 +247,7 @@ void Scope::Add(std::string_view text, const ColumnsOfTable& columnsOf) {
       break;
     }
   }
-  tables_.push_back({std::string(name), std::string(alias), columnsOf(name)});
+  tables_.push_back({std::string(name), std::string(alias), shapeOf(name)});
 }
 
 std::pair<const Scope::Table*, const TableColumn*> Scope::Find(std::string_view name) const {
@@ -259,8 +262,8 @@ std::pair<const Scope::Table*, const TableColumn*> Scope::Find(std::string_view 
     }
     ownerFound = true;
     const auto found = std::ranges::find_if(
-        table.columns, [column](const TableColumn& c) { return SameName(c.name, column); });
-    if (found != table.columns.end()) {
+        table.shape.columns, [column](const TableColumn& c) { return SameName(c.name, column); });
+    if (found != table.shape.columns.end()) {
       return {&table, &*found};
     }
   }
@@ -272,7 +275,7 @@ std::pair<const Scope::Table*, const TableColumn*> Scope::Find(std::string_view 
 }
 
 std::string Scope::Sql(const Table& table, const TableColumn& column) {
-  return QuoteName(table.alias) + "." + QuoteName(column.name);
+  return QuoteName(table.alias) + "." + column.sql;
 }
 
 std::string Scope::TableNames() const {
@@ -283,12 +286,12 @@ std::string Scope::TableNames() const {
   return Joined(names, ", ");
 }
 
-Operand ReadExpression(std::string_view text, const Scope& scope) {
-  return TextReader(text, scope).WholeOperand();
+Operand ReadExpression(std::string_view text, const Scope& scope, const Dialect& dialect) {
+  return TextReader(text, scope, dialect).WholeOperand();
 }
 
-std::string ReadCondition(std::string_view text, const Scope& scope) {
-  return TextReader(text, scope).WholeCondition();
+std::string ReadCondition(std::string_view text, const Scope& scope, const Dialect& dialect) {
+  return TextReader(text, scope, dialect).WholeCondition();
 }
 
 }  // namespace kal::company

@@ -1,4 +1,4 @@
-// QueryTexts: the texts of a selection, read and written as SQLite's SQL.
+// QueryTexts: the texts of a selection, read and written as SQL.
 //
 // They are read, never pasted: a table name is quoted whole, a column must be one that its table
 // has, and an expression or a literal condition may hold columns, numbers, 'texts', IsNull(x, y),
@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "company/Dialect.h"
 #include "platform/Recordset.h"
 
 namespace kal::company {
@@ -22,10 +23,16 @@ namespace kal::company {
 struct TableColumn {
   std::string name;
   DataType type;
+  std::string sql;  // its quoted name
 };
 
-// The columns that a table has; raises an error when there is no such table.
-using ColumnsOfTable = std::function<std::vector<TableColumn>(std::string_view table)>;
+struct TableShape {
+  std::string sql;  // what stands for the table behind FROM
+  std::vector<TableColumn> columns;
+};
+
+// What a table looks like; raises an error when there is no such table.
+using ShapeOfTable = std::function<TableShape(std::string_view table)>;
 
 // The tables of a selection, under the names by which its texts know them.
 class Scope {
@@ -33,11 +40,11 @@ class Scope {
   struct Table {
     std::string name;
     std::string alias;
-    std::vector<TableColumn> columns;
+    TableShape shape;
   };
 
   // A table: its name, or "name as alias".
-  void Add(std::string_view text, const ColumnsOfTable& columnsOf);
+  void Add(std::string_view text, const ShapeOfTable& shapeOf);
 
   [[nodiscard]] const std::vector<Table>& Tables() const { return tables_; }
   // A column by its name, or by "table.name"; the part in front may be an alias.
@@ -50,18 +57,12 @@ class Scope {
   std::vector<Table> tables_;
 };
 
-// A piece of SQL that stands for one value; the type is known for a bare column.
-struct Operand {
-  std::string sql;
-  std::optional<DataType> type;
-};
-
-[[nodiscard]] Operand ReadExpression(std::string_view text, const Scope& scope);
-[[nodiscard]] std::string ReadCondition(std::string_view text, const Scope& scope);
+[[nodiscard]] Operand ReadExpression(std::string_view text, const Scope& scope,
+                                     const Dialect& dialect);
+[[nodiscard]] std::string ReadCondition(std::string_view text, const Scope& scope,
+                                        const Dialect& dialect);
 
 [[nodiscard]] std::string QuoteName(std::string_view name);
-// The year of a date column, as a number. Index and selection must use the same expression.
-[[nodiscard]] std::string YearExpression(std::string_view columnSql);
 
 [[nodiscard]] std::string_view Trimmed(std::string_view text);
 [[nodiscard]] std::string Joined(std::span<const std::string> parts, std::string_view separator,
