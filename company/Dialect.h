@@ -1,7 +1,7 @@
 // Dialect: what the SQL of the engines does not have in common.
 //
 // Everything else of a selection is written once for all of them, in QuerySql, QueryTexts and
-// DayByDay.
+// Branches.
 
 #pragma once
 
@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Recordset.h"
 #include "platform/Variant.h"
@@ -43,6 +44,9 @@ struct Operand {
   return " = ";
 }
 
+struct Branches;
+struct ComparisonSql;
+
 class Dialect {
  public:
   Dialect() = default;
@@ -56,13 +60,14 @@ class Dialect {
   [[nodiscard]] virtual Operand IfNull(const Operand& value, const Operand& otherwise) const = 0;
   // The operand where it is compared with another one, a flag as 0 or 1.
   [[nodiscard]] virtual std::string Compared(const Operand& operand) const = 0;
-  // The operand compared with a parameter, which will be a value of the same kind as this one.
-  [[nodiscard]] virtual std::string CompareWithValue(const Operand& operand, CompareWith operation,
-                                                     const Variant& value,
-                                                     std::size_t parameter) const = 0;
-  // A selection of so many columns of which the first row is all that is read.
-  [[nodiscard]] virtual std::string OnlyFirst(const std::string& rows,
-                                              std::size_t columns) const = 0;
+  // The operand compared with a value of the same kind as this one, which comes as a parameter.
+  [[nodiscard]] virtual ComparisonSql CompareWithValue(const Operand& operand,
+                                                       CompareWith operation, const Variant& value,
+                                                       std::size_t parameter) const = 0;
+  // The first row that meets an alternative and what all of them share; the one that is read where
+  // several do.
+  [[nodiscard]] virtual std::string FirstRow(
+      const Branches& branches, const std::vector<ComparisonSql>& alternative) const = 0;
 };
 
 }  // namespace kal::company

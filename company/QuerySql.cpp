@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "company/Branches.h"
 #include "company/DataError.h"
-#include "company/DayByDay.h"
 #include "company/Schema.h"
 
 namespace kal::company {
@@ -38,6 +38,7 @@ class Renderer {
       rendered.sql += " LIMIT 1";
     }
     rendered.values = std::move(values_);
+    rendered.greatest = std::move(greatest_);
     return rendered;
   }
 
@@ -114,13 +115,66 @@ class Renderer {
         branches.all.push_back(One(condition));
         continue;
       }
-      const ComparisonSql comparison = Compare({condition.left, condition.operation});
+      ComparisonSql comparison = Compare({condition.left, condition.operation});
       branches.all.push_back(comparison.sql);
       if (condition.operation == CompareWith::Equal && comparison.left.indexed) {
-        branches.equal.push_back(comparison.sql);
+        branches.equal.push_back(std::move(comparison));
       }
     }
+    if (branches.onlyFirst) {
+      greatest_ = GreatestOf(branches);
+    }
     return SelectBranches(branches, dialect_);
+  }
+
+  // Nothing where an alternative can be met however small everything is that it looks above.
+  std::optional<GreatestValues> GreatestOf(const Branches& branches) {
+    GreatestValues greatest;
+    std::string equal;
+    for (const ComparisonSql& comparison : branches.equal) {
+      greatest.values.push_back(comparison.value);
+      equal += dialect_
+                   .CompareWithValue(comparison.left, comparison.operation,
+                                     query_.Values()[comparison.value], greatest.values.size())
+                   .sql +
+               " AND ";
+    }
+    std::vector<std::string> columns;
+    for (const std::vector<ComparisonSql>& alternative : branches.alternatives) {
+      std::vector<GreatestValues::Bound>& bounds = greatest.alternatives.emplace_back();
+      for (const ComparisonSql& comparison : alternative) {
+        const bool reaches = comparison.operation == CompareWith::Greater ||
+                             comparison.operation == CompareWith::GreaterOrEqual ||
+                             comparison.operation == CompareWith::Equal;
+        if (!reaches || !IsOrdered(comparison)) {
+          continue;
+        }
+        const std::string& left = comparison.left.sql;
+        const auto place = std::ranges::find(columns, left) - columns.begin();
+        if (place == std::ssize(columns)) {
+          columns.push_back(left);
+          greatest.columns.push_back({left, *comparison.left.column, left});
+        }
+        bounds.push_back({static_cast<std::size_t>(place), comparison.operation, comparison.value});
+      }
+      if (bounds.empty()) {
+        return std::nullopt;
+      }
+    }
+    for (std::string& column : columns) {
+      column = "(SELECT " + column + " FROM " + branches.table + " WHERE " + equal + column +
+               " IS NOT NULL ORDER BY " + column + " DESC LIMIT 1)";
+    }
+    greatest.sql = "SELECT " + Joined(columns, ", ");
+    return greatest;
+  }
+
+  // Whether column and value are of one kind, and compare here as in the database.
+  [[nodiscard]] bool IsOrdered(const ComparisonSql& comparison) const {
+    const Variant& value = query_.Values()[comparison.value];
+    return comparison.left.column == DataType::Date
+               ? value.VarType() == Variant::Type::Date
+               : comparison.left.column == DataType::Integer && value.AsInteger().has_value();
   }
 
   std::string AllOf(const auto& conditions) {
@@ -172,8 +226,7 @@ class Renderer {
     const Variant& value = query_.Values()[values_.size()];
     values_.push_back({operand.type, comparison.operation == CompareWith::LessOrEqual ||
                                          comparison.operation == CompareWith::Greater});
-    return {dialect_.CompareWithValue(operand, comparison.operation, value, values_.size()),
-            operand, comparison.operation};
+    return dialect_.CompareWithValue(operand, comparison.operation, value, values_.size());
   }
 
   [[nodiscard]] Operand Expression(std::string_view text) const {
@@ -186,6 +239,7 @@ class Renderer {
   Scope scope_;
   std::vector<std::string> selected_;
   std::vector<ComparedValue> values_;  // those read so far
+  std::optional<GreatestValues> greatest_;
 };
 
 }  // namespace

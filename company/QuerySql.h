@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,10 +26,26 @@ struct ComparedValue {
   bool endsDay = false;
 };
 
+// The greatest values of some columns, which tell beforehand whether any of the alternatives can be
+// met: a new entry stands behind all others.
+struct GreatestValues {
+  struct Bound {
+    std::size_t column;
+    CompareWith operation;
+    std::size_t value;  // its place among the selection's values
+  };
+
+  std::string sql;  // that selects them
+  std::vector<ResultColumn> columns;
+  std::vector<std::size_t> values;               // those of the selection that it is asked with
+  std::vector<std::vector<Bound>> alternatives;  // each with bounds that must all hold
+};
+
 struct RenderedQuery {
   std::string sql;
   std::vector<ResultColumn> columns;
   std::vector<ComparedValue> values;  // in the order of the parameters
+  std::optional<GreatestValues> greatest;
 };
 
 // The SQL serves every use of the selection that brings the same name and values of the same

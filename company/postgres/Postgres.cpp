@@ -23,7 +23,7 @@ constexpr const char* kReading =
     "NULL), ('jit', 'off', NULL), ('max_parallel_workers_per_gather', '0', NULL), "
     "('plan_cache_mode', 'force_generic_plan', NULL), ('enable_seqscan', 'off', NULL), "
     "('enable_bitmapscan', 'off', NULL), ('enable_hashjoin', 'off', NULL), "
-    "('enable_mergejoin', 'off', NULL), "
+    "('enable_mergejoin', 'off', NULL), ('enable_sort', 'off', NULL), "
     "('client_connection_check_interval', '1000', '0')) AS wanted(name, value, unless) "
     "ON lower(own.name) = wanted.name WHERE wanted.unless IS NULL OR own.setting = wanted.unless";
 constexpr const char* kMaking = "SELECT set_config('client_min_messages', 'warning', false)";

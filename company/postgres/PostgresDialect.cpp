@@ -7,7 +7,6 @@
 #include <optional>
 
 #include "company/DataError.h"
-#include "company/DayByDay.h"
 
 namespace kal::company {
 namespace {
@@ -84,6 +83,34 @@ PostgresValue PlainText(const Variant& value) {
     return std::nullopt;
   }
   return std::string(*text);
+}
+
+// The first row in two ranges. The order that is asked for leaves the planner one index: that of
+// days and the other column, in which a pair is one place. As the day alone is no constant to it,
+// but a range of one day, it can't take another one.
+std::string DayByDay(const Branches& branches, const ComparisonSql& day,
+                     const ComparisonSql& other) {
+  const bool back = IsBelow(day.operation);
+  const bool below = IsBelow(other.operation);
+  const std::string& left = day.left.sql;
+  const std::string pair = "(" + left + ", " + other.left.sql + ")";
+  const std::string bothOrders = left + (below ? " DESC, " : ", ") + other.left.sql;
+  const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
+  const std::string nearest = " ORDER BY " + left + (back ? " DESC" : "") + " LIMIT 1)";
+  const std::string days = "WITH RECURSIVE days(day) AS (SELECT (SELECT " + left + rows + day.sql +
+                           nearest + " UNION ALL SELECT (SELECT " + left + rows + left +
+                           (back ? " < " : " > ") + "days.day" + nearest +
+                           " FROM days WHERE day IS NOT NULL) ";
+  const std::string met = branches.table + " WHERE " + AllOf(branches.all) + " AND ";
+  const auto exists = [&](const std::string& its) {
+    return "(SELECT 1 FROM " + met + pair + std::string(Symbol(other.operation)) + "(" + its +
+           ", " + other.parameter + ") AND " + left + (below ? " >= " : " <= ") + its +
+           " ORDER BY " + bothOrders + (below ? " DESC" : "") + " LIMIT 1) IS NOT NULL";
+  };
+  return "(SELECT its.* FROM (" + days + "SELECT day FROM days WHERE " + exists("days.day") +
+         " LIMIT 1) AS found CROSS JOIN LATERAL (" + branches.select + met + left +
+         " >= found.day AND " + left + " <= found.day AND " + other.sql + " ORDER BY " + left +
+         ", " + other.left.sql + " LIMIT 1) AS its)";
 }
 
 [[noreturn]] void Refuse(RunTime error, std::string_view text, std::string_view source,
@@ -169,38 +196,40 @@ std::string PostgresDialect::Compared(const Operand& operand) const {
   return operand.type == DataType::Boolean ? "(" + operand.sql + ")::integer" : operand.sql;
 }
 
-std::string PostgresDialect::CompareWithValue(const Operand& operand, CompareWith operation,
-                                              const Variant& value, std::size_t parameter) const {
+ComparisonSql PostgresDialect::CompareWithValue(const Operand& operand, CompareWith operation,
+                                                const Variant& value, std::size_t parameter) const {
   const DataType type = operand.type.value_or(DataType::VarWChar);
   const ValueKind kind = KindOf(value);
   std::string left = operand.sql;
-  std::string_view cast;
+  std::string its = "$" + std::to_string(parameter) + "::";
   if (type == DataType::Boolean && kind == ValueKind::Flag) {
-    cast = "boolean";
+    its += "boolean";
   } else if (type == DataType::Boolean || IsWholeNumber(type)) {
     left = Compared(operand);
-    cast = kind == ValueKind::Fraction ? "numeric" : "bigint";
+    its += kind == ValueKind::Fraction ? "numeric" : "bigint";
   } else if (type == DataType::Date) {
-    cast = "date";
+    its += "date";
   } else if (type == DataType::Double || type == DataType::Single) {
-    cast = "double precision";
+    its += "double precision";
   } else {
-    cast = "text";
+    its += "text";
     left += IsRange(operation) ? " COLLATE \"C\"" : "";
   }
-  return left.append(Symbol(operation))
-      .append("$")
-      .append(std::to_string(parameter))
-      .append("::")
-      .append(cast);
+  return {left.append(Symbol(operation)).append(its), operand, operation, parameter - 1, its};
 }
 
-std::string PostgresDialect::OnlyFirst(const std::string& rows, std::size_t columns) const {
-  std::string sql = "(" + rows + " ORDER BY 1";
-  for (std::size_t column = 2; column <= columns; ++column) {
-    sql += ", " + std::to_string(column);
+std::string PostgresDialect::FirstRow(const Branches& branches,
+                                      const std::vector<ComparisonSql>& alternative) const {
+  if (const auto [day, other] = RangesOf(alternative); day != nullptr) {
+    return DayByDay(branches, *day, *other);
   }
-  return sql + " LIMIT 1)";
+  // The selection's columns by their places.
+  std::string places = "1";
+  for (std::size_t column = 2; column <= branches.columns; ++column) {
+    places += ", " + std::to_string(column);
+  }
+  return "(" + branches.select + branches.table + " WHERE " + AllOf(branches.all) + " AND " +
+         AllOf(alternative) + " ORDER BY " + places + " LIMIT 1)";
 }
 
 std::string_view TypeName(DataType type) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "company/Branches.h"
 #include "company/Dialect.h"
 #include "company/QuerySql.h"
 #include "company/postgres/Postgres.h"
@@ -25,11 +26,12 @@ class PostgresDialect final : public Dialect {
   [[nodiscard]] std::string Year(std::string_view columnSql) const override;
   [[nodiscard]] Operand IfNull(const Operand& value, const Operand& otherwise) const override;
   [[nodiscard]] std::string Compared(const Operand& operand) const override;
-  [[nodiscard]] std::string CompareWithValue(const Operand& operand, CompareWith operation,
-                                             const Variant& value,
-                                             std::size_t parameter) const override;
-  // The first by what is read of it, so that the same books always answer the same.
-  [[nodiscard]] std::string OnlyFirst(const std::string& rows, std::size_t columns) const override;
+  [[nodiscard]] ComparisonSql CompareWithValue(const Operand& operand, CompareWith operation,
+                                               const Variant& value,
+                                               std::size_t parameter) const override;
+  // Of several the first by what is read of them, on the nearest day where days are walked.
+  [[nodiscard]] std::string FirstRow(const Branches& branches,
+                                     const std::vector<ComparisonSql>& alternative) const override;
 };
 
 [[nodiscard]] std::string_view TypeName(DataType type);

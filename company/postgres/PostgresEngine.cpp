@@ -91,7 +91,8 @@ void SetUp(auto& statement) {
     columns.push_back({column.name, column.type});
   }
   statement.layout = std::make_shared<RowLayout>(std::move(columns));
-  statement.latest = std::make_shared<RowTable>(statement.layout);
+  statement.none = std::make_shared<RowTable>(statement.layout);
+  statement.latest = statement.none;
 }
 
 }  // namespace
@@ -378,8 +379,8 @@ std::shared_ptr<const RowTable> PostgresEngine::ToRows(const Statement& statemen
     RaiseDataError(kDatabaseFailed, session_->connection.Name() + ": more than " +
                                         std::to_string(kMostRows) + " rows answer a question");
   }
-  if (result.Rows() == 0 && statement.latest->RowCount() == 0) {
-    return statement.latest;
+  if (result.Rows() == 0) {
+    return statement.none;
   }
   auto rows = std::make_shared<RowTable>(statement.layout);
   rows->Reserve(result.Rows());
@@ -412,6 +413,9 @@ bool PostgresEngine::IsCurrent(const Statement& statement, const Kept& kept) con
 std::shared_ptr<const RowTable> PostgresEngine::Answer(Statement& statement,
                                                        std::span<const Variant> values,
                                                        std::span<const PostgresValue> tables) {
+  if (statement.greatest && !CanBeMet(statement, values)) {
+    return statement.none;
+  }
   key_.clear();
   for (const Variant& value : values) {
     AppendValue(key_, value);
@@ -447,6 +451,28 @@ std::shared_ptr<const RowTable> PostgresEngine::Answer(Statement& statement,
   kept.notedIn = rehearsal_;
   noted_.push_back({&statement, &kept, std::move(parameters), believed});
   return believed;
+}
+
+bool PostgresEngine::CanBeMet(const Statement& statement, std::span<const Variant> values) {
+  std::vector<Variant> asked;
+  for (const std::size_t value : statement.greatest->values) {
+    asked.push_back(values[value]);
+  }
+  const std::shared_ptr<const RowTable> greatest = Answer(*statement.greatestStatement, asked);
+  const auto reaches = [&](const GreatestValues::Bound& bound) {
+    if (greatest->RowCount() == 0) {
+      return true;  // not asked for yet
+    }
+    const Variant& most = greatest->Cell(0, bound.column);
+    const Variant& value = values[bound.value];
+    const Date* const day = value.As<Date>();
+    const Variant compared = day == nullptr ? value : Variant(day->WithoutTime());
+    return static_cast<bool>(bound.operation == CompareWith::Greater ? most > compared
+                                                                     : most >= compared);
+  };
+  return std::ranges::any_of(statement.greatest->alternatives, [&](const auto& alternative) {
+    return std::ranges::all_of(alternative, reaches);
+  });
 }
 
 std::shared_ptr<const RowTable> PostgresEngine::AskAlone(
@@ -616,6 +642,19 @@ PostgresEngine::Statement& PostgresEngine::StatementOf(const Query& query,
   }
   SetUp(statement);
   statement.name = "k" + std::to_string(++session_->named);
+  if (rendered.greatest) {
+    Statement greatest;
+    greatest.sql = rendered.greatest->sql;
+    greatest.columns = rendered.greatest->columns;
+    for (const std::size_t value : rendered.greatest->values) {
+      greatest.values.push_back(statement.values[value]);
+    }
+    greatest.tables = statement.tables;
+    const auto before = session_->texts.find(greatest.sql);
+    statement.greatestStatement =
+        before == session_->texts.end() ? &Add(std::move(greatest)) : &before->second;
+    statement.greatest = std::move(rendered.greatest);
+  }
   return session_->selections
       .emplace(Use{use.selection, use.kinds, std::string(use.name)}, std::move(statement))
       .first->second;

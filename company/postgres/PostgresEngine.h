@@ -80,8 +80,12 @@ class PostgresEngine final : public Engine {
     std::vector<const SchemaTable*> tables;
     std::string name;  // on the server; "" for one that is sent whole with each use
     std::shared_ptr<const RowLayout> layout;
-    std::shared_ptr<const RowTable> latest;  // answer; one without rows before the first
+    std::shared_ptr<const RowTable> none;    // an answer without rows
+    std::shared_ptr<const RowTable> latest;  // answer; that one before the first
     bool isPrepared = false;
+    // What tells whether it has rows at all, asked first.
+    std::optional<GreatestValues> greatest;
+    Statement* greatestStatement = nullptr;
     ByText<Kept> answers;  // by the values asked with
   };
 
@@ -161,6 +165,8 @@ class PostgresEngine final : public Engine {
   [[nodiscard]] std::shared_ptr<const RowTable> Answer(Statement& statement,
                                                        std::span<const Variant> values,
                                                        std::span<const PostgresValue> tables = {});
+  // Whether a row can meet one of the alternatives.
+  [[nodiscard]] bool CanBeMet(const Statement& statement, std::span<const Variant> values);
   [[nodiscard]] std::shared_ptr<const RowTable> AskAlone(
       Statement& statement, Kept& kept, const std::vector<PostgresValue>& parameters);
   [[nodiscard]] bool IsCurrent(const Statement& statement, const Kept& kept) const;

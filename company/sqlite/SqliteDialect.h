@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "company/Branches.h"
 #include "company/Dialect.h"
 
 namespace kal::company {
@@ -11,13 +12,11 @@ class SqliteDialect final : public Dialect {
   [[nodiscard]] std::string Year(std::string_view columnSql) const override;
   [[nodiscard]] Operand IfNull(const Operand& value, const Operand& otherwise) const override;
   [[nodiscard]] std::string Compared(const Operand& operand) const override { return operand.sql; }
-  [[nodiscard]] std::string CompareWithValue(const Operand& operand, CompareWith operation,
-                                             const Variant& value,
-                                             std::size_t parameter) const override;
-  [[nodiscard]] std::string OnlyFirst(const std::string& rows,
-                                      std::size_t /*columns*/) const override {
-    return rows;
-  }
+  [[nodiscard]] ComparisonSql CompareWithValue(const Operand& operand, CompareWith operation,
+                                               const Variant& value,
+                                               std::size_t parameter) const override;
+  [[nodiscard]] std::string FirstRow(const Branches& branches,
+                                     const std::vector<ComparisonSql>& alternative) const override;
 };
 
 }  // namespace kal::company
