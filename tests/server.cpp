@@ -188,18 +188,17 @@ TEST_F(ServerTest, ChangesRaiseVersions) {
   EXPECT_THROW(writer.Execute("CREATE TRIGGER t AFTER INSERT ON STDAltra "
                               "EXECUTE FUNCTION public.KalNuovaVersione('STDIva')"),
                std::runtime_error);
-  const auto versions = [&] {
-    return server_.Execute(database, "SELECT Versione FROM KalVersioni ORDER BY Tabella");
-  };
-  const auto raised = [&](const std::string& before) {
-    return server_.Execute(
-        database,
-        "SELECT string_agg(Tabella, ' ') FROM (SELECT *, row_number() OVER (ORDER BY "
-        "Tabella) FROM KalVersioni) AS own WHERE Versione > (string_to_array('" +
-            before + "', ';'))[row_number]::bigint");
-  };
   const Session replica(server_.Uri(database));
   (void)replica.Execute("SET session_replication_role = replica");
+  const auto versions = [&] {
+    return replica.Execute("SELECT Versione FROM KalVersioni ORDER BY Tabella");
+  };
+  const auto raised = [&](const std::string& before) {
+    return replica.Execute(
+        "SELECT string_agg(Tabella, ' ') FROM (SELECT *, row_number() OVER (ORDER BY Tabella) "
+        "FROM KalVersioni) AS own WHERE Versione > (string_to_array('" +
+        before + "', ';'))[row_number]::bigint");
+  };
   for (const SchemaTable& table : Tables()) {
     const std::string name(table.name);
     const std::string column(table.columns[0].name);
