@@ -2,6 +2,7 @@
 
 #include "company/DataError.h"
 #include "company/Siblings.h"
+#include "company/Verify.h"
 #include "company/postgres/Postgres.h"
 #include "company/postgres/PostgresEngine.h"
 #include "company/sqlite/CompanyFile.h"
@@ -24,13 +25,21 @@ void CreateCompany(const std::string& path, bool withSample) {
   CreateCompanyFile(path, withSample);
 }
 
+void Verify(const std::string& company, const FlawReport& report) {
+  return IsOnServer(company) ? VerifyServer(company, report) : VerifyFile(company, report);
+}
+
 void SpareMemoryAccounts() { SpareSqliteMemoryAccounts(); }
 
-std::string ShownName(const std::string& name) { return IsServerUri(name) ? ShownUri(name) : name; }
+bool IsOnServer(std::string_view name) {
+  return name.starts_with("postgresql://") || name.starts_with("postgres://");
+}
+
+std::string ShownName(const std::string& name) { return IsOnServer(name) ? ShownUri(name) : name; }
 
 Company::Company(const std::string& name, std::string_view language) {
   RequireLanguage(language);
-  if (IsServerUri(name)) {
+  if (IsOnServer(name)) {
     engine_ = std::make_unique<PostgresEngine>(name);
   } else {
     engine_ = std::make_unique<SqliteEngine>(name);

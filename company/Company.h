@@ -18,6 +18,8 @@
 
 namespace kal::company {
 
+// Whether a company's name is the URI of one on a server.
+[[nodiscard]] bool IsOnServer(std::string_view name);
 // What may be shown of a company's name: the file, or host, port and database without secrets.
 [[nodiscard]] std::string ShownName(const std::string& name);
 

@@ -23,6 +23,7 @@ enum class FlawKind : std::uint8_t {
   Period,       // a period that ends before it starts
   Overlap,      // periods that overlap
   NoText,       // a message has no text
+  NoVersion,    // on a server: a change of the table raises no version
   More,         // the table has further flaws of its rows
 };
 
@@ -30,13 +31,19 @@ struct Flaw {
   FlawKind kind;
   std::string table;
   std::string column;    // or several, separated by commas
-  std::int64_t row = 0;  // its rowid, or its place where rows have none; 0 where no row is meant
+  std::int64_t row = 0;  // its rowid, or its place where rows have none; 0 where no row is meant,
+                         // or on a server
   std::string detail;    // the value, the rows' key, the database's own words, or the statement
                          // that makes what is missing
 };
 
+using FlawReport = std::function<void(const Flaw&)>;
+
 // Hands over each flaw as it is found, at most a thousand of the rows of each table. Raises an
-// error when the file can't be opened or is no company of this program.
-void Verify(const std::string& path, const std::function<void(const Flaw&)>& report);
+// error when the company can't be opened or is none of this program.
+void Verify(const std::string& company, const FlawReport& report);
+// The same of each engine.
+void VerifyFile(const std::string& path, const FlawReport& report);
+void VerifyServer(const std::string& uri, const FlawReport& report);
 
 }  // namespace kal::company

@@ -427,8 +427,8 @@ int Verify(const Options& options, const Streams& streams) {
       streams.out << ToText(flaw, language) << std::flush;
     });
   } catch (const RunTimeError& error) {
-    return Complain(streams,
-                    "can't verify the company " + options.company + ": " + error.Description());
+    return Complain(streams, "can't verify the company " + company::ShownName(options.company) +
+                                 ": " + error.Description());
   }
   streams.out << (flaws == 0 ? Wording{"nessun difetto", "no flaws"}.In(language)
                              : Wording{"difetti: ", "flaws: "}.In(language) + std::to_string(flaws))

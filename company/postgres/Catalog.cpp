@@ -14,23 +14,6 @@ constexpr std::string_view kDatabase =
     "SELECT pg_catalog.current_database(), pg_catalog.current_schema(), "
     "pg_catalog.current_setting('server_encoding')";
 constexpr std::string_view kSystem = "SELECT system_identifier FROM pg_catalog.pg_control_system()";
-constexpr std::string_view kColumns =
-    "SELECT own.relname, own.relkind, col.attname, col.atttypid, "
-    "pg_catalog.format_type(col.atttypid, col.atttypmod) FROM pg_catalog.pg_class AS own "
-    "JOIN pg_catalog.pg_attribute AS col ON col.attrelid = own.oid AND col.attnum > 0 "
-    "AND NOT col.attisdropped WHERE pg_catalog.pg_table_is_visible(own.oid) "
-    "AND own.relkind IN ('r', 'p', 'v', 'm', 'f') AND lower(own.relname) = ANY ($1::text[]) "
-    "ORDER BY own.oid, col.attnum";
-// A statement trigger for each of insert, delete, update and truncate, without a condition.
-constexpr std::string_view kTriggers =
-    "SELECT own.relname FROM pg_catalog.pg_class AS own "
-    "JOIN pg_catalog.pg_trigger AS its ON its.tgrelid = own.oid "
-    "JOIN pg_catalog.pg_proc AS run ON run.oid = its.tgfoid "
-    "WHERE pg_catalog.pg_table_is_visible(own.oid) AND own.relkind = 'r' "
-    "AND NOT own.relhassubclass AND its.tgenabled IN ('O', 'A') AND its.tgtype & 3 = 0 "
-    "AND its.tgqual IS NULL AND its.tgattr = '' AND run.proname = $1 "
-    "GROUP BY own.relname HAVING bit_or(its.tgtype) & 60 = 60";
-
 struct ServerType {
   std::string_view oid;
   DataType type;
@@ -42,27 +25,6 @@ constexpr std::array kServerTypes = {
     ServerType{"1082", DataType::Date},     ServerType{"16", DataType::Boolean},
     ServerType{"701", DataType::Double},
 };
-
-bool Keeps(std::string_view oid, DataType type) {
-  const auto* known = std::ranges::find(kServerTypes, oid, &ServerType::oid);
-  if (known == kServerTypes.end()) {
-    return false;
-  }
-  const bool whole = known->type == DataType::SmallInt || known->type == DataType::Integer;
-  return known->type == type ||
-         (whole && (type == DataType::SmallInt || type == DataType::Integer));
-}
-
-std::string NamesAsArray() {
-  std::string names = "{" + std::string(kVersionsTable);
-  for (const SchemaTable& table : Tables()) {
-    names += ",";
-    for (const char letter : table.name) {
-      names += FoldedAscii(letter);
-    }
-  }
-  return names + "}";
-}
 
 PostgresResult AskAlone(Postgres& connection, std::string_view sql,
                         std::span<const PostgresValue> values = {}) {
@@ -83,6 +45,44 @@ PostgresResult Answered(Postgres& connection, std::string_view sql,
 }
 
 }  // namespace
+
+const std::string_view kCompanyColumns =
+    "SELECT own.relname, own.relkind, col.attname, col.atttypid, "
+    "pg_catalog.format_type(col.atttypid, col.atttypmod) FROM pg_catalog.pg_class AS own "
+    "JOIN pg_catalog.pg_attribute AS col ON col.attrelid = own.oid AND col.attnum > 0 "
+    "AND NOT col.attisdropped WHERE pg_catalog.pg_table_is_visible(own.oid) "
+    "AND own.relkind IN ('r', 'p', 'v', 'm', 'f') AND lower(own.relname) = ANY ($1::text[]) "
+    "ORDER BY own.oid, col.attnum";
+// A statement trigger for each of insert, delete, update and truncate, without a condition.
+const std::string_view kVersionTriggers =
+    "SELECT own.relname FROM pg_catalog.pg_class AS own "
+    "JOIN pg_catalog.pg_trigger AS its ON its.tgrelid = own.oid "
+    "JOIN pg_catalog.pg_proc AS run ON run.oid = its.tgfoid "
+    "WHERE pg_catalog.pg_table_is_visible(own.oid) AND own.relkind = 'r' "
+    "AND NOT own.relhassubclass AND its.tgenabled IN ('O', 'A') AND its.tgtype & 3 = 0 "
+    "AND its.tgqual IS NULL AND its.tgattr = '' AND run.proname = $1 "
+    "GROUP BY own.relname HAVING bit_or(its.tgtype) & 60 = 60";
+
+bool KeepsOnServer(std::string_view oid, DataType type) {
+  const auto* known = std::ranges::find(kServerTypes, oid, &ServerType::oid);
+  if (known == kServerTypes.end()) {
+    return false;
+  }
+  const bool whole = known->type == DataType::SmallInt || known->type == DataType::Integer;
+  return known->type == type ||
+         (whole && (type == DataType::SmallInt || type == DataType::Integer));
+}
+
+std::string CompanyNames() {
+  std::string names = "{" + std::string(kVersionsTable);
+  for (const SchemaTable& table : Tables()) {
+    names += ",";
+    for (const char letter : table.name) {
+      names += FoldedAscii(letter);
+    }
+  }
+  return names + "}";
+}
 
 Catalog::Catalog(Postgres& connection) : tables_(Tables().size()) {
   ReadDatabase(connection);
@@ -106,8 +106,8 @@ void Catalog::ReadDatabase(Postgres& connection) {
 }
 
 void Catalog::ReadColumns(Postgres& connection) {
-  const std::array<PostgresValue, 1> names = {NamesAsArray()};
-  const PostgresResult columns = Answered(connection, kColumns, names);
+  const std::array<PostgresValue, 1> names = {CompanyNames()};
+  const PostgresResult columns = Answered(connection, kCompanyColumns, names);
   for (std::size_t row = 0; row < columns.Rows(); ++row) {
     if (SameName(columns.Text(row, 0), kVersionsTable)) {
       hasVersions_ = true;
@@ -140,7 +140,7 @@ void Catalog::AddColumn(const Postgres& connection, const PostgresResult& column
   }
   const std::string_view name = columns.Text(row, 2);
   const SchemaColumn* const known = FindColumn(*table, name);
-  if (known != nullptr && !Keeps(columns.Text(row, 3), known->type)) {
+  if (known != nullptr && !KeepsOnServer(columns.Text(row, 3), known->type)) {
     RaiseDataError(RunTime::TypeMismatch, "In " + connection.Name() + " the column " +
                                               std::string(table->name) + "." +
                                               std::string(known->name) + " is declared " +
@@ -184,7 +184,7 @@ void Catalog::ReadVersions(Postgres& connection) {
     }
   }
   const std::array<PostgresValue, 1> function = {std::string(kVersionFunction)};
-  const PostgresResult triggers = Answered(connection, kTriggers, function);
+  const PostgresResult triggers = Answered(connection, kVersionTriggers, function);
   for (std::size_t row = 0; row < triggers.Rows(); ++row) {
     if (const SchemaTable* const table = FindTable(triggers.Text(row, 0)); table != nullptr) {
       Place(*table).hasVersion = hasVersions_ && !table->growsWithEntries;

@@ -51,6 +51,16 @@ class Catalog {
 // The type of a server's type, for columns of tables that are not part of the schema.
 [[nodiscard]] DataType TypeOfServer(std::string_view oid);
 
+// Whether a column of that type keeps what belongs in one of the other.
+[[nodiscard]] bool KeepsOnServer(std::string_view oid, DataType type);
+
+// The columns of tables of those names, which are an array: table, kind of table, column, its type,
+// and that as it is declared.
+extern const std::string_view kCompanyColumns;
+[[nodiscard]] std::string CompanyNames();
+// The tables whose every change runs the trigger function of that name.
+extern const std::string_view kVersionTriggers;
+
 // The tables with versions, and how the trigger function is named that raises them.
 inline constexpr std::string_view kVersionsTable = "kalversioni";
 inline constexpr std::string_view kVersionFunction = "kalnuovaversione";

@@ -116,10 +116,6 @@ std::string WithoutSecrets(std::string text, const PQconninfoOption* options) {
 
 }  // namespace
 
-bool IsServerUri(std::string_view company) {
-  return company.starts_with("postgresql://") || company.starts_with("postgres://");
-}
-
 std::string ShownUri(const std::string& uri) {
   try {
     const ConnectionOptions options = OptionsOf(uri);

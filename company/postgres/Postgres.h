@@ -19,8 +19,6 @@
 
 namespace kal::company {
 
-// A company is named by a connection URI, or it is a file.
-[[nodiscard]] bool IsServerUri(std::string_view company);
 // What may be shown of a connection URI: host, port and database.
 [[nodiscard]] std::string ShownUri(const std::string& uri);
 

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 
-#include "company/Schema.h"
 #include "company/postgres/Catalog.h"
 #include "company/postgres/PostgresDialect.h"
 
@@ -38,16 +37,6 @@ std::string NameOnServer(const SchemaIndex& index) {
   return name;
 }
 
-std::string IndexSql(const SchemaIndex& index) {
-  std::string columns;
-  for (const IndexedColumn& column : ColumnsOf(index)) {
-    columns += columns.empty() ? "" : ", ";
-    columns += column.isYear ? PostgresDialect().Year(column.name) : column.name;
-  }
-  return std::string(index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") +
-         NameOnServer(index) + " ON " + std::string(index.table) + " (" + columns + ");\n";
-}
-
 // Writers need no right on the versions, so the function runs with its owner's. It names everything
 // whole, and nobody but the owner may make a trigger of it.
 std::string VersionFunctionSql(std::string_view schema) {
@@ -77,13 +66,23 @@ std::string TriggersSql(const SchemaTable& table, std::string_view schema) {
 
 }  // namespace
 
+std::string ServerIndexSql(const SchemaIndex& index) {
+  std::string columns;
+  for (const IndexedColumn& column : ColumnsOf(index)) {
+    columns += columns.empty() ? "" : ", ";
+    columns += column.isYear ? PostgresDialect().Year(column.name) : column.name;
+  }
+  return std::string(index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") +
+         NameOnServer(index) + " ON " + std::string(index.table) + " (" + columns + ");\n";
+}
+
 std::string ServerSchemaSql(std::string_view schema) {
   std::string sql;
   for (const SchemaTable& table : Tables()) {
     sql += TableSql(table);
   }
   for (const SchemaIndex& index : Indexes()) {
-    sql += IndexSql(index);
+    sql += ServerIndexSql(index);
   }
   sql +=
       "CREATE TABLE KalVersioni (Tabella text COLLATE \"C\" PRIMARY KEY, Versione bigint NOT "

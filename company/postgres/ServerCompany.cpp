@@ -96,8 +96,6 @@ MadeOnServer Make(const std::string& uri, const Sqlite& from) {
 
 }  // namespace
 
-bool IsOnServer(std::string_view company) { return IsServerUri(company); }
-
 MadeOnServer CreateServerCompany(const std::string& uri, bool withSample) {
   Sqlite model(":memory:", Sqlite::Access::Create);
   FillCompany(model, withSample);

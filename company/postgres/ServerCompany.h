@@ -3,12 +3,8 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace kal::company {
-
-// Whether a company's name is the URI of one on a server.
-[[nodiscard]] bool IsOnServer(std::string_view company);
 
 struct MadeOnServer {
   std::string name;    // host, port and database

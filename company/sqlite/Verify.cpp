@@ -32,7 +32,7 @@ std::vector<std::string> QuotedNames(std::string_view list) {
 
 class Verification {
  public:
-  Verification(const std::string& path, const std::function<void(const Flaw&)>& report)
+  Verification(const std::string& path, const FlawReport& report)
       : file_(ExistingCompanyFile(path), Sqlite::Access::Read, {.forAnswer = kAnHour}),
         report_(report) {
     RequireCompany(file_);
@@ -274,13 +274,13 @@ class Verification {
   }
 
   Sqlite file_;
-  const std::function<void(const Flaw&)>& report_;
+  const FlawReport& report_;
   std::vector<std::string> broken_;  // tables whose flaws hide all others
 };
 
 }  // namespace
 
-void Verify(const std::string& path, const std::function<void(const Flaw&)>& report) {
+void VerifyFile(const std::string& path, const FlawReport& report) {
   Verification(path, report).Run();
 }
 
