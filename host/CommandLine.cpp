@@ -41,6 +41,7 @@ constexpr unsigned kMostJobs = 256;
 struct Options {
   std::string newCompany;
   bool withSample = false;
+  std::string rowsFrom;  // of init: the file of a company, "" for none
   std::string company;
   bool json = false;
   bool explain = false;
@@ -357,18 +358,21 @@ class ReplayRun final : public Answering<RecordingFile> {
   ReplayTally tally_;
 };
 
-std::string MadeLine(const std::string& company, bool withSample) {
+std::string MadeLine(const std::string& company, const Options& options) {
   return "made " + company + ": " + std::to_string(company::Tables().size()) +
-         " tables, message texts in Italian and English" + (withSample ? ", sample data" : "") +
-         "\n";
+         " tables, message texts in Italian and English" +
+         (options.withSample ? ", sample data" : "") +
+         (options.rowsFrom.empty() ? "" : ", the rows of " + options.rowsFrom) + "\n";
 }
 
 // Ctrl-C ends it in the middle: the server takes back what was not whole.
 int InitOnServer(const Options& options, const Streams& streams) {
   try {
     const company::MadeOnServer made =
-        company::CreateServerCompany(options.newCompany, options.withSample);
-    streams.out << MadeLine(made.name, options.withSample)
+        options.rowsFrom.empty()
+            ? company::CreateServerCompany(options.newCompany, options.withSample)
+            : company::CopyToServer(options.rowsFrom, options.newCompany);
+    streams.out << MadeLine(made.name, options)
                 << "a user who checks needs these rights and no others:\n"
                 << made.grants << std::flush;
   } catch (const RunTimeError& error) {
@@ -381,6 +385,9 @@ int Init(const Options& options, const Streams& streams) {
   if (company::IsOnServer(options.newCompany)) {
     return InitOnServer(options, streams);
   }
+  if (!options.rowsFrom.empty()) {
+    return Complain(streams, "--from is for a company on a server; a file is copied as a file");
+  }
   try {
     const Unstoppable made;
     company::CreateCompany(options.newCompany, options.withSample);
@@ -388,7 +395,7 @@ int Init(const Options& options, const Streams& streams) {
     return Complain(streams,
                     "can't make the company " + options.newCompany + ": " + error.Description());
   }
-  streams.out << MadeLine(options.newCompany, options.withSample) << std::flush;
+  streams.out << MadeLine(options.newCompany, options) << std::flush;
   return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
 }
 
@@ -510,7 +517,10 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   init->add_option("COMPANY", options.newCompany,
                    "The file to make, or the postgresql:// URI of a database")
       ->required();
-  init->add_flag("--sample", options.withSample, "With sample data");
+  CLI::Option* const sample = init->add_flag("--sample", options.withSample, "With sample data");
+  init->add_option("--from", options.rowsFrom,
+                   "The file of a company whose rows are copied to the server")
+      ->excludes(sample);
 
   CLI::App* const check = app.add_subcommand("check", "Run entries against a company");
   check->add_option("--company", options.company, "The company's file")->required();

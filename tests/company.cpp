@@ -209,7 +209,7 @@ TEST_P(EngineTest, SelectionsAnswer) {
                   .WhereLiteral("IdPrimaNota = 1 Or IdPrimaNota = 2 And Intra = 7"),
               {2}),
        "1"},
-      {"Not of Not", literal("Not Not DataRegistrazione Is Not Null"), "1;2"},
+      {"Not of Not", literal("Not Not DataRegistrazione Is Null"), "2"},
       {"alternatives that overlap",
        Answer(engine, kTeste.WhereAnyOf({{{"IdPrimaNota"}}, {{"CodCausale"}}, {}}), {2, "ft"}),
        "2;2;1"},

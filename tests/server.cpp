@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -188,18 +190,17 @@ TEST_F(ServerTest, ChangesRaiseVersions) {
   EXPECT_THROW(writer.Execute("CREATE TRIGGER t AFTER INSERT ON STDAltra "
                               "EXECUTE FUNCTION public.KalNuovaVersione('STDIva')"),
                std::runtime_error);
-  const auto versions = [&] {
-    return server_.Execute(database, "SELECT Versione FROM KalVersioni ORDER BY Tabella");
-  };
-  const auto raised = [&](const std::string& before) {
-    return server_.Execute(
-        database,
-        "SELECT string_agg(Tabella, ' ') FROM (SELECT *, row_number() OVER (ORDER BY "
-        "Tabella) FROM KalVersioni) AS own WHERE Versione > (string_to_array('" +
-            before + "', ';'))[row_number]::bigint");
-  };
   const Session replica(server_.Uri(database));
   (void)replica.Execute("SET session_replication_role = replica");
+  const auto versions = [&] {
+    return replica.Execute("SELECT Versione FROM KalVersioni ORDER BY Tabella");
+  };
+  const auto raised = [&](const std::string& before) {
+    return replica.Execute(
+        "SELECT string_agg(Tabella, ' ') FROM (SELECT *, row_number() OVER (ORDER BY Tabella) "
+        "FROM KalVersioni) AS own WHERE Versione > (string_to_array('" +
+        before + "', ';'))[row_number]::bigint");
+  };
   for (const SchemaTable& table : Tables()) {
     const std::string name(table.name);
     const std::string column(table.columns[0].name);
@@ -207,10 +208,16 @@ TEST_F(ServerTest, ChangesRaiseVersions) {
                                       "UPDATE public." + name + " SET " + column + " = " + column,
                                       "DELETE FROM public." + name, "TRUNCATE public." + name}) {
       const std::string before = versions();
-      (void)(change.starts_with("UPDATE") ? replica : writer).Execute(change);
+      (void)(change.starts_with("UPDATE") || change.starts_with("TRUNCATE") ? replica : writer)
+          .Execute(change);
       EXPECT_EQ(raised(before), table.growsWithEntries ? "" : name) << change;
     }
   }
+  // As changes come through logical replication, for which no statement triggers run.
+  (void)replica.Execute("ALTER TABLE STDIva DISABLE TRIGGER KalVersione");
+  const std::string before = versions();
+  (void)replica.Execute("INSERT INTO STDIva (CodIva) VALUES ('1')");
+  EXPECT_EQ(raised(before), "STDIva");
 }
 
 // All samples, in an order of their own, twice: what is kept and what is believed meets every kind.
@@ -267,8 +274,8 @@ TEST_F(ServerTest, AnswersRightOrNotAtAllWhereverItIsCut) {
       proxy.CutAt(++cut);
       const bool first = isRight(cut);
       wasCut = proxy.Passed() >= cut;
-      EXPECT_TRUE(isRight(cut) || first) << cut;
-      EXPECT_TRUE(isRight(cut)) << cut;
+      const bool second = isRight(cut);
+      EXPECT_TRUE(second || (first && isRight(cut))) << cut;
     }
     EXPECT_GT(cut, 20U) << name;
   }
@@ -341,6 +348,34 @@ TEST_F(ServerTest, SaysWhatIsWrongWhileItIsOpen) {
       EXPECT_EQ(Answer(company, entry), right);
     }
   }
+}
+
+// What was being asked when Ctrl-C came does not stay behind on the server.
+TEST_F(ServerTest, CtrlCCancelsWhatIsAsked) {
+  const std::string database = Sample();
+  const Session lock(server_.Uri(database));
+  (void)lock.Execute("BEGIN; LOCK TABLE COGPrimeNoteTeste");
+  const auto waiting = [&] {
+    return server_.Execute(database,
+                           "SELECT count(*) FROM pg_stat_activity WHERE datname = "
+                           "current_database() AND application_name = 'kalcogcheck'");
+  };
+  std::atomic<bool> ended = false;
+  std::thread program([&] {
+    (void)!std::system(("timeout -s INT 1 " KAL_HOST_PROGRAM " check --company '" +
+                        server_.Uri(database) +
+                        "' " KAL_SOURCE_DIR "/host/samples/acquisto-merci.json 2>/dev/null")
+                           .c_str());
+    ended = true;
+  });
+  bool waited = false;
+  for (int i = 0; i < 400 && (!ended || waiting() != "0"); ++i) {
+    waited = waited || waiting() == "1";
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  program.join();
+  EXPECT_TRUE(waited);
+  EXPECT_EQ(waiting(), "0");
 }
 
 // What is no company, or not to be had.

@@ -1,5 +1,6 @@
 #include "company/postgres/ServerCompany.h"
 
+#include <chrono>
 #include <vector>
 
 #include "company/DataError.h"
@@ -43,8 +44,9 @@ std::string FreeSchema(Postgres& server) {
   return schema;
 }
 
-// All rows of a table go over as an array for each column.
+// The rows go over many at once, as an array for each column.
 void CopyTable(const Sqlite& file, const SchemaTable& table, Postgres& server) {
+  constexpr std::size_t kRowsAtOnce = 10000;
   const std::string name(table.name);
   std::vector<Column> columns;
   std::vector<std::string> sources;
@@ -60,21 +62,21 @@ void CopyTable(const Sqlite& file, const SchemaTable& table, Postgres& server) {
         .append(TypeName(column.type))
         .append("[]");
   }
-  RowTable rows(columns);
+  const std::string insert = "INSERT INTO " + name + " SELECT * FROM unnest(" + arrays + ")";
   SqliteStatement stored(file, "SELECT " + names + " FROM " + QuoteName(name));
-  while (stored.Step()) {
-    rows.AddRowOf([&](std::size_t column) {
-      return stored.Value(static_cast<int>(column), columns[column].type, sources[column]);
-    });
+  for (bool more = stored.Step(); more;) {
+    RowTable rows(columns);
+    for (; more && rows.RowCount() < kRowsAtOnce; more = stored.Step()) {
+      rows.AddRowOf([&](std::size_t column) {
+        return stored.Value(static_cast<int>(column), columns[column].type, sources[column]);
+      });
+    }
+    std::vector<PostgresValue> values;
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+      values.emplace_back(ToArray(rows, column));
+    }
+    (void)server.Execute(insert, values);
   }
-  if (rows.RowCount() == 0) {
-    return;
-  }
-  std::vector<PostgresValue> values;
-  for (std::size_t column = 0; column < columns.size(); ++column) {
-    values.emplace_back(ToArray(rows, column));
-  }
-  (void)server.Execute("INSERT INTO " + name + " SELECT * FROM unnest(" + arrays + ")", values);
 }
 
 MadeOnServer Make(const std::string& uri, const Sqlite& from) {
@@ -101,7 +103,11 @@ MadeOnServer CreateServerCompany(const std::string& uri, bool withSample) {
 }
 
 MadeOnServer CopyToServer(const std::string& file, const std::string& uri) {
-  return Make(uri, Sqlite(ExistingCompanyFile(file), Sqlite::Access::Read));
+  constexpr Patience kAsLongAsItTakes{.forAnswer = std::chrono::hours(24)};
+  Sqlite from(ExistingCompanyFile(file), Sqlite::Access::Read, kAsLongAsItTakes);
+  RequireCompany(from);
+  from.Execute("BEGIN");  // one state of all tables
+  return Make(uri, from);
 }
 
 }  // namespace kal::company
