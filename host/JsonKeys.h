@@ -20,8 +20,7 @@ namespace kal::host {
 struct JsonKeyList {
   std::uint64_t number = 0;
   std::string key;
-  std::string
-      quoted;  // the key and the quote behind it; "" when JSON escapes some of its characters
+  std::string quoted;  // the key and the quote behind it; "" when JSON escapes a part of the key
   JsonKeyList* before = nullptr;       // nullptr for the list without keys
   JsonKeyList* latest = nullptr;       // what it last became with one more key
   bool examined = false;               // whether it is known which key it has twice:
