@@ -478,7 +478,7 @@ TEST_F(Faults, OfTheRunnersMemory) {
   for (std::int64_t n = 0; n < 2000; ++n) {
     try {
       const ScarceMemory scarce(n, false);
-      const host::Outcome outcome = host::CheckEntry(books_.company, {text, "F", ""});
+      const host::Outcome outcome = host::CheckEntry(books_.company, {text, {"F"}});
       if (outcome.error) ++sources[outcome.error->Source()];
     } catch (const std::bad_alloc&) {  // while it was read
     }
