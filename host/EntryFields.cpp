@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "company/Schema.h"
+#include "host/PerThread.h"
 
 namespace kal::host {
 namespace {
@@ -173,7 +174,8 @@ std::span<const EntrySet> EntrySets() { return kSets; }
 std::shared_ptr<RowTable> NewRowTable(const EntrySet& set) {
   // Made once for each thread; threads that shared them would count their uses at each other's
   // cost.
-  thread_local std::array<std::shared_ptr<const RowLayout>, kSets.size()> layouts;
+  using Layouts = std::array<std::shared_ptr<const RowLayout>, kSets.size()>;
+  auto& layouts = OfThisThread<Layouts>();
   std::shared_ptr<const RowLayout>& layout = layouts[static_cast<std::size_t>(&set - kSets.data())];
   if (layout == nullptr) {
     std::vector<Column> columns;

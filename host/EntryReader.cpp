@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "host/JsonText.h"
+#include "host/PerThread.h"
 
 namespace kal::host {
 namespace {
@@ -314,7 +315,7 @@ void ReadHead(const JsonReading& json, EntryReading& reading) {
 // Reads one entry after the other, each with what was learnt from those before it.
 class Reader {
  public:
-  explicit Reader(const Limits& limits) : limits_(limits), json_(limits.json) {}
+  explicit Reader(const Limits& limits = {}) : limits_(limits), json_(limits.json) {}
 
   [[nodiscard]] const Limits& Allowed() const { return limits_; }
 
@@ -381,7 +382,7 @@ bool HasEntryKey(const JsonValue& value) {
 }
 
 EntryReading ReadEntry(std::string_view text, const Limits& limits) {
-  thread_local Reader reader(limits);
+  auto& reader = OfThisThread<Reader>();
   if (reader.Allowed() != limits) {
     reader = Reader(limits);
   }

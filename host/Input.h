@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "host/EntryFile.h"
+#include "host/TryTwice.h"
 #include "host/Workers.h"
 
 namespace kal::host {
@@ -63,7 +64,9 @@ class Input {
       }
       const std::string& file = files_[opened_++];
       try {
-        if (Said why = Open(file); !why.IsEmpty()) {
+        Said why;
+        TryTwice([&] { why = Open(file); });
+        if (!why.IsEmpty()) {
           return Asked{{.place = {file}, .error = std::move(why)}, bytesBefore_};
         }
       } catch (const std::bad_alloc&) {
