@@ -897,6 +897,10 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   Write("BEGIN EXCLUSIVE; DELETE FROM KalMessaggi");
   fs::copy_file(file_, Path("a metà.db"));
   fs::copy_file(file_ + "-journal", Path("a metà.db-journal"));
+  std::ofstream(Path("a metà con log.db"))
+      << std::string(before).replace(18, 2, "\2\2");  // it has a log
+  std::ofstream(Path("a metà con log.db-wal")) << "log";
+  fs::create_symlink("/", Path("a metà con log.db-shm"));  // nothing can be made in its place
   const std::string asked = ask();
   const std::string begun = begin();
   // The first question waits, the others know.
@@ -913,6 +917,7 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
       failure("altro.db", " is no company of this program"),
       failure("futuro.db", " was made by a later version of this program"),
       failure("a metà.db", " was left in the middle of a change by a program that broke off (*"),
+      failure("a metà con log.db", " was left with changes that are not in it yet (*"),
       {"vista.db", open(Path("vista.db")),
        "-2147467259: In " + Path("vista.db") + " cogScadenze is a view, not a table"},
       {"senza tavola.db", open(Path("senza tavola.db")),
@@ -987,14 +992,17 @@ TEST_F(CompanyTest, VerifyFindsEveryFlaw) {
       {"INSERT INTO STDIva (CodIva, TipoIntra) VALUES ('4', '1.5'), ('5', 'x')",
        "6 STDIva.TipoIntra 4;6 STDIva.TipoIntra 5;"},
       {"UPDATE STDEsercizi SET DataFine = '31/12/2023' WHERE CodEsercizio = 1",
-       "6 STDEsercizi.DataFine 1;9 STDEsercizi.CodEsercizio 0;"},
-      {"INSERT INTO STDIva (CodIva) VALUES ('10')", "7 STDIva.CodIva 0;"},
+       "6 STDEsercizi.DataFine 1;10 STDEsercizi.CodEsercizio 0;"},
+      {"INSERT INTO STDParametriAzienda VALUES ('BloccoInviatoSDI', 'forse'), "
+       "('DataInizioSplitPayment', '1/1/2015'), ('CodDivisaBase', 'forse')",
+       "7 STDParametriAzienda.Valore 1;7 STDParametriAzienda.Valore 2;"},
+      {"INSERT INTO STDIva (CodIva) VALUES ('10')", "8 STDIva.CodIva 0;"},
       {"UPDATE STDEsercizi SET DataFine = '2022-12-31' WHERE CodEsercizio = 1",
-       "8 STDEsercizi.DataInizio,DataFine 0;"},
+       "9 STDEsercizi.DataInizio,DataFine 0;"},
       {"UPDATE STDEsercizi SET DataInizio = '2023-12-31' WHERE CodEsercizio = 2",
-       "9 STDEsercizi.CodEsercizio 0;"},
+       "10 STDEsercizi.CodEsercizio 0;"},
       {"UPDATE KalMessaggi SET Testo = '' WHERE Codice = 10492 AND Lingua = 'en'",
-       "10 KalMessaggi.Testo 0;"},
+       "11 KalMessaggi.Testo 0;"},
   };
   for (const auto& [sql, expected] : rows) {
     WriteUnchecked(sql);

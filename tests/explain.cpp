@@ -60,7 +60,7 @@ TEST(Explain, FindingsSayWhereTheyWereMade) {
   OpenedCompany books(kBooks);
   for (const auto& row : rows) {
     const std::string entry = EntryText(row.kind, row.changes);
-    const json result = json::parse(ToJson(CheckEntry(books.company, {entry, "F", ""})));
+    const json result = json::parse(ToJson(CheckEntry(books.company, {entry, {"F"}})));
     EXPECT_NE(result.at("findings").dump().find(row.finding), std::string::npos)
         << row.changes << "\n"
         << result.at("findings").dump();
@@ -106,7 +106,7 @@ TEST(Explain, TheTreeShowsTheDecisionInOrder) {
   company::Company company(file.Text(), "en");
   for (const auto& [changes, tree] : rows) {
     const std::string entry = EntryText("giroconto", changes);
-    const Outcome outcome = CheckEntry(company, {entry, "F", ""}, Detail::FindingsAndSteps);
+    const Outcome outcome = CheckEntry(company, {entry, {"F"}}, Detail::FindingsAndSteps);
     // The list of what was not reached goes on with the rows of the order, whatever they are.
     const std::string shown = ExplainTree(outcome, {Language::English, false});
     const std::string_view expected(tree);
@@ -164,7 +164,7 @@ TEST(Explain, TheProgramExplains) {
       {{"explain", "TrasmessoSdi", "--lang", "en"}, "", 0, "- TrasmessoSdi\n  Warning! ", ""},
       {{"explain", "10753"}, "", 0, "attività IVA separate", ""},
       {{"explain", "--list"}, "", 0, "\n10492 SbilancioVB ", ""},
-      {{"explain", "10499"}, "", 2, "", "there is no message 10499"},
+      {{"explain", "10499"}, "", 2, "", "non c'è un messaggio 10499"},
       {{"explain"}, "", 2, "", "--list"},
       {{"check", "--company", company, "--explain", "-"},
        good + "\n" + good,

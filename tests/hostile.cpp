@@ -204,12 +204,12 @@ TEST(BrokenCompany, TheOtherEntriesAreAnswered) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.breakIt);
     OpenedCompany books(row.breakIt);
-    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup, "", ""}).result);
-    const host::Outcome broken = host::CheckEntry(books.company, {kJournal, "", ""});
+    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup}).result);
+    const host::Outcome broken = host::CheckEntry(books.company, {kJournal});
     ASSERT_TRUE(broken.error);
     EXPECT_NE(broken.error->Description().find(row.what), std::string::npos);
     EXPECT_NE(broken.error->Description().find(row.which), std::string::npos);
-    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup, "", ""}).result);
+    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup}).result);
   }
 }
 
@@ -285,8 +285,9 @@ TEST(StoppedHost, LeavesWholeLines) {
   EXPECT_GE(std::ranges::count(recorded, '\n'), count);
   EXPECT_TRUE(recorded.ends_with("}}\n"));
   EXPECT_FALSE(WIFEXITED(status) && WEXITSTATUS(status) < 2) << status;
-  const std::string closed = "(" KAL_HOST_PROGRAM " check --json --company " + file.Text() + " " +
-                             in.string() + " 2>" + out.string() + "; exit $?) | true";
+  const std::string closed = "(" KAL_HOST_PROGRAM " check --json --lang en --company " +
+                             file.Text() + " " + in.string() + " 2>" + out.string() +
+                             "; exit $?) | true";
   EXPECT_EQ(std::system(("bash -c 'set -o pipefail; " + closed + "'").c_str()), 2 << 8);
   EXPECT_NE(Bytes(out).find("can't be written"), std::string::npos);
   fs::remove(in);

@@ -312,7 +312,7 @@ Checked::Checked(Siblings& siblings, const std::string& entryText) : checker(sib
   json.erase("lacks");
   host::EntryReading reading = host::ReadEntry(json.dump());
   if (!reading.entry) {
-    throw std::invalid_argument(reading.error + " in " + entryText);
+    throw std::invalid_argument(reading.error.english + " in " + entryText);
   }
   entry = *std::move(reading.entry);
   lacks.empty() ? Hand() : HandAsAnotherHost();

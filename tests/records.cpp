@@ -84,7 +84,7 @@ TEST_F(Records, TellsWhatIsDifferent) {
       {"a question", 0, "[\"GestisciPNInfragruppo\"]", "[\"Gestisci\"]",
        "domanda non registrata: CompanySettings.Setting 'GestisciPNInfragruppo'\n"},
       {"a trail", 1, "\\r\\nKal_COGCheck.KalCOGCheck.OkAggiorna", "", "allora: error 91: Object"},
-      {"the entry", 1, "\"id\":8}", "\"id\":8,\"x\":1}", "the entry: unknown key \"x\""},
+      {"the entry", 1, "\"id\":8}", "\"id\":8,\"x\":1}", "contabile: chiave sconosciuta \"x\""},
       {"the version", 1, "\"recording\":1", "\"recording\":2", "it is of the version 2"},
       {"a key", 1, "\"result\"", "\"resulted\"", "it has an unknown key \"resulted\""},
       {"no key", 1, "\"recording\":1,", "", "it has no \"recording\""},
@@ -101,11 +101,11 @@ TEST_F(Records, TellsWhatIsDifferent) {
     const std::size_t at = line.find(row.from);
     ASSERT_NE(at, std::string::npos) << line;
     line.replace(at, row.from.size(), row.to);
-    const Replayed replayed = Replay({line, "F line 3", ""});
+    const Replayed replayed = Replay({line, {"F", 3}});
     const std::string block = ToBlock(replayed, {});
     EXPECT_EQ(block.empty(), *row.said == '\0') << block;
     EXPECT_NE(block.find(row.said), std::string::npos) << block << line;
-    EXPECT_TRUE(block.empty() || block.starts_with("F line 3")) << block;
+    EXPECT_TRUE(block.empty() || block.starts_with("F riga 3")) << block;
     const int status = replayed.again == Again::Unreadable ? 2 : block.empty() ? 0 : 1;
     const HostRun run = RunHost({"replay", "--json", "-"}, lines[0] + "\n\n" + line + '\n');
     EXPECT_EQ(run.status, status);
@@ -121,9 +121,9 @@ TEST_F(Records, RefusesWhatWasCutOff) {
                                "\"2024-03-15\",1,1]}\n")
                                .at(0);
   for (std::size_t end = 1; end < line.size(); ++end) {
-    const Replayed replayed = Replay({line.substr(0, end), "F line 3", ""});
+    const Replayed replayed = Replay({line.substr(0, end), {"F", 3}});
     ASSERT_EQ(replayed.again, Again::Unreadable) << end;
-    ASSERT_FALSE(replayed.error.empty()) << end;
+    ASSERT_FALSE(replayed.error.IsEmpty()) << end;
   }
   const HostRun run = RunHost({"replay", "--lang", "en", "-"}, line + '\n' + line.substr(0, 300));
   EXPECT_EQ(run.status, 2);

@@ -51,7 +51,7 @@ TEST(Threads, WaitForALockThatEndsSoon) {
   });
   company::Company company(file.Text());
   const char* const journal = R"({"operation":"LibroGiornaleStampato","arguments":["2024-03-15"]})";
-  EXPECT_TRUE(host::CheckEntry(company, {journal, "", ""}).result);
+  EXPECT_TRUE(host::CheckEntry(company, {journal}).result);
   writer.join();
   sqlite3_close(db);
 }
@@ -75,7 +75,7 @@ TEST(Threads, EachSeeOneStateOfTheBooks) {
   const auto check = [&] {
     company::Company company(file.Text());
     for (int i = 0; i < 60 || ((calmSeen == 0 || busySeen == 0) && i < 100'000); ++i) {
-      const host::Outcome outcome = host::CheckEntry(company, {text, "", ""});
+      const host::Outcome outcome = host::CheckEntry(company, {text});
       const bool findings = !outcome.errString.empty();
       EXPECT_FALSE(outcome.error) << outcome.error->Description();
       // Journal, register and VAT code, and the lock: all or none.
@@ -165,6 +165,7 @@ TEST(Threads, DecideRecordedSamplesAgainAsTheyWere) {
   for (std::string answer, line; std::getline(answers, answer);) {
     if (!json::parse(answer)["error"].contains("input")) {
       ASSERT_TRUE(std::getline(lines, line));
+      answer.replace(answer.find(",\"place\":{"), answer.size(), "}");  // that is no decision
       EXPECT_EQ(host::ReadRecording(line).recording.value().result, answer);
       ++decided;
     }
