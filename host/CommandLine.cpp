@@ -5,10 +5,13 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <memory>
 #include <numeric>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -17,9 +20,11 @@
 #include "company/Company.h"
 #include "company/Schema.h"
 #include "company/Verify.h"
+#include "host/Baseline.h"
 #include "host/EntryFile.h"
 #include "host/ExplainPages.h"
 #include "host/FlawReport.h"
+#include "host/HtmlReport.h"
 #include "host/Input.h"
 #include "host/Interrupt.h"
 #include "host/Progress.h"
@@ -45,7 +50,10 @@ struct Options {
   std::string page;  // of explain: a code or a name
   bool listPages = false;
   std::string language = "it";
-  std::string recording;  // of check: the file to write
+  std::string recording;    // of check: the file to write
+  std::string report;       // likewise
+  std::string baseline;     // of check: what is accepted
+  std::string newBaseline;  // of check: the file to write
   bool onlyProblems = false;
   std::string failOn = "warning";
   unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
@@ -180,6 +188,9 @@ class CheckRun final : public Answering<EntryFile> {
   CheckRun(const Options& options, const Streams& streams)
       : Answering(options, streams), workers_(options.jobs) {
     workers_.front().company.emplace(options.company, options.language);
+    if (!options.baseline.empty()) {
+      baseline_.emplace(options.baseline);
+    }
   }
 
   int Check() {
@@ -187,15 +198,18 @@ class CheckRun final : public Answering<EntryFile> {
       recording_.emplace(options_.recording);
       ComplainOfRecording();
     }
+    if (!options_.report.empty()) {
+      report_.emplace(style_.language);
+    }
     AnswerAll();
     const bool allPass = std::ranges::all_of(tally_, [this](const auto& given) {
-      return IsTrue(given.first) ||
+      return Passes(given.first) ||
              (given.first == Verdict::ToConfirm && options_.failOn == "error");
     });
     const int status = tally_.contains(Verdict::Unchecked) || recordingFailed_ ? kExitTrouble
                        : allPass                                               ? kExitAllTrue
                                                                                : kExitSomeFalse;
-    return End(ToSummary(tally_, style_.language), status);
+    return WriteFiles(End(ToSummary(tally_, style_.language), status));
   }
 
  private:
@@ -209,23 +223,29 @@ class CheckRun final : public Answering<EntryFile> {
 
   Answered Answer(std::size_t worker, const EntryText& text) override {
     Worker& own = workers_[worker];
-    company::Company& company = *own.company;
     HoldBooks(own);
-    const Detail detail = options_.explain ? Detail::FindingsAndSteps : Detail::Findings;
-    if (!recording_) {
-      const Outcome outcome = CheckEntry(company, text, detail);
-      LetBooksGo(own, outcome);
-      return {Place(outcome), Shown(outcome)};
+    const bool withSteps = options_.explain || (report_ && report_->MostAreListed());
+    const Detail detail = withSteps ? Detail::FindingsAndSteps : Detail::Findings;
+    own.conversation.clear();
+    Outcome outcome =
+        CheckEntry(*own.company, text, detail, recording_ ? &own.conversation : nullptr);
+    Answered answer;
+    if (recording_ && outcome.isDecided) {
+      AppendRecording(answer.recording, text.text, own.conversation, ToJson(outcome));
     }
-    records::Conversation& conversation = own.conversation;
-    conversation.clear();
-    const Outcome outcome = CheckEntry(company, text, detail, &conversation);
+    if (baseline_ || !options_.newBaseline.empty()) {
+      answer.baseline = BaselineLines(outcome);
+    }
+    if (baseline_) {
+      baseline_->Mark(outcome, answer.baseline);
+    }
+    answer.verdict = Place(outcome);
+    answer.text = Shown(outcome);
+    if (report_) {
+      answer.page = std::make_shared<PageEntry>(
+          report_->Note(outcome, [&] { return CheckAgain(*own.company, *outcome.entry); }));
+    }
     LetBooksGo(own, outcome);
-    const std::string result = ToJson(outcome);
-    Answered answer{Place(outcome), Shown(outcome)};
-    if (outcome.isDecided) {
-      AppendRecording(answer.recording, text.text, conversation, result);
-    }
     return answer;
   }
 
@@ -273,11 +293,11 @@ class CheckRun final : public Answering<EntryFile> {
   [[nodiscard]] static std::size_t Place(const Outcome& outcome) {
     return static_cast<std::size_t>(VerdictOf(outcome));
   }
-  [[nodiscard]] static bool IsTrue(Verdict verdict) {
-    return verdict == Verdict::Free || verdict == Verdict::Yes;
+  [[nodiscard]] static bool Passes(Verdict verdict) {
+    return verdict == Verdict::Free || verdict == Verdict::Yes || verdict == Verdict::Accepted;
   }
   [[nodiscard]] std::string Shown(const Outcome& outcome) const {
-    if (options_.onlyProblems && IsTrue(VerdictOf(outcome))) {
+    if (options_.onlyProblems && Passes(VerdictOf(outcome))) {
       return {};
     }
     if (options_.json) {
@@ -292,11 +312,29 @@ class CheckRun final : public Answering<EntryFile> {
     for (const Answered& answer : answers) {
       ++tally_[static_cast<Verdict>(answer.verdict)];
       lines += answer.recording;
+      newBaseline_.Add(answer.baseline);
+      if (answer.page) {
+        report_->Add(*answer.page);
+      }
     }
     if (recording_) {
       recording_->Write(lines);
       ComplainOfRecording();
     }
+  }
+
+  // What a whole run came to; nothing of one whose answers could not be written.
+  [[nodiscard]] int WriteFiles(int status) const {
+    std::string why;
+    if (report_ && streams_.out) {
+      why = report_->Write(options_.report, options_.files, options_.company);
+      status = why.empty() ? status : Complain(streams_, why);
+    }
+    if (!options_.newBaseline.empty() && streams_.out) {
+      why = newBaseline_.Write(options_.newBaseline);
+      status = why.empty() ? status : Complain(streams_, why);
+    }
+    return status;
   }
 
   // Once; the answers go on.
@@ -311,6 +349,9 @@ class CheckRun final : public Answering<EntryFile> {
   std::vector<Worker> workers_;  // each used on its own thread alone
   std::optional<RecordingTarget> recording_;
   bool recordingFailed_ = false;
+  std::optional<HtmlReport> report_;
+  std::optional<Baseline> baseline_;
+  NewBaseline newBaseline_;
   Tally tally_;
 };
 
@@ -358,14 +399,31 @@ int Init(const Options& options, const Streams& streams) {
   return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
 }
 
-int Check(const Options& options, const Streams& streams) {
-  for (const std::string& file : options.files) {
-    if (IsSameFile(options.recording, file)) {
-      return Complain(streams, "the recording would take the place of " + file);
+// What a file that check writes would take the place of; "" where all are new or its own.
+std::string WrittenOver(const Options& options) {
+  const std::pair<std::string_view, const std::string&> written[] = {
+      {"recording", options.recording},
+      {"report", options.report},
+      {"new baseline", options.newBaseline}};
+  std::vector<std::string> used = options.files;
+  used.push_back(options.company);
+  for (const auto& [what, path] : written) {
+    for (const std::string& file : used) {
+      if (IsSameFile(path, file)) {
+        return "the " + std::string(what) + " would take the place of " + file;
+      }
     }
+    used.push_back(path);
   }
-  if (IsSameFile(options.recording, options.company)) {
-    return Complain(streams, "the recording would take the place of " + options.company);
+  return IsSameFile(options.report, options.baseline) ||
+                 IsSameFile(options.recording, options.baseline)
+             ? "the baseline " + options.baseline + " would be written over"
+             : "";
+}
+
+int Check(const Options& options, const Streams& streams) {
+  if (const std::string why = WrittenOver(options); !why.empty()) {
+    return Complain(streams, why);
   }
   std::optional<CheckRun> run;
   try {
@@ -373,6 +431,8 @@ int Check(const Options& options, const Streams& streams) {
   } catch (const RunTimeError& error) {
     return Complain(streams,
                     "can't open the company " + options.company + ": " + error.Description());
+  } catch (const std::runtime_error& error) {
+    return Complain(streams, error.what());
   }
   return run->Check();
 }
@@ -486,6 +546,12 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   AddJobs(*check, options, "Entries");
   check->add_option("--record", options.recording,
                     "Write every decision down here, to be replayed; holds company data");
+  check->add_option("--report", options.report,
+                    "Write the run down here as one HTML page to look at; holds company data");
+  check->add_option("--baseline", options.baseline,
+                    "Findings accepted earlier, which count no longer");
+  check->add_option("--write-baseline", options.newBaseline,
+                    "Write the findings of this run down here, to be accepted from now on");
   check->add_flag("--only-problems", options.onlyProblems,
                   "Leave out the entries that answered True");
   check

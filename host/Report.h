@@ -20,9 +20,13 @@ enum class Verdict {
   Yes,        // a lookup's answer; a number counts as yes
   No,
   Unchecked,  // not read, or a run-time error
+  Accepted,   // answered False with nothing but findings of the baseline
 };
 
 [[nodiscard]] Verdict VerdictOf(const Outcome& outcome);
+// "blocked", for one entry or for many; "duplicate document warning".
+[[nodiscard]] std::string VerdictWords(Verdict verdict, std::size_t count, Language language);
+[[nodiscard]] std::string KindWords(ResultString string, Language language);
 
 // One JSON object on one line, without the line end.
 [[nodiscard]] std::string ToJson(const Outcome& outcome);

@@ -136,6 +136,20 @@ void Run(const Entry& entry, Outcome& outcome, Decide decide) {
   }
 }
 
+void DecideIn(company::Company& company, const Entry& entry, Detail detail,
+              records::Conversation* conversation, Outcome& outcome) {
+  Run(entry, outcome, [&](const Sets& sets) {
+    const company::Company::Reading books(company);
+    const auto temporaryTable = MakeTemporaryTable(company, entry);
+    std::optional<records::Recorder> recorder;
+    Siblings* siblings = &company.Siblings();
+    if (conversation != nullptr) {
+      siblings = &recorder.emplace(*siblings, *conversation);
+    }
+    DecideOver(*siblings, entry, sets, detail, outcome);
+  });
+}
+
 }  // namespace
 
 Outcome CheckEntry(company::Company& company, const EntryText& text, Detail detail,
@@ -146,18 +160,17 @@ Outcome CheckEntry(company::Company& company, const EntryText& text, Detail deta
     outcome.inputError = text.error;
     return outcome;
   }
-  if (const std::optional<Entry> entry = Begin(text.text, outcome)) {
-    Run(*entry, outcome, [&](const Sets& sets) {
-      const company::Company::Reading books(company);
-      const auto temporaryTable = MakeTemporaryTable(company, *entry);
-      std::optional<records::Recorder> recorder;
-      Siblings* siblings = &company.Siblings();
-      if (conversation != nullptr) {
-        siblings = &recorder.emplace(*siblings, *conversation);
-      }
-      DecideOver(*siblings, *entry, sets, detail, outcome);
-    });
+  if (std::optional<Entry> entry = Begin(text.text, outcome)) {
+    DecideIn(company, *entry, detail, conversation, outcome);
+    outcome.entry = std::move(entry);
   }
+  return outcome;
+}
+
+Outcome CheckAgain(company::Company& company, const Entry& entry) {
+  Outcome outcome;
+  outcome.isCheck = entry.operation->isCheck;
+  DecideIn(company, entry, Detail::FindingsAndSteps, nullptr, outcome);
   return outcome;
 }
 
