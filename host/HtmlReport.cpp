@@ -398,9 +398,9 @@ class PageMaker {
     return row;
   }
 
-  // 0 none, 4 at least a quarter.
+  // 0 none, 4 the worst; the template's legend says the same.
   [[nodiscard]] static int Heat(const HtmlReport::Cell& cell) {
-    constexpr std::array<std::size_t, 3> kBounds = {3, 10, 25};  // of a hundred
+    constexpr std::array<std::size_t, 3> kBounds = {2, 5, 15};  // of a hundred
     if (cell.problems == 0) {
       return 0;
     }

@@ -88,6 +88,10 @@ class Browser:
     def open(self, page):
         self.tell("/url", {"url": Path(page).resolve().as_uri()})
 
+    def leave(self):
+        """An empty page."""
+        self.tell("/url", {"url": "about:blank"})
+
     def run(self, script, *arguments):
         return self.tell("/execute/sync", {"script": script, "args": list(arguments)})
 
