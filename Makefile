@@ -3,13 +3,16 @@
 # make test-windows   the same for the Windows automation server, under Wine
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
+# make report    makes a plausible year of 2,000 entries, and the page of its check: build/report.html
+# make pictures  takes the README's pictures of that page
 # make docs   writes the lists of docs/, and what every operation asks, as the code states them
 # make fuzz   ten minutes of fuzzing a target
 # make million   a million checks in one process
 # make clean  removes what was built
 
 PACKAGES := g++ cmake ninja-build libsqlite3-dev libsimdjson-dev nlohmann-json3-dev \
-  libcli11-dev libgtest-dev
+  libcli11-dev libkainjow-mustache-dev nettle-dev libgtest-dev
+TEST_PACKAGES := chromium chromium-driver python3
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev ledger
@@ -18,8 +21,10 @@ SOURCES = $(shell git ls-files '*.h' '*.cpp')
 ANALYSED = $(filter-out server/% tests/windows/% fuzz/%,$(filter %.cpp,$(SOURCES)))
 COMPANY := build/sample.db
 
-.PHONY: run test test-windows lint docs bench fuzz million build deps deps-lint \
-  deps-bench deps-fuzz clean
+YEAR := build/year.db build/year.jsonl
+
+.PHONY: run report pictures test test-windows lint docs bench fuzz million build deps deps-test \
+  deps-lint deps-bench deps-fuzz clean
 
 run: build
 	rm -f $(COMPANY)
@@ -28,13 +33,25 @@ run: build
 	  status=$$?; echo; echo "kalcogcheck ended with status $$status (1: at least one entry was not free)"; \
 	  test $$status -le 1
 
+report: build
+	@tools/install-missing python3
+	rm -f $(YEAR)
+	build/release/kalcogcheck init build/year.db --sample
+	tools/plausible-year 2024 2000 build/year.db host/samples >build/year.jsonl
+	build/release/kalcogcheck check --company build/year.db --only-problems \
+	  --report build/report.html build/year.jsonl | tail -n 1
+	@echo "the page: build/report.html"
+
+pictures: report deps-test
+	timeout 120 tools/pictures build/report.html docs/pictures
+
 build: deps
 	cmake --preset release -DBUILD_TESTING=OFF
 	cmake --build --preset release
 
 # The release tests, then the same under the address and undefined-behaviour sanitizers, then what
 # runs in several threads under the thread sanitizer.
-test: deps
+test: deps-test
 	cmake --preset release -DBUILD_TESTING=ON
 	cmake --build --preset release
 	cmake --preset debug
@@ -73,6 +90,9 @@ bench: deps-bench
 
 deps:
 	@tools/install-missing $(PACKAGES)
+
+deps-test:
+	@tools/install-missing $(PACKAGES) $(TEST_PACKAGES)
 
 deps-lint:
 	@tools/install-missing $(PACKAGES) $(LINT_PACKAGES)
