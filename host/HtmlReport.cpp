@@ -116,8 +116,8 @@ std::string CodeText(const Message& message) {
 bool HtmlReport::MostAreListed() const { return listed_ < kMostListed && listed_ * 2 > entries_; }
 
 PageEntry HtmlReport::Note(const Outcome& outcome, const std::function<Outcome()>& explain) const {
-  // Answers come in order: when so many are listed, they stand before this one.
-  return MakePageEntry(outcome, language_, listed_ < kMostListed, explain);
+  // Answers come in order: when the list is full, it is so with entries before this one.
+  return MakePageEntry(outcome, language_, !full_, explain);
 }
 
 void HtmlReport::Add(const PageEntry& entry) {
@@ -134,9 +134,9 @@ void HtmlReport::Add(const PageEntry& entry) {
     ++count.findings;
     count.entries += std::find(entry.messages.begin(), message, *message) == message ? 1U : 0U;
   }
-  if (entry.isProblem && listed_ < kMostListed) {
+  if (entry.isProblem && !full_) {
     List(entry);
-    ++listed_;
+    full_ = ++listed_ == kMostListed || bytes_ >= kMostListedBytes;
   }
 }
 
@@ -148,6 +148,7 @@ void HtmlReport::List(const PageEntry& entry) {
     if (found == places.end()) {
       found = places.emplace(line.text, lines_.size()).first;
       lines_.push_back({line.kind, &found->first});
+      bytes_ += line.text.size();
     }
     json += std::to_string(line.depth);
     json += ',';
@@ -159,6 +160,7 @@ void HtmlReport::List(const PageEntry& entry) {
   }
   json += "]}";
   list_.push_back(ForScript(std::move(json)));
+  bytes_ += list_.back().size();
 }
 
 // The years of the calendar: those with the most entries, in order.
@@ -170,6 +172,7 @@ std::vector<int> HtmlReport::YearsShown() const {
     }
   }
   std::vector<int> years;
+  years.reserve(entries.size());
   for (const auto& [year, count] : entries) {
     years.push_back(year);
   }
@@ -204,7 +207,8 @@ class PageMaker {
   }
 
  private:
-  mustache::data Values(const std::vector<std::string>& files, const std::string& company) const {
+  [[nodiscard]] mustache::data Values(const std::vector<std::string>& files,
+                                      const std::string& company) const {
     mustache::data values;
     values.set("lang", language_ == Language::Italian ? "it" : "en");
     values.set("style", std::string(report::kStyle));
@@ -236,7 +240,7 @@ class PageMaker {
     if (const HtmlReport::Cell other = OtherYears(); other.entries > 0) {
       values.set("otherYears", CellText(other));
     }
-    if (report_.problems_ > kMostListed) {
+    if (report_.problems_ > report_.listed_) {
       values.set("cut", Cut());
     }
     return values;
@@ -250,7 +254,7 @@ class PageMaker {
   }
 
   [[nodiscard]] std::string Cut() const {
-    const std::string most = Number(kMostListed);
+    const std::string most = Number(report_.listed_);
     const std::string all = Number(report_.problems_);
     return language_ == Language::Italian
                ? "L'elenco tiene le prime " + most + " delle " + all +

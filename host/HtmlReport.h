@@ -22,6 +22,8 @@
 namespace kal::host {
 
 inline constexpr std::size_t kMostListed = 5000;
+// Of the list in all; entries with long texts reach it before they are so many.
+inline constexpr std::size_t kMostListedBytes = std::size_t{64} << 20U;
 
 class HtmlReport {
  public:
@@ -69,6 +71,8 @@ class HtmlReport {
   std::map<int, Month> months_;                   // as PageEntry counts them
   Cell undated_;
   std::atomic<std::size_t> listed_{0};
+  std::atomic<bool> full_{false};
+  std::size_t bytes_ = 0;          // of what follows
   std::vector<std::string> list_;  // JSON, ready for the page
   // The lines of all trees, each once; a tree holds their places.
   struct Line {

@@ -84,7 +84,9 @@
     const remedied = new Set();
     for (const [message, kind, text, set, row] of byLine(entry.findings)) {
       const [code, , remedy] = data.messages[message];
-      const where = set ? `${columnName(set)}, ${words.row.toLowerCase()} ${row}: ` : "";
+      // Many messages name the row themselves.
+      const named = new RegExp(`^\\D{1,20}\\b${row}\\b`).test(text);
+      const where = !set ? "" : columnName(set) + (named ? ": " : `, ${words.line} ${row}: `);
       const item = element("li", { class: kind === 0 ? "finding error" : "finding warning" },
         element("span", { class: "kind" }, data.kinds[kind]),
         element("span", { class: "said" },
