@@ -59,7 +59,6 @@ class HtmlReport {
   };
 
   void List(const PageEntry& entry);
-  [[nodiscard]] std::string Data() const;
   [[nodiscard]] std::vector<int> YearsShown() const;
   friend class PageMaker;
 

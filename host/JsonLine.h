@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -15,6 +16,8 @@ namespace kal::host {
 
 class JsonLine {
  public:
+  JsonLine() { text_.reserve(kUsual); }
+
   // A key, one of ours that needs no escapes.
   JsonLine& Key(std::string_view key) {
     Separate();
@@ -68,10 +71,12 @@ class JsonLine {
 
  private:
   void Separate() {
-    if (!text_.empty() && std::string_view("{[:").find(text_.back()) == std::string_view::npos) {
+    if (!text_.empty() && text_.back() != '{' && text_.back() != '[' && text_.back() != ':') {
       text_ += ',';
     }
   }
+
+  static constexpr std::size_t kUsual = 1024;  // room for an answer with few findings
 
   std::string text_;
 };
