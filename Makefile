@@ -3,6 +3,8 @@
 # make test-windows   the same for the Windows automation server, under Wine
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
+# make report    makes a plausible year of 2,000 entries, and the page of its check: build/report.html
+# make pictures  takes the README's pictures of that page
 # make docs   writes the lists of docs/, and what every operation asks, as the code states them
 # make torture   minutes: calls to the system and allocations fail one by one, companies are damaged
 # make fuzz   ten minutes of fuzzing a target
@@ -10,8 +12,8 @@
 # make clean  removes what was built
 
 PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
-  libcli11-dev libgtest-dev
-TEST_PACKAGES := postgresql python3
+  libcli11-dev libkainjow-mustache-dev nettle-dev libgtest-dev
+TEST_PACKAGES := postgresql chromium chromium-driver python3
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev ledger postgresql
@@ -20,7 +22,9 @@ SOURCES = $(shell git ls-files '*.h' '*.cpp')
 ANALYSED = $(filter-out server/% tests/windows/% fuzz/%,$(filter %.cpp,$(SOURCES)))
 COMPANY := build/sample.db
 
-.PHONY: run test test-windows lint docs bench torture fuzz million build deps deps-test \
+YEAR := build/year.db build/year.jsonl
+
+.PHONY: run report pictures test test-windows lint docs bench torture fuzz million build deps deps-test \
   deps-lint deps-bench deps-fuzz clean
 
 run: build
@@ -29,6 +33,18 @@ run: build
 	@build/release/kalcogcheck check --company $(COMPANY) host/samples/*.json; \
 	  status=$$?; echo; echo "kalcogcheck ended with status $$status (1: at least one entry was not free)"; \
 	  test $$status -le 1
+
+report: build
+	@tools/install-missing python3
+	rm -f $(YEAR)
+	build/release/kalcogcheck init build/year.db --sample
+	tools/plausible-year 2024 2000 build/year.db host/samples >build/year.jsonl
+	build/release/kalcogcheck check --company build/year.db --only-problems \
+	  --report build/report.html build/year.jsonl | tail -n 1
+	@echo "the page: build/report.html"
+
+pictures: report deps-test
+	timeout 120 tools/pictures build/report.html docs/pictures
 
 build: deps
 	cmake --preset release -DBUILD_TESTING=OFF

@@ -6,11 +6,14 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <new>
 #include <numeric>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -20,9 +23,11 @@
 #include "company/Schema.h"
 #include "company/Verify.h"
 #include "company/postgres/ServerCompany.h"
+#include "host/Baseline.h"
 #include "host/EntryFile.h"
 #include "host/ExplainPages.h"
 #include "host/FlawReport.h"
+#include "host/HtmlReport.h"
 #include "host/Input.h"
 #include "host/Interrupt.h"
 #include "host/Limits.h"
@@ -52,7 +57,10 @@ struct Options {
   std::string page;  // of explain: a code or a name
   bool listPages = false;
   std::string language = "it";
-  std::string recording;  // of check: the file to write
+  std::string recording;    // of check: the file to write
+  std::string report;       // likewise
+  std::string baseline;     // of check: what is accepted
+  std::string newBaseline;  // of check: the file to write
   bool onlyProblems = false;
   std::string failOn = "warning";
   unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
@@ -226,6 +234,9 @@ class CheckRun final : public Answering<EntryFile> {
   CheckRun(const Options& options, const Streams& streams)
       : Answering(options, streams), workers_(options.jobs) {
     workers_.front().company.emplace(options.company, options.language);
+    if (!options.baseline.empty()) {
+      baseline_.emplace(options.baseline);
+    }
   }
 
   int Check() {
@@ -233,20 +244,24 @@ class CheckRun final : public Answering<EntryFile> {
       recording_.emplace(options_.recording);
       ComplainOfRecording();
     }
+    if (!options_.report.empty()) {
+      report_.emplace(style_.language);
+    }
     AnswerAll();
     bool allPass = true;
     for (std::size_t place = 0; place < tally_.size(); ++place) {
       const auto verdict = static_cast<Verdict>(place);
       const bool passes =
-          IsTrue(verdict) || (verdict == Verdict::ToConfirm && options_.failOn == "error");
+          Passes(verdict) || (verdict == Verdict::ToConfirm && options_.failOn == "error");
       allPass = allPass && (passes || tally_[place] == 0);
     }
     const bool allChecked = tally_[static_cast<std::size_t>(Verdict::Unchecked)] == 0;
     const int status = !allChecked || recordingFailed_ ? kExitTrouble
                        : allPass                       ? kExitAllTrue
                                                        : kExitSomeFalse;
-    return End(options_.json ? ToJson(tally_, status) + '\n' : ToSummary(tally_, style_.language),
-               status);
+    return WriteFiles(
+        End(options_.json ? ToJson(tally_, status) + '\n' : ToSummary(tally_, style_.language),
+            status));
   }
 
  private:
@@ -260,36 +275,37 @@ class CheckRun final : public Answering<EntryFile> {
   };
 
   Answered Answer(std::size_t worker, const EntryText& text) override {
+    Worker& own = workers_[worker];
+    const std::span<const Asked> ahead = own.ahead;
+    own.ahead = ahead.subspan(1);
     try {
-      return Checked(workers_[worker], text);
+      return Checked(own, text, ahead);
     } catch (const std::bad_alloc&) {
-      workers_[worker].books.reset();
+      own.books.reset();
       Outcome outcome;
       outcome.place = text.place;
-      return Told(WithoutMemory(std::move(outcome)));
+      return Told(own, WithoutMemory(std::move(outcome)));
     }
   }
 
-  Answered Checked(Worker& own, const EntryText& text) {
-    company::Company& company = *own.company;
-    HoldBooks(own);
-    const Detail detail = options_.explain ? Detail::FindingsAndSteps : Detail::Findings;
-    if (!recording_) {
-      Outcome outcome = CheckEntry(company, text, detail, nullptr, options_.limits);
-      LetBooksGo(own, outcome);
-      return Told(std::move(outcome));
-    }
-    records::Conversation& conversation = own.conversation;
-    conversation.clear();
-    Outcome outcome = CheckEntry(company, text, detail, &conversation, options_.limits);
-    LetBooksGo(own, outcome);
+  Answered Checked(Worker& own, const EntryText& text, std::span<const Asked> ahead) {
+    HoldBooks(own, ahead);
+    const bool withSteps = options_.explain || (report_ && report_->MostAreListed());
+    const Detail detail = withSteps ? Detail::FindingsAndSteps : Detail::Findings;
+    own.conversation.clear();
+    Outcome outcome = CheckEntry(*own.company, text, detail,
+                                 recording_ ? &own.conversation : nullptr, options_.limits);
+    const bool failed = outcome.error.has_value();
     std::string recording;
-    if (outcome.isDecided) {
-      AppendRecording(recording, text.text, conversation, ToJson(outcome));
+    if (recording_ && outcome.isDecided) {
+      AppendRecording(recording, text.text, own.conversation, ToJson(outcome));
     }
-    Answered answer = Told(std::move(outcome));
+    Answered answer = Told(own, std::move(outcome));
     if (answer.isWhole) {
       answer.recording = std::move(recording);
+    }
+    if (failed) {
+      own.books.reset();  // the database may have let the state go
     }
     return answer;
   }
@@ -298,33 +314,44 @@ class CheckRun final : public Answering<EntryFile> {
     workers_[worker].ahead = entries;
   }
   // The answer, or, where there is no room to write it, that there was none.
-  [[nodiscard]] Answered Told(Outcome outcome) const {
+  [[nodiscard]] Answered Told(Worker& own, Outcome outcome) {
+    Answered answer;
     try {
-      return {Place(outcome), Shown(outcome)};
+      if (baseline_ || !options_.newBaseline.empty()) {
+        answer.baseline = BaselineLines(outcome);
+      }
+      if (baseline_) {
+        baseline_->Mark(outcome, answer.baseline);
+      }
+      Show(own, outcome, answer);
     } catch (const std::bad_alloc&) {
       outcome = WithoutMemory(std::move(outcome));
-      return {.verdict = Place(outcome), .text = Shown(outcome), .isWhole = false};
+      answer = Answered();
+      answer.isWhole = false;
+      TryTwice([&] { Show(own, outcome, answer); });
+    }
+    return answer;
+  }
+  void Show(Worker& own, const Outcome& outcome, Answered& answer) {
+    answer.verdict = Place(outcome);
+    answer.text = Shown(outcome);
+    if (report_) {
+      answer.page = std::make_shared<PageEntry>(
+          report_->Note(outcome, [&] { return CheckAgain(*own.company, *outcome.entry); }));
     }
   }
 
   // Books that can't be read are an error of the entry, which tries by itself.
-  void HoldBooks(Worker& own) const {
+  void HoldBooks(Worker& own, std::span<const Asked> ahead) const {
     if (!own.books) {
       try {
-        EntryRehearsal rehearsal(*own.company, own.ahead, options_.limits);
+        EntryRehearsal rehearsal(*own.company, ahead, options_.limits);
         own.books.emplace(*own.company, own.company->WantsRehearsal()
                                             ? company::Rehearsal(std::ref(rehearsal))
                                             : company::Rehearsal());
       } catch (const RunTimeError&) {
         own.books.reset();
       }
-    }
-  }
-  // After an error the database may have let the state go.
-  static void LetBooksGo(Worker& own, const Outcome& outcome) {
-    own.ahead = own.ahead.subspan(1);
-    if (outcome.error) {
-      own.books.reset();
     }
   }
   void EndTurn(std::size_t worker) override { workers_[worker].books.reset(); }
@@ -359,11 +386,11 @@ class CheckRun final : public Answering<EntryFile> {
   [[nodiscard]] static std::size_t Place(const Outcome& outcome) {
     return static_cast<std::size_t>(VerdictOf(outcome));
   }
-  [[nodiscard]] static bool IsTrue(Verdict verdict) {
-    return verdict == Verdict::Free || verdict == Verdict::Yes;
+  [[nodiscard]] static bool Passes(Verdict verdict) {
+    return verdict == Verdict::Free || verdict == Verdict::Yes || verdict == Verdict::Accepted;
   }
   [[nodiscard]] std::string Shown(const Outcome& outcome) const {
-    if (options_.onlyProblems && IsTrue(VerdictOf(outcome))) {
+    if (options_.onlyProblems && Passes(VerdictOf(outcome))) {
       return {};
     }
     if (options_.json) {
@@ -376,11 +403,29 @@ class CheckRun final : public Answering<EntryFile> {
   void Note(std::span<const Answered> answers) override {
     for (const Answered& answer : answers) {
       ++tally_[answer.verdict];
+      newBaseline_.Add(answer.baseline);
+      if (answer.page) {
+        report_->Add(*answer.page);
+      }
     }
     if (recording_) {
       recording_->Write(answers);
       ComplainOfRecording();
     }
+  }
+
+  // What a whole run came to; nothing of one whose answers could not be written.
+  [[nodiscard]] int WriteFiles(int status) const {
+    Said why;
+    if (report_ && streams_.out) {
+      why = report_->Write(options_.report, options_.files, company::ShownName(options_.company));
+      status = why.IsEmpty() ? status : Complain(streams_, options_, why);
+    }
+    if (!options_.newBaseline.empty() && streams_.out) {
+      why = newBaseline_.Write(options_.newBaseline);
+      status = why.IsEmpty() ? status : Complain(streams_, options_, why);
+    }
+    return status;
   }
 
   // Once; the answers go on.
@@ -395,6 +440,9 @@ class CheckRun final : public Answering<EntryFile> {
   std::vector<Worker> workers_;  // each used on its own thread alone
   std::optional<RecordingTarget> recording_;
   bool recordingFailed_ = false;
+  std::optional<HtmlReport> report_;
+  std::optional<Baseline> baseline_;
+  NewBaseline newBaseline_;
   Tally tally_{};
 };
 
@@ -483,20 +531,38 @@ int Init(const Options& options, const Streams& streams) {
   return streams.out ? kExitAllTrue : ComplainOfOutput(streams, options);
 }
 
-Said TakesPlaceOf(const std::string& file) {
-  return Say({"le decisioni scritte prenderebbero il posto di %",
-              "the recording would take the place of %"},
-             {file});
+// What a file that check writes would take the place of; empty where all are new or its own.
+Said WrittenOver(const Options& options) {
+  const std::pair<Wording, const std::string&> written[] = {
+      {{"le decisioni scritte prenderebbero il posto di %",
+        "the recording would take the place of %"},
+       options.recording},
+      {{"la pagina prenderebbe il posto di %", "the report would take the place of %"},
+       options.report},
+      {{"i rilievi accettati prenderebbero il posto di %",
+        "the new baseline would take the place of %"},
+       options.newBaseline}};
+  std::vector<std::string> used = options.files;
+  used.push_back(options.company);
+  for (const auto& [what, path] : written) {
+    for (const std::string& file : used) {
+      if (IsSameFile(path, file)) {
+        return Say(what, {company::ShownName(file)});
+      }
+    }
+    used.push_back(path);
+  }
+  return IsSameFile(options.report, options.baseline) ||
+                 IsSameFile(options.recording, options.baseline)
+             ? Say({"i rilievi accettati in % andrebbero perduti",
+                    "the baseline % would be written over"},
+                   {options.baseline})
+             : Said();
 }
 
 int Check(const Options& options, const Streams& streams) {
-  for (const std::string& file : options.files) {
-    if (IsSameFile(options.recording, file)) {
-      return Complain(streams, options, TakesPlaceOf(file));
-    }
-  }
-  if (IsSameFile(options.recording, options.company)) {
-    return Complain(streams, options, TakesPlaceOf(options.company));
+  if (const Said why = WrittenOver(options); !why.IsEmpty()) {
+    return Complain(streams, options, why);
   }
   std::optional<CheckRun> run;
   try {
@@ -505,6 +571,8 @@ int Check(const Options& options, const Streams& streams) {
     return Complain(streams, options,
                     Say({"non si può aprire l'azienda %: %", "can't open the company %: %"},
                         {company::ShownName(options.company), error.Description()}));
+  } catch (const BadBaseline& error) {
+    return Complain(streams, options, error.why);
   }
   return run->Check();
 }
@@ -649,6 +717,12 @@ int RunCommand(int argc, const char* const* argv, const Streams& streams, Option
   AddJobs(*check, options, "Entries");
   check->add_option("--record", options.recording,
                     "Write every decision down here, to be replayed; holds company data");
+  check->add_option("--report", options.report,
+                    "Write the run down here as one HTML page to look at; holds company data");
+  check->add_option("--baseline", options.baseline,
+                    "Findings accepted earlier, which count no longer");
+  check->add_option("--write-baseline", options.newBaseline,
+                    "Write the findings of this run down here, to be accepted from now on");
   check->add_flag("--only-problems", options.onlyProblems,
                   "Leave out the entries that answered True");
   check

@@ -9,6 +9,7 @@ namespace {
 constexpr std::size_t kIndent = 2;
 
 constexpr Wording kSilent = {"nessun rilievo", "silent"};
+constexpr Wording kAccepted = {"già accettato", "accepted already"};
 constexpr Wording kStopped = {"interrotto", "stopped"};
 constexpr Wording kRunTimeError = {"errore di esecuzione", "run-time error"};
 constexpr Wording kNotReached = {"non raggiunti", "not reached"};
@@ -25,36 +26,40 @@ std::string Spoken(const Variant& value, Language language) {
   return value.VarType() == Variant::Type::Text ? "'" + CStr(value) + "'" : CStr(value);
 }
 
-// One line, or more where it is long. The colour paints the whole of it.
-std::string Line(std::string_view text, std::size_t depth, std::string_view colour,
-                 const ReportStyle& style) {
-  std::string lines = Wrapped(Printable(text), (depth + 1) * kIndent);
-  lines.pop_back();
-  return Painted(lines, colour, style) + '\n';
+std::string_view ColourOf(TreeLine::Kind kind) {
+  return kind == TreeLine::Kind::Error || kind == TreeLine::Kind::Failure ? kRed
+         : kind == TreeLine::Kind::Warning                                ? kYellow
+                                                                          : "";
 }
 
-std::string OperationLine(const Step& step, std::span<const Step> inside,
-                          const ReportStyle& style) {
+// One line of text, or more where it is long. The colour paints the whole of it.
+std::string Text(const TreeLine& line, const ReportStyle& style) {
+  std::string lines = Wrapped(Printable(line.text), (line.depth + 1) * kIndent);
+  lines.pop_back();
+  return Painted(lines, ColourOf(line.kind), style) + '\n';
+}
+
+TreeLine OperationLine(const Step& step, std::span<const Step> inside, Language language) {
   std::string said;
-  std::string_view colour;
+  auto kind = TreeLine::Kind::Operation;
   if (step.error) {
     // Only the innermost operation says what happened.
     const bool innermost =
         std::ranges::none_of(inside, [](const Step& other) { return other.error.has_value(); });
-    said = innermost ? kRunTimeError.In(style.language) + ' ' +
-                           std::to_string(step.error->Number()) + ": " + step.error->Description()
-                     : kStopped.In(style.language);
-    colour = kRed;
+    said = innermost ? kRunTimeError.In(language) + ' ' + std::to_string(step.error->Number()) +
+                           ": " + step.error->Description()
+                     : kStopped.In(language);
+    kind = TreeLine::Kind::Failure;
   } else if (!step.answer.IsEmpty()) {
-    said = Spoken(step.answer, style.language);
+    said = Spoken(step.answer, language);
   } else if (step.findings == 0) {
-    said = kSilent.In(style.language);
+    said = kSilent.In(language);
   } else {
     said = std::to_string(step.findings) + ' ' +
            (step.findings == 1 ? Wording{"rilievo", "finding"} : Wording{"rilievi", "findings"})
-               .In(style.language);
+               .In(language);
   }
-  return Line(std::string(step.name) + ": " + said, step.depth, colour, style);
+  return {step.depth, kind, std::string(step.name) + ": " + said};
 }
 
 // What is asked, as people read it: a selection or a setting as it is, else in the member's words.
@@ -69,42 +74,46 @@ std::string QuestionText(const Step& step, const MemberInfo& asked, Language lan
 }
 
 // Message texts and expressions of the database language are no facts of the entry.
-std::string QuestionLine(const Step& step, const ReportStyle& style) {
-  const MemberInfo& asked = kMembers[static_cast<std::size_t>(step.member)];
-  if (asked.component == Component::KalStatus || asked.component == Component::SqlFunctions) {
-    return "";
-  }
+bool IsFact(const MemberInfo& asked) {
+  return asked.component != Component::KalStatus && asked.component != Component::SqlFunctions;
+}
+
+TreeLine QuestionLine(const Step& step, const MemberInfo& asked, Language language) {
   const std::string answer = asked.kind == CallKind::Open
                                  ? (CBool(step.answer) ? Wording{": trovata", ": found"}
                                                        : Wording{": nessuna riga", ": no row"})
-                                       .In(style.language)
-                                 : " = " + Spoken(step.answer, style.language);
-  return Line(QuestionText(step, asked, style.language) + answer, step.depth, "", style);
+                                       .In(language)
+                                 : " = " + Spoken(step.answer, language);
+  return {step.depth, TreeLine::Kind::Question, QuestionText(step, asked, language) + answer};
 }
 
-std::string FindingLine(const Finding& finding, std::size_t depth, const ReportStyle& style) {
+TreeLine FindingLine(const Finding& finding, bool isAccepted, std::size_t depth,
+                     Language language) {
   const bool isError = finding.string == ResultString::ErrString;
-  std::string text =
-      (isError ? Wording{"errore", "error"} : Wording{"avviso", "warning"}).In(style.language);
+  std::string text = isAccepted ? kAccepted.In(language) + ": " : "";
+  text += (isError ? Wording{"errore", "error"} : Wording{"avviso", "warning"}).In(language);
   if (finding.code) {
     text += ' ' + std::to_string(static_cast<std::int32_t>(*finding.code));
   }
   text += ' ' + std::string(finding.code ? NameOf(*finding.code) : finding.literal);
   if (finding.at.row != 0) {
-    text += " (" + std::string(finding.at.set) + ' ' + Wording{"riga", "row"}.In(style.language) +
-            ' ' + std::to_string(finding.at.row) + ")";
+    text += " (" + std::string(finding.at.set) + ' ' + Wording{"riga", "row"}.In(language) + ' ' +
+            std::to_string(finding.at.row) + ")";
   }
-  return Line(text + ": " + std::string(WithoutLineEnd(finding.text)), depth,
-              isError ? kRed : kYellow, style);
+  return {depth,
+          isAccepted ? TreeLine::Kind::Note
+          : isError  ? TreeLine::Kind::Error
+                     : TreeLine::Kind::Warning,
+          text + ": " + std::string(WithoutLineEnd(finding.text))};
 }
 
 // The checks of an order that its run passed over, each with when it applies, and those that it
 // did not come to.
-std::string PassedOver(const OrderRun& run, const ReportStyle& style) {
+void AddPassedOver(const OrderRun& run, Language language, std::vector<TreeLine>& lines) {
   // An error may end the run between a row and the beginning of its check.
   const std::size_t reached =
       run.applied.size() - (run.applied.back() && !run.entered ? std::size_t{1} : std::size_t{0});
-  std::string lines;
+  const std::size_t heading = lines.size();
   std::string notReached;
   for (std::size_t place = 0; place < run.order.size(); ++place) {
     const Passo& row = run.order[place];
@@ -114,14 +123,17 @@ std::string PassedOver(const OrderRun& run, const ReportStyle& style) {
     if (place >= reached) {
       notReached += (notReached.empty() ? " " : ", ") + std::string(row.Controllo);
     } else if (!run.applied[place]) {
-      lines += Line(std::string(row.Controllo) + ": " + row.Quando->Parole.In(style.language), 1,
-                    "", style);
+      lines.push_back({1, TreeLine::Kind::Note,
+                       std::string(row.Controllo) + ": " + row.Quando->Parole.In(language)});
     }
   }
   if (!notReached.empty()) {
-    lines += Line(kNotReached.In(style.language) + ':' + notReached, 1, "", style);
+    lines.push_back({1, TreeLine::Kind::Note, kNotReached.In(language) + ':' + notReached});
   }
-  return lines.empty() ? lines : Line(kPassedOver.In(style.language) + ':', 0, "", style) + lines;
+  if (lines.size() > heading) {
+    lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(heading),
+                 {0, TreeLine::Kind::Note, kPassedOver.In(language) + ':'});
+  }
 }
 
 // The steps inside the operation at that place.
@@ -135,24 +147,37 @@ std::span<const Step> StepsInside(const std::vector<Step>& steps, std::size_t pl
 
 }  // namespace
 
-std::string ExplainTree(const Outcome& outcome, const ReportStyle& style) {
-  std::string tree;
+std::vector<TreeLine> TreeLines(const Outcome& outcome, Language language) {
+  std::vector<TreeLine> lines;
+  lines.reserve(outcome.steps.size());
   for (std::size_t i = 0; i < outcome.steps.size(); ++i) {
     const Step& step = outcome.steps[i];
     switch (step.kind) {
       case Step::Kind::Operation:
-        tree += OperationLine(step, StepsInside(outcome.steps, i), style);
+        lines.push_back(OperationLine(step, StepsInside(outcome.steps, i), language));
         break;
       case Step::Kind::Question:
-        tree += QuestionLine(step, style);
+        if (const MemberInfo& asked = kMembers[static_cast<std::size_t>(step.member)];
+            IsFact(asked)) {
+          lines.push_back(QuestionLine(step, asked, language));
+        }
         break;
       case Step::Kind::Message:
-        tree += FindingLine(outcome.findings[step.finding], step.depth, style);
+        lines.push_back(FindingLine(outcome.findings[step.finding],
+                                    outcome.IsAccepted(step.finding), step.depth, language));
         break;
     }
   }
   for (const OrderRun& run : outcome.orders) {
-    tree += PassedOver(run, style);
+    AddPassedOver(run, language, lines);
+  }
+  return lines;
+}
+
+std::string ExplainTree(const Outcome& outcome, const ReportStyle& style) {
+  std::string tree;
+  for (const TreeLine& line : TreeLines(outcome, style.language)) {
+    tree += Text(line, style);
   }
   return tree;
 }

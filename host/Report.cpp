@@ -10,7 +10,7 @@
 
 #include "frame/modCommonCostanti.h"
 #include "host/ExplainTree.h"
-#include "host/JsonText.h"
+#include "host/JsonLine.h"
 
 namespace kal::host {
 namespace {
@@ -27,6 +27,7 @@ constexpr std::array kVerdicts = {
     AnswerWording{{"sì", "yes"}, {"sì", "yes"}, ""},
     AnswerWording{{"no", "no"}, {"no", "no"}, ""},
     AnswerWording{{"non controllata", "not checked"}, {"non controllate", "not checked"}, kRed},
+    AnswerWording{{"già accettata", "accepted already"}, {"già accettate", "accepted already"}, ""},
 };
 
 struct FindingKind {
@@ -47,7 +48,7 @@ static_assert(kVerdicts.size() == std::tuple_size_v<Tally>);
 
 // By Verdict, in a summary for programs.
 constexpr std::array<std::string_view, kVerdicts.size()> kVerdictKeys = {
-    "free", "toBeConfirmed", "blocked", "refused", "yes", "no", "notChecked"};
+    "free", "toBeConfirmed", "blocked", "refused", "yes", "no", "notChecked", "accepted"};
 
 const AnswerWording& WordingOf(Verdict verdict) {
   return kVerdicts[static_cast<std::size_t>(verdict)];
@@ -118,9 +119,11 @@ std::string FindingLines(const Outcome& outcome, const ReportStyle& style) {
   std::string text;
   for (std::size_t string = 0; string < kFindingKinds.size(); ++string) {
     const FindingKind& kind = kFindingKinds[string];
-    for (const Finding& finding : outcome.findings) {
+    for (std::size_t place = 0; place < outcome.findings.size(); ++place) {
+      const Finding& finding = outcome.findings[place];
       const std::string_view said = WithoutLineEnd(finding.text);
-      if (finding.string == static_cast<ResultString>(string) && !said.empty()) {
+      if (finding.string == static_cast<ResultString>(string) && !said.empty() &&
+          !outcome.IsAccepted(place)) {
         text += "  " + Painted(kind.name.In(style.language), kind.colour, style) + ": " +
                 Printable(said) + '\n';
       }
@@ -143,68 +146,8 @@ std::string Heading(const Outcome& outcome, const ReportStyle& style) {
          (verdict == Verdict::Unchecked ? Why(outcome, style) : "");
 }
 
-// One line of JSON, written from the front to the end.
-class JsonLine {
- public:
-  JsonLine() { text_.reserve(kUsual); }
-
-  // A key, one of ours that needs no escapes.
-  JsonLine& Key(std::string_view key) {
-    Separate();
-    text_ += '"';
-    text_ += key;
-    text_ += "\":";
-    return *this;
-  }
-  // Either a key's value or the next one of an array.
-  void Text(std::string_view text) {
-    Separate();
-    AppendQuoted(text, text_);
-  }
-  void Json(std::string_view json) {
-    Separate();
-    text_ += json;
-  }
-  void Flag(bool flag) { Json(flag ? "true" : "false"); }
-  void Number(std::int64_t number) { Json(std::to_string(number)); }
-
-  void Open(char bracket) {
-    Separate();
-    text_ += bracket;
-  }
-  void Close(char bracket) { text_ += bracket; }
-
-  [[nodiscard]] std::string Take() { return std::move(text_); }
-
- private:
-  void Separate() {
-    if (!text_.empty() && text_.back() != '{' && text_.back() != '[' && text_.back() != ':') {
-      text_ += ',';
-    }
-  }
-
-  static constexpr std::size_t kUsual = 1024;  // room for an answer with few findings
-
-  std::string text_;
-};
-
-// Whole numbers and booleans stay what they are, dates are ISO texts, all else is a text.
-void WriteParameter(const Variant& value, JsonLine& line) {
-  switch (value.VarType()) {
-    case Variant::Type::Boolean:
-      return line.Flag(CBool(value));
-    case Variant::Type::TinyInt:
-    case Variant::Type::SmallInt:
-    case Variant::Type::Integer:
-      return line.Number(CLng(value));
-    case Variant::Type::Date:
-      return line.Text(CDate(value).ToIso());
-    default:
-      return line.Text(CStr(value));
-  }
-}
-
-void WriteFinding(const Finding& finding, JsonLine& line) {
+void WriteFinding(const Outcome& outcome, std::size_t place, JsonLine& line) {
+  const Finding& finding = outcome.findings[place];
   line.Open('{');
   line.Key("kind").Text(finding.string == ResultString::ErrString ? "error" : "warning");
   line.Key("string").Text(kResultStringNames[static_cast<std::size_t>(finding.string)]);
@@ -220,17 +163,16 @@ void WriteFinding(const Finding& finding, JsonLine& line) {
     line.Text(step);
   }
   line.Close(']');
-  line.Key("parameters").Open('[');
-  for (const Variant& parameter : finding.parameters) {
-    WriteParameter(parameter, line);
-  }
-  line.Close(']');
+  line.Key("parameters").Values(finding.parameters);
   line.Key("text").Text(finding.text);
   line.Key("at").Open('{');
   if (finding.at.row != 0) {
     line.Key(finding.at.set).Number(static_cast<std::int64_t>(finding.at.row));
   }
   line.Close('}');
+  if (outcome.IsAccepted(place)) {
+    line.Key("baseline").Flag(true);
+  }
   line.Close('}');
 }
 
@@ -275,6 +217,20 @@ void WriteResult(const Outcome& outcome, JsonLine& line) {
   }
 }
 
+// Where there is a baseline, what it does not know decides.
+Verdict VerdictOfNew(const Outcome& outcome) {
+  Verdict verdict = Verdict::Accepted;
+  for (std::size_t place = 0; place < outcome.findings.size(); ++place) {
+    if (!outcome.IsAccepted(place)) {
+      if (outcome.findings[place].string == ResultString::ErrString) {
+        return Verdict::Blocked;
+      }
+      verdict = Verdict::ToConfirm;
+    }
+  }
+  return verdict;
+}
+
 }  // namespace
 
 Verdict VerdictOf(const Outcome& outcome) {
@@ -289,6 +245,9 @@ Verdict VerdictOf(const Outcome& outcome) {
   if (answer) {
     return Verdict::Free;
   }
+  if (!outcome.accepted.empty()) {
+    return VerdictOfNew(outcome);
+  }
   if (!outcome.errString.empty()) {
     return Verdict::Blocked;
   }
@@ -296,6 +255,15 @@ Verdict VerdictOf(const Outcome& outcome) {
                       !outcome.warnDuplicatoDocString.empty() ||
                       !outcome.warnInfragruppoString.empty();
   return warned ? Verdict::ToConfirm : Verdict::Refused;
+}
+
+std::string VerdictWords(Verdict verdict, std::size_t count, Language language) {
+  const AnswerWording& wording = WordingOf(verdict);
+  return (count == 1 ? wording.one : wording.many).In(language);
+}
+
+std::string KindWords(ResultString string, Language language) {
+  return kFindingKinds[static_cast<std::size_t>(string)].name.In(language);
 }
 
 std::string ToJson(const Outcome& outcome, Language language, PlaceToo placeToo) {
@@ -320,8 +288,8 @@ std::string ToJson(const Outcome& outcome, Language language, PlaceToo placeToo)
   line.Key("RiaperturaRateInSospensione").Flag(outcome.riaperturaRateInSospensione);
   line.Key("IsInfragruppo").Text(outcome.isInfragruppo);
   line.Key("findings").Open('[');
-  for (const Finding& finding : outcome.findings) {
-    WriteFinding(finding, line);
+  for (std::size_t place = 0; place < outcome.findings.size(); ++place) {
+    WriteFinding(outcome, place, line);
   }
   line.Close(']');
   line.Key("recordSets").Open('{');

@@ -20,9 +20,13 @@ enum class Verdict {
   Yes,        // a lookup's answer; a number counts as yes
   No,
   Unchecked,  // not read, or a run-time error
+  Accepted,   // answered False with nothing but findings of the baseline
 };
 
 [[nodiscard]] Verdict VerdictOf(const Outcome& outcome);
+// "blocked", for one entry or for many; "duplicate document warning".
+[[nodiscard]] std::string VerdictWords(Verdict verdict, std::size_t count, Language language);
+[[nodiscard]] std::string KindWords(ResultString string, Language language);
 
 // Whether JSON says where the entry stands, which is no part of its decision.
 enum class PlaceToo : bool { No, Yes };
@@ -40,7 +44,7 @@ enum class PlaceToo : bool { No, Yes };
 [[nodiscard]] std::string ToExplanation(const Outcome& outcome, const ReportStyle& style);
 
 // How often each verdict was given.
-using Tally = std::array<std::size_t, static_cast<std::size_t>(Verdict::Unchecked) + 1>;
+using Tally = std::array<std::size_t, static_cast<std::size_t>(Verdict::Accepted) + 1>;
 // "12 registrazioni: 5 libere, 7 bloccate", with its line end.
 [[nodiscard]] std::string ToSummary(const Tally& tally, Language language);
 // The same for programs, with the exit status: one JSON object, without a line end.

@@ -217,26 +217,32 @@ RunTimeError NoMemory() {
           "Out of memory"};
 }
 
+void DecideIn(company::Company& company, const Entry& entry, Detail detail,
+              records::Conversation* conversation, Outcome& outcome) {
+  Run(entry, outcome, [&](const Sets& sets) {
+    const company::Company::Reading books(company);
+    const auto temporaryTable = MakeTemporaryTable(company, entry);
+    std::optional<records::Recorder> recorder;
+    Siblings* siblings = &company.Siblings();
+    if (conversation != nullptr) {
+      siblings = &recorder.emplace(*siblings, *conversation);
+    }
+    DecideOver(*siblings, entry, sets, detail, outcome);
+    if (outcome.error) {
+      outcome.failedField = FindFailedField(company.Siblings(), entry, *outcome.error);
+    }
+  });
+}
+
 void Check(company::Company& company, const EntryText& text, Detail detail,
            records::Conversation* conversation, const Limits& limits, Outcome& outcome) {
   if (!text.error.IsEmpty()) {
     outcome.inputError = text.error;
     return;
   }
-  if (const std::optional<Entry> entry = Begin(text.text, limits, outcome)) {
-    Run(*entry, outcome, [&](const Sets& sets) {
-      const company::Company::Reading books(company);
-      const auto temporaryTable = MakeTemporaryTable(company, *entry);
-      std::optional<records::Recorder> recorder;
-      Siblings* siblings = &company.Siblings();
-      if (conversation != nullptr) {
-        siblings = &recorder.emplace(*siblings, *conversation);
-      }
-      DecideOver(*siblings, *entry, sets, detail, outcome);
-      if (outcome.error) {
-        outcome.failedField = FindFailedField(company.Siblings(), *entry, *outcome.error);
-      }
-    });
+  if (std::optional<Entry> entry = Begin(text.text, limits, outcome)) {
+    DecideIn(company, *entry, detail, conversation, outcome);
+    outcome.entry = std::move(entry);
   }
 }
 
@@ -286,6 +292,13 @@ void EntryRehearsal::operator()() {
       DecideOver(company_.Siblings(), entry, MakeSets(entry), Detail::Findings, unseen);
     });
   }
+}
+
+Outcome CheckAgain(company::Company& company, const Entry& entry) {
+  Outcome outcome;
+  outcome.isCheck = entry.operation->isCheck;
+  DecideIn(company, entry, Detail::FindingsAndSteps, nullptr, outcome);
+  return outcome;
 }
 
 Outcome DecideAgain(std::string_view entryText, Siblings& siblings, const Limits& limits) {

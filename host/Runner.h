@@ -62,6 +62,12 @@ struct Outcome {
   std::optional<RunTimeError> error;         // what the operation raised
   std::optional<FailedField> failedField{};  // the field on which it did, where it was one
   bool isDecided = false;                    // whether the checker was asked at all
+  std::optional<Entry> entry{};              // as it was read; nothing when it could not be
+  std::vector<bool> accepted{};              // by finding: whether a baseline has it; may be empty
+
+  [[nodiscard]] bool IsAccepted(std::size_t finding) const {
+    return finding < accepted.size() && accepted[finding];
+  }
 };
 
 // Whether an outcome tells how the decision came about.
@@ -94,6 +100,10 @@ class EntryRehearsal {
   Limits limits_;
   std::optional<std::vector<Entry>> entries_;  // those that could be read
 };
+
+// The steps of an entry that was checked, found by checking it once more, with the findings that
+// they speak of. Meant to be asked while one state of the books is held for both.
+[[nodiscard]] Outcome CheckAgain(company::Company& company, const Entry& entry);
 
 // The same over siblings that need no company, such as those that play a recording.
 [[nodiscard]] Outcome DecideAgain(std::string_view entryText, Siblings& siblings,

@@ -40,10 +40,16 @@ bool Steers(std::string_view character) {
          (front == "\xE2\x81" && last >= 0xA6U && last <= 0xA9U);        // U+2066 to U+2069
 }
 
+// Most texts are.
+bool IsPlain(char c) { return c >= ' ' && c <= '~'; }
+
 }  // namespace
 
 std::string Printable(std::string_view text) {
-  std::string shown;
+  const auto plain =
+      static_cast<std::size_t>(std::ranges::find_if_not(text, IsPlain) - text.begin());
+  std::string shown(text.substr(0, plain));
+  text.remove_prefix(plain);
   while (!text.empty()) {
     const int length = CharacterLength(text);
     const auto bytes = static_cast<std::size_t>(std::abs(length));

@@ -13,6 +13,7 @@
 #include <exception>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <span>
 #include <string>
@@ -21,6 +22,8 @@
 #include "host/EntryFile.h"
 
 namespace kal::host {
+
+struct PageEntry;
 
 // One entry as it was read.
 struct Asked {
@@ -32,7 +35,9 @@ struct Asked {
 struct Answered {
   std::size_t verdict = 0;  // by the list of whoever answers
   std::string text;
-  std::string recording{};  // the line for the recording, where one is made
+  std::string recording{};                  // the line for the recording, where one is made
+  std::vector<std::string> baseline{};      // a line for each finding, where they are wanted
+  std::shared_ptr<const PageEntry> page{};  // what the report keeps, where one is made
   std::uintmax_t bytesRead = 0;
   bool isWhole = true;  // false where there was no memory to tell it
 };

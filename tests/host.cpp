@@ -582,7 +582,7 @@ TEST(Program, AnswersByItsExitStatus) {
       {check + "-", "", 0, "0 registrazioni", "non c'è nulla"},
       {check + "--json --summary -", yes + no + "x\n", 2,
        "{\"summary\":{\"entries\":3,\"free\":0,\"toBeConfirmed\":0,\"blocked\":0,\"refused\":0,"
-       "\"yes\":1,\"no\":1,\"notChecked\":1},\"status\":2}\n",
+       "\"yes\":1,\"no\":1,\"notChecked\":1,\"accepted\":0},\"status\":2}\n",
        ""},
       {check + "--json -", "x\n", 2, "\"place\":{\"file\":\"standard input\"}}\n", ""},
       {check + "--max-line-bytes 1000000 /dev/zero", "", 2, "di 1000000 byte; con --max-line", ""},
