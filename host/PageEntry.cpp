@@ -261,6 +261,12 @@ std::vector<TreeLine> Tree(const Outcome& steps, Language language) {
   return lines;
 }
 
+// The same of a second check, whose findings are those of the first.
+std::vector<TreeLine> TreeOf(Outcome again, const std::vector<bool>& accepted, Language language) {
+  again.accepted = accepted;
+  return Tree(again, language);
+}
+
 std::string_view KindOf(DataType type) {
   switch (type) {
     case DataType::Currency:
@@ -298,7 +304,8 @@ PageEntry MakePageEntry(const Outcome& outcome, Language language, bool listed,
   if (listed && page.isProblem) {
     page.json = Json(outcome, page, header, language);
     if (outcome.isDecided) {
-      page.tree = Tree(outcome.steps.empty() ? explain() : outcome, language);
+      page.tree = outcome.steps.empty() ? TreeOf(explain(), outcome.accepted, language)
+                                        : Tree(outcome, language);
     }
   }
   return page;

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <system_error>
 
 #include "host/Interrupt.h"
@@ -24,7 +25,10 @@ std::string WriteWholeFile(const std::string& path,
       fs::exists(there) && !isDevice ? fs::canonical(path, none) : fs::path(path);
   const fs::path made =
       isDevice ? place : fs::path(place.string() + ".part" + std::to_string(getpid()));
-  const Unstoppable whole;
+  std::optional<Unstoppable> whole;  // a device may never take it
+  if (!isDevice) {
+    whole.emplace();
+  }
   errno = 0;
   std::ofstream stream(made, std::ios::binary);
   if (stream) {
