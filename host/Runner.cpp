@@ -83,7 +83,7 @@ class NotedSet final : public WrappedRecordset {
   NotedSet(RecordsetRef inner, std::string_view name, LastRead& last)
       : WrappedRecordset(std::move(inner)), name_(name), last_(last) {}
   bool HasCurrentRow() noexcept override { return inner_->HasCurrentRow(); }
-  std::size_t Row() const override { return inner_->Row(); }
+  [[nodiscard]] std::size_t Row() const override { return inner_->Row(); }
 
  private:
   void Through(std::string_view member, std::string_view of, const Call& call) override {
