@@ -4,13 +4,14 @@
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
 # make docs   writes the lists of docs/, and what every operation asks, as the code states them
+# make torture   minutes: calls to the system and allocations fail one by one, companies are damaged
 # make fuzz   ten minutes of fuzzing a target
 # make million   a million checks in one process
 # make clean  removes what was built
 
 PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
   libcli11-dev libgtest-dev
-TEST_PACKAGES := postgresql
+TEST_PACKAGES := postgresql python3
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev ledger postgresql
@@ -19,7 +20,7 @@ SOURCES = $(shell git ls-files '*.h' '*.cpp')
 ANALYSED = $(filter-out server/% tests/windows/% fuzz/%,$(filter %.cpp,$(SOURCES)))
 COMPANY := build/sample.db
 
-.PHONY: run test test-windows lint docs bench fuzz million build deps deps-test \
+.PHONY: run test test-windows lint docs bench torture fuzz million build deps deps-test \
   deps-lint deps-bench deps-fuzz clean
 
 run: build
@@ -41,8 +42,8 @@ test: deps-test
 	cmake --preset debug
 	cmake --build --preset debug
 	cmake --preset thread
-	cmake --build --preset thread --target kal_tests
-	ctest --preset thread -R Threads
+	cmake --build --preset thread --target kal_thread_tests
+	build/thread/tests/kal_thread_tests
 	ctest --preset debug
 	ctest --preset release
 
@@ -52,12 +53,15 @@ test-windows:
 lint: deps-lint
 	clang-format --dry-run --Werror $(SOURCES)
 	cmake --preset release -DBUILD_TESTING=ON -DKAL_BENCH=ON
-	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 4 clang-tidy --quiet -p build/release
+	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 1 clang-tidy --quiet -p build/release
 
 docs: deps
 	cmake --preset release -DBUILD_TESTING=ON
 	cmake --build --preset release
 	KAL_WRITE_DOCS=1 build/release/tests/kal_tests --gtest_filter='Docs.*:Faults.Conversations*'
+
+torture: build deps-test
+	tools/torture build/release/kalcogcheck
 
 fuzz: deps-fuzz
 	tools/fuzz

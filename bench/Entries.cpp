@@ -87,7 +87,7 @@ std::string Purchase::Json() const {
 Purchase::Sets Purchase::Fresh() const {
   const host::EntryReading reading = host::ReadEntry(Json());
   if (!reading.entry) {
-    throw std::runtime_error(reading.error);
+    throw std::runtime_error(reading.error.english);
   }
   const auto set = [&](std::size_t place) -> RecordsetRef {
     const host::SuppliedSet& supplied = reading.entry->sets.at(place);

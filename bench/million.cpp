@@ -70,7 +70,7 @@ int main(int argc, char** argv) {
       }
       const kal::host::Outcome outcome =
           kal::host::CheckEntry(company, entries[i % entries.size()]);
-      errors += outcome.error || !outcome.inputError.empty() ? 1U : 0U;
+      errors += outcome.error || !outcome.inputError.IsEmpty() ? 1U : 0U;
     }
   }
   const std::uint64_t atEnd = ResidentKilobytes();

@@ -181,7 +181,7 @@ std::vector<Asked> Samples(std::span<char*> files) {
     std::ifstream in(file);
     std::ostringstream text;
     text << in.rdbuf();
-    entries.push_back({{text.str(), file, {}}, 0});
+    entries.push_back({.entry = {text.str(), {file}}, .bytesRead = 0});
   }
   return entries;
 }

@@ -7,8 +7,10 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <memory_resource>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "checks/Checks.h"
@@ -30,10 +32,18 @@ constexpr Selection kSottoConto = Selection()
                                       .WhereEqual("TipoConto");
 
 // TipoConto 0 marks posting accounts: a code that only exists as a heading is absent too.
-bool SottoContoAssente(const Registrazione& aRegistrazione, const std::string& aCodConto) {
+bool SottoContoAssente(const Registrazione& aRegistrazione, std::string_view aCodConto) {
   return Trap(aRegistrazione, "KalCOGCheck.SottoContoAssente",
               [&] { return RecordsetIsEmpty(Open<kSottoConto>(aRegistrazione, aCodConto, 0)); });
 }
+
+// Finds a text without a copy of it.
+struct HashTesto {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view testo) const {
+    return std::hash<std::string_view>()(testo);
+  }
+};
 
 // The accounts of one run: each is asked about once, however many lines carry it.
 class Conti {
@@ -44,19 +54,24 @@ class Conti {
     if (aCodConto == "") {
       return true;
     }
-    const std::string codConto = CStr(aCodConto);
-    const auto [conto, nuovo] = assenti_.try_emplace(std::pmr::string(codConto, &memoria_), false);
-    if (nuovo) {
-      conto->second = SottoContoAssente(registrazione_, codConto);
+    const auto testo = aCodConto.AsText();
+    return testo ? AssenteIlConto(*testo) : AssenteIlConto(CStr(aCodConto));
+  }
+
+ private:
+  bool AssenteIlConto(std::string_view aCodConto) {
+    auto conto = assenti_.find(aCodConto);
+    if (conto == assenti_.end()) {
+      conto = assenti_.try_emplace(std::pmr::string(aCodConto, &memoria_), false).first;
+      conto->second = SottoContoAssente(registrazione_, aCodConto);
     }
     return conto->second;
   }
 
- private:
   const Registrazione& registrazione_;
   std::array<std::byte, 1024> spazio_;  // the accounts of most entries fit in here
   std::pmr::monotonic_buffer_resource memoria_{spazio_.data(), spazio_.size()};
-  std::pmr::unordered_map<std::pmr::string, bool> assenti_{&memoria_};
+  std::pmr::unordered_map<std::pmr::string, bool, HashTesto, std::equal_to<>> assenti_{&memoria_};
 };
 
 struct Saldi {

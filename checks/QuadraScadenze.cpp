@@ -17,11 +17,23 @@
 namespace kal {
 namespace {
 
-bool QuadraScadenzeRiga(const Registrazione& aRegistrazione, std::int32_t aIdScadenza,
-                        const ImportiConSegno& aRiga, bool aInValuta) {
+// What every line with installments reads beside its own row.
+struct Lettura {
+  explicit Lettura(const Registrazione& aRegistrazione)
+      : totDocumentoVB(aRegistrazione.RsTesta, "TotDocumentoVB"),
+        tipoMovimento(aRegistrazione.RsCausale, "IdTipoMovimento"),
+        rate(aRegistrazione.RsScadenze) {}
+
+  Campo totDocumentoVB;
+  Campo tipoMovimento;
+  LettoreImporti rate;
+};
+
+bool QuadraScadenzeRiga(const Registrazione& aRegistrazione, Lettura& aLettura,
+                        std::int32_t aIdScadenza, const ImportiConSegno& aRiga, bool aInValuta) {
   return Trap(aRegistrazione, "KalCOGCheck.QuadraScadenzeRiga", [&] {
     const RecordsetRef& rsScadenze = aRegistrazione.RsScadenze;
-    if (GetField(aRegistrazione.RsTesta, "TotDocumentoVB") == 0) {
+    if (GetField(aLettura.totDocumentoVB) == 0) {
       return true;
     }
     if (rsScadenze.IsNothing()) {
@@ -30,9 +42,8 @@ bool QuadraScadenzeRiga(const Registrazione& aRegistrazione, std::int32_t aIdSca
     rsScadenze->Filter("IdScadenza = " + std::to_string(aIdScadenza));
     ImportiConSegno somma;
     if (!RecordsetIsEmpty(rsScadenze)) {
-      LettoreImporti importi(rsScadenze);
       for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {
-        const ImportiConSegno rata = importi.Leggi();
+        const ImportiConSegno rata = aLettura.rate.Leggi();
         somma.Importo += rata.Importo;
         somma.ImportoVB += rata.ImportoVB;
       }
@@ -50,18 +61,19 @@ void QuadraScadenze(Registrazione& aRegistrazione) {
     const Variant codDivisaBase = SettingText(aRegistrazione, "CodDivisaBase");
     rsRCont->Filter("IdCliFor <> 0 and IdCliFor <> Null and TipoCliFor <> 3 and TipoCliFor <> 0");
     if (!RecordsetIsEmpty(rsRCont)) {
+      Lettura lettura(aRegistrazione);
       LettoreImporti importi(rsRCont);
       Campo campoScadenza(rsRCont, "IdScadenza");
       Campo campoDivisa(rsRCont, "CodDivisa");
       for (rsRCont->MoveFirst(); !rsRCont->Eof(); rsRCont->MoveNext()) {
         const ImportiConSegno riga = importi.Leggi();
         const std::int32_t idScadenza = CLng(GetField(campoScadenza));
-        const Variant tipoMovimento = GetField(aRegistrazione.RsCausale, "IdTipoMovimento");
+        const Variant tipoMovimento = GetField(lettura.tipoMovimento);
         if (idScadenza == 0 && (tipoMovimento == 1 || tipoMovimento == 2)) {
           continue;
         }
         const bool inValuta{GetField(campoDivisa) != codDivisaBase};
-        if (!QuadraScadenzeRiga(aRegistrazione, idScadenza, riga, inValuta)) {
+        if (!QuadraScadenzeRiga(aRegistrazione, lettura, idScadenza, riga, inValuta)) {
           AddMessage(aRegistrazione, ErrString, MessageCode::ScadenzeNonQuadrano,
                      {GetField(rsRCont, "NumeroRiga")}, rsRCont.Riga());
         }

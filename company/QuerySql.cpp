@@ -121,9 +121,7 @@ class Renderer {
         branches.equal.push_back(std::move(comparison));
       }
     }
-    if (branches.onlyFirst) {
-      greatest_ = GreatestOf(branches);
-    }
+    greatest_ = GreatestOf(branches);
     return SelectBranches(branches, dialect_);
   }
 
@@ -146,7 +144,8 @@ class Renderer {
         const bool reaches = comparison.operation == CompareWith::Greater ||
                              comparison.operation == CompareWith::GreaterOrEqual ||
                              comparison.operation == CompareWith::Equal;
-        if (!reaches || !IsOrdered(comparison)) {
+        const std::optional<DataType> type = comparison.left.column;
+        if (!reaches || (type != DataType::Integer && type != DataType::Date)) {
           continue;
         }
         const std::string& left = comparison.left.sql;
@@ -167,14 +166,6 @@ class Renderer {
     }
     greatest.sql = "SELECT " + Joined(columns, ", ");
     return greatest;
-  }
-
-  // Whether column and value are of one kind, and compare here as in the database.
-  [[nodiscard]] bool IsOrdered(const ComparisonSql& comparison) const {
-    const Variant& value = query_.Values()[comparison.value];
-    return comparison.left.column == DataType::Date
-               ? value.VarType() == Variant::Type::Date
-               : comparison.left.column == DataType::Integer && value.AsInteger().has_value();
   }
 
   std::string AllOf(const auto& conditions) {
@@ -243,6 +234,26 @@ class Renderer {
 };
 
 }  // namespace
+
+bool CanBeMet(const GreatestValues& greatest, std::span<const Variant> values,
+              std::span<const Variant> most) {
+  const auto reaches = [&](const GreatestValues::Bound& bound) {
+    const Variant& highest = most[bound.column];
+    const Variant& wanted = values[bound.value];
+    const Date* const day = wanted.As<Date>();
+    const bool isAlike = greatest.columns[bound.column].type == DataType::Date
+                             ? day != nullptr && *day == day->WithoutTime()
+                             : wanted.AsInteger().has_value();
+    if (highest.IsNull() || highest.IsEmpty() || !isAlike) {
+      return !highest.IsNull();
+    }
+    return static_cast<bool>(bound.operation == CompareWith::Greater ? highest > wanted
+                                                                     : highest >= wanted);
+  };
+  return std::ranges::any_of(greatest.alternatives, [&](const auto& alternative) {
+    return std::ranges::all_of(alternative, reaches);
+  });
+}
 
 RenderedQuery RenderQuery(const Query& query, const ShapeOfTable& tables, const Dialect& dialect) {
   return Renderer(query, tables, dialect).Render();

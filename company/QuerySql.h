@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,9 @@ struct ComparedValue {
   bool endsDay = false;
 };
 
-// The greatest values of some columns, which tell beforehand whether any of the alternatives can be
-// met: a new entry stands behind all others.
+// The greatest values of some columns, in the rows that all alternatives share, tell beforehand
+// whether any of these can be met: whoever appends an entry to the books asks for what lies behind
+// their end.
 struct GreatestValues {
   struct Bound {
     std::size_t column;
@@ -47,6 +49,11 @@ struct RenderedQuery {
   std::vector<ComparedValue> values;  // in the order of the parameters
   std::optional<GreatestValues> greatest;
 };
+
+// Whether an alternative can be met where these are the greatest values: Null where there is none,
+// Empty where it is nothing that the column is for. True also where that can't be told.
+[[nodiscard]] bool CanBeMet(const GreatestValues& greatest, std::span<const Variant> values,
+                            std::span<const Variant> most);
 
 // The SQL serves every use of the selection that brings the same name and values of the same
 // kinds, as far as the dialect tells them apart.

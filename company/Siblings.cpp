@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "company/DataError.h"
+#include "company/Settings.h"
 #include "platform/LetterCase.h"
 
 namespace kal::company {
@@ -81,42 +82,6 @@ std::optional<Variant> DayOf(const Variant& date) {
     return std::nullopt;
   }
   return CDate(date).WithoutTime();
-}
-
-// The settings that are answered as something else than the text that is stored.
-struct SettingType {
-  std::string_view name;
-  DataType type;
-};
-constexpr SettingType kSettingTypes[] = {
-    {"AttivitaSeparateIva", DataType::Boolean},
-    {"GestisciPNInfragruppo", DataType::Boolean},
-    {"BloccoInviatoSDI", DataType::Boolean},
-    {"GirocontoFatturaSplitPayment", DataType::Boolean},
-    {"GirocontoFatturaSplitPaymentPAS", DataType::Boolean},
-    {"AziendaSplitPayment", DataType::Boolean},
-    {"DataInizioSplitPayment", DataType::Date},
-};
-
-bool FlagOfText(std::string_view text) {
-  if (text == "1" || text == "-1" || SameName(text, "True")) {
-    return true;
-  }
-  if (text == "0" || SameName(text, "False")) {
-    return false;
-  }
-  Raise(RunTime::TypeMismatch, "no boolean");
-}
-
-Variant SettingOfText(DataType type, std::string_view text) {
-  if (type == DataType::Boolean) {
-    return FlagOfText(text);
-  }
-  const std::optional<Date> date = Date::FromIso(text);
-  if (!date) {
-    Raise(RunTime::TypeMismatch, "no date");
-  }
-  return *date;
 }
 
 Date LastDay(std::int16_t month, std::int16_t year) {
@@ -324,21 +289,7 @@ Variant CompanySiblings::Translation(Variant& text) {
 
 Variant CompanySiblings::Setting(Variant& name) {
   const std::string_view named = Text(name);
-  Variant value = Find<kParametro>(name);
-  const auto text = value.AsText();
-  if (!text || text->empty()) {
-    return Null;
-  }
-  const auto* known = std::ranges::find(kSettingTypes, named, &SettingType::name);
-  if (known == std::end(kSettingTypes)) {
-    return value;
-  }
-  try {
-    return SettingOfText(known->type, *text);
-  } catch (const RunTimeError& error) {
-    RaiseDataError(error.Number(), "The setting " + std::string(named) + " can't have the value '" +
-                                       std::string(*text) + "'");
-  }
+  return SettingValue(named, Find<kParametro>(name));
 }
 
 // Of overlapping years the one with the lowest code.

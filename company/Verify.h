@@ -19,6 +19,7 @@ enum class FlawKind : std::uint8_t {
   Declaration,  // a column is declared as something that changes what is stored in it
   NoIndex,      // an index is missing
   Value,        // a stored value is not of its column's kind
+  Setting,      // what is stored for a setting can't be read
   Duplicate,    // rows that should be one
   Period,       // a period that ends before it starts
   Overlap,      // periods that overlap

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
+#include <new>
 #include <numeric>
 #include <optional>
 #include <span>
@@ -24,12 +25,15 @@
 #include "host/FlawReport.h"
 #include "host/Input.h"
 #include "host/Interrupt.h"
+#include "host/Limits.h"
 #include "host/Progress.h"
 #include "host/RecordingFile.h"
 #include "host/RecordingText.h"
 #include "host/Replay.h"
 #include "host/Report.h"
 #include "host/Runner.h"
+#include "host/Said.h"
+#include "host/TryTwice.h"
 #include "host/Workers.h"
 
 namespace kal::host {
@@ -52,6 +56,8 @@ struct Options {
   bool onlyProblems = false;
   std::string failOn = "warning";
   unsigned jobs = std::max(1U, std::thread::hardware_concurrency());
+  bool summary = false;
+  Limits limits;
   std::vector<std::string> files;
 };
 
@@ -66,10 +72,17 @@ Language LanguageOf(const Options& options) {
   return options.language == "en" ? Language::English : Language::Italian;
 }
 
-int Complain(const Streams& streams, const std::string& message) {
-  streams.err << "kalcogcheck: " << message << std::endl;
+int Complain(const Streams& streams, const Options& options, const Said& message) {
+  streams.err << "kalcogcheck: " << message.In(LanguageOf(options)) << std::endl;
   return kExitTrouble;
 }
+
+int ComplainOfOutput(const Streams& streams, const Options& options) {
+  return Complain(streams, options,
+                  Say({"non si può scrivere sull'uscita", "standard output can't be written"}));
+}
+
+Said OutOfMemory() { return Say({"memoria esaurita", "out of memory"}); }
 
 // So many entries are answered one by one, each before the next is read, before more workers than
 // one are worth their start.
@@ -83,14 +96,14 @@ class Answering {
       : options_(options),
         streams_(streams),
         style_{LanguageOf(options), streams.terminals.out && streams.terminals.colours},
-        input_(options.files, streams.in),
+        input_(options.files, options.limits, streams.in),
         progress_(streams.err, streams.terminals.err, input_.Size()) {}
   Answering(const Answering&) = delete;
   Answering& operator=(const Answering&) = delete;
   virtual ~Answering() = default;
 
  protected:
-  // Called on the workers' threads, at the same time for several entries.
+  // Called on the workers' threads, at the same time for several entries. Memory may run out.
   [[nodiscard]] virtual Answered Answer(std::size_t worker, const EntryText& text) = 0;
   // What the entries of one turn of reading have in common begins and ends here.
   virtual void BeginTurn(std::size_t /*worker*/, std::span<const Asked> /*entries*/) {}
@@ -103,14 +116,14 @@ class Answering {
   // Ends early when standard output takes no more.
   void AnswerAll() {
     for (std::size_t answered = 0; answered < kEntriesBeforeWorkers || options_.jobs == 1;) {
-      const std::vector<Asked> few = input_.NextFew();
+      const std::vector<Asked> few = NextFew();
       answered += few.size();
       if (few.empty() || !AnswerFew(few)) {
         return;
       }
     }
     Workers(
-        Ready(options_.jobs), [this] { return input_.NextFew(); },
+        Ready(options_.jobs), [this] { return NextFew(); },
         [this](std::size_t worker, std::span<const Asked> entries) { BeginTurn(worker, entries); },
         [this](std::size_t worker, const EntryText& text) { return Answer(worker, text); },
         [this](std::size_t worker) { EndTurn(worker); },
@@ -120,12 +133,19 @@ class Answering {
 
   // What stands behind all answers, and the exit status of a run that came to this one.
   int End(const std::string& summary, int status) {
-    if (!options_.json) {
+    if (!options_.json || options_.summary) {
       const Writing answer;
       (void)Write(summary);
     }
     progress_.Hide();
-    return streams_.out ? status : Complain(streams_, "standard output can't be written");
+    if (!streams_.out) {
+      return ComplainOfOutput(streams_, options_);
+    }
+    if (!isAsked_) {
+      (void)Complain(streams_, options_,
+                     Say({"in ingresso non c'è nulla", "there is nothing in the input"}));
+    }
+    return status;
   }
 
   const Options& options_;
@@ -135,9 +155,16 @@ class Answering {
   Progress progress_;
 
  private:
+  std::vector<Asked> NextFew() {
+    std::vector<Asked> few = input_.NextFew();
+    isAsked_ = isAsked_ || !few.empty();
+    return few;
+  }
+
   // False when standard output takes no more. Where one entry fails, those before it are answered.
   bool AnswerFew(const std::vector<Asked>& few) {
     std::vector<Answered> answers;
+    TryTwice([&] { answers.reserve(few.size()); });
     try {
       BeginTurn(0, few);
       for (const Asked& asked : few) {
@@ -155,20 +182,30 @@ class Answering {
 
   // False when standard output takes no more.
   bool Deliver(std::span<const Answered> answers) {
-    std::string text;
-    for (const Answered& answer : answers) {
-      text += answer.text;
-    }
     bool written = false;
     {
       const Writing answer;
       Note(answers);
-      written = Write(text);
+      written = Write(answers);
     }
     for (const Answered& answer : answers) {
       progress_.Step(answer.bytesRead);
     }
     return written;
+  }
+
+  // All together where there is room for that.
+  bool Write(std::span<const Answered> answers) {
+    try {
+      text_.clear();
+      for (const Answered& answer : answers) {
+        text_ += answer.text;
+      }
+    } catch (const std::bad_alloc&) {
+      return std::ranges::all_of(answers,
+                                 [this](const Answered& answer) { return Write(answer.text); });
+    }
+    return Write(text_);
   }
 
   // At once, so that a program that feeds entries one by one reads the answer to each.
@@ -178,6 +215,9 @@ class Answering {
     }
     return static_cast<bool>(streams_.out << text << std::flush);
   }
+
+  bool isAsked_ = false;  // whether there was any entry
+  std::string text_;      // what is written; kept for its memory
 };
 
 // One run of check.
@@ -194,14 +234,19 @@ class CheckRun final : public Answering<EntryFile> {
       ComplainOfRecording();
     }
     AnswerAll();
-    const bool allPass = std::ranges::all_of(tally_, [this](const auto& given) {
-      return IsTrue(given.first) ||
-             (given.first == Verdict::ToConfirm && options_.failOn == "error");
-    });
-    const int status = tally_.contains(Verdict::Unchecked) || recordingFailed_ ? kExitTrouble
-                       : allPass                                               ? kExitAllTrue
-                                                                               : kExitSomeFalse;
-    return End(ToSummary(tally_, style_.language), status);
+    bool allPass = true;
+    for (std::size_t place = 0; place < tally_.size(); ++place) {
+      const auto verdict = static_cast<Verdict>(place);
+      const bool passes =
+          IsTrue(verdict) || (verdict == Verdict::ToConfirm && options_.failOn == "error");
+      allPass = allPass && (passes || tally_[place] == 0);
+    }
+    const bool allChecked = tally_[static_cast<std::size_t>(Verdict::Unchecked)] == 0;
+    const int status = !allChecked || recordingFailed_ ? kExitTrouble
+                       : allPass                       ? kExitAllTrue
+                                                       : kExitSomeFalse;
+    return End(options_.json ? ToJson(tally_, status) + '\n' : ToSummary(tally_, style_.language),
+               status);
   }
 
  private:
@@ -215,23 +260,36 @@ class CheckRun final : public Answering<EntryFile> {
   };
 
   Answered Answer(std::size_t worker, const EntryText& text) override {
-    Worker& own = workers_[worker];
+    try {
+      return Checked(workers_[worker], text);
+    } catch (const std::bad_alloc&) {
+      workers_[worker].books.reset();
+      Outcome outcome;
+      outcome.place = text.place;
+      return Told(WithoutMemory(std::move(outcome)));
+    }
+  }
+
+  Answered Checked(Worker& own, const EntryText& text) {
     company::Company& company = *own.company;
     HoldBooks(own);
     const Detail detail = options_.explain ? Detail::FindingsAndSteps : Detail::Findings;
     if (!recording_) {
-      const Outcome outcome = CheckEntry(company, text, detail);
+      Outcome outcome = CheckEntry(company, text, detail, nullptr, options_.limits);
       LetBooksGo(own, outcome);
-      return {Place(outcome), Shown(outcome)};
+      return Told(std::move(outcome));
     }
     records::Conversation& conversation = own.conversation;
     conversation.clear();
-    const Outcome outcome = CheckEntry(company, text, detail, &conversation);
+    Outcome outcome = CheckEntry(company, text, detail, &conversation, options_.limits);
     LetBooksGo(own, outcome);
-    const std::string result = ToJson(outcome);
-    Answered answer{Place(outcome), Shown(outcome)};
+    std::string recording;
     if (outcome.isDecided) {
-      AppendRecording(answer.recording, text.text, conversation, result);
+      AppendRecording(recording, text.text, conversation, ToJson(outcome));
+    }
+    Answered answer = Told(std::move(outcome));
+    if (answer.isWhole) {
+      answer.recording = std::move(recording);
     }
     return answer;
   }
@@ -239,11 +297,21 @@ class CheckRun final : public Answering<EntryFile> {
   void BeginTurn(std::size_t worker, std::span<const Asked> entries) override {
     workers_[worker].ahead = entries;
   }
+  // The answer, or, where there is no room to write it, that there was none.
+  [[nodiscard]] Answered Told(Outcome outcome) const {
+    try {
+      return {Place(outcome), Shown(outcome)};
+    } catch (const std::bad_alloc&) {
+      outcome = WithoutMemory(std::move(outcome));
+      return {.verdict = Place(outcome), .text = Shown(outcome), .isWhole = false};
+    }
+  }
+
   // Books that can't be read are an error of the entry, which tries by itself.
-  static void HoldBooks(Worker& own) {
+  void HoldBooks(Worker& own) const {
     if (!own.books) {
       try {
-        EntryRehearsal rehearsal(*own.company, own.ahead);
+        EntryRehearsal rehearsal(*own.company, own.ahead, options_.limits);
         own.books.emplace(*own.company, own.company->WantsRehearsal()
                                             ? company::Rehearsal(std::ref(rehearsal))
                                             : company::Rehearsal());
@@ -265,20 +333,24 @@ class CheckRun final : public Answering<EntryFile> {
   // file later. Where it can't be, those that have it do the work.
   [[nodiscard]] std::size_t Ready(std::size_t workers) override {
     for (std::size_t ready = 1; ready < workers; ++ready) {
-      std::string why;
+      Said why;
       try {
         if (workers_[ready]
                 .company.emplace(options_.company, options_.language)
                 .IsSameAs(*workers_.front().company)) {
           continue;
         }
-        why = "another file has its name";
+        why = Say({"un altro file ha preso il suo nome", "another file has its name"});
       } catch (const RunTimeError& error) {
-        why = error.Description();
+        why = Say({"%", "%"}, {error.Description()});
+      } catch (const std::bad_alloc&) {
+        why = OutOfMemory();
       }
       progress_.Hide();
-      (void)Complain(streams_, std::to_string(ready) + " of " + std::to_string(workers) +
-                                   " workers could open the company: " + why);
+      (void)Complain(streams_, options_,
+                     Say({"lavorano in % su %: di più non riescono ad aprire l'azienda: %",
+                          "% of % workers could open the company: %"},
+                         {std::to_string(ready), std::to_string(workers), why}));
       return ready;
     }
     return workers;
@@ -295,37 +367,35 @@ class CheckRun final : public Answering<EntryFile> {
       return {};
     }
     if (options_.json) {
-      return ToJson(outcome) + '\n';
+      return ToJson(outcome, style_.language, PlaceToo::Yes) + '\n';
     }
     return options_.explain ? ToExplanation(outcome, style_) : ToBlock(outcome, style_);
   }
 
   // What was answered is recorded: the recording comes first.
   void Note(std::span<const Answered> answers) override {
-    std::string lines;
     for (const Answered& answer : answers) {
-      ++tally_[static_cast<Verdict>(answer.verdict)];
-      lines += answer.recording;
+      ++tally_[answer.verdict];
     }
     if (recording_) {
-      recording_->Write(lines);
+      recording_->Write(answers);
       ComplainOfRecording();
     }
   }
 
   // Once; the answers go on.
   void ComplainOfRecording() {
-    if (!recordingFailed_ && !recording_->Error().empty()) {
+    if (!recordingFailed_ && !recording_->Error().IsEmpty()) {
       recordingFailed_ = true;
       progress_.Hide();
-      Complain(streams_, recording_->Error());
+      Complain(streams_, options_, recording_->Error());
     }
   }
 
   std::vector<Worker> workers_;  // each used on its own thread alone
   std::optional<RecordingTarget> recording_;
   bool recordingFailed_ = false;
-  Tally tally_;
+  Tally tally_{};
 };
 
 // One run of replay.
@@ -335,27 +405,35 @@ class ReplayRun final : public Answering<RecordingFile> {
 
   int Replay() {
     AnswerAll();
-    const int status = tally_.contains(Again::Unreadable)  ? kExitTrouble
-                       : tally_.contains(Again::Different) ? kExitSomeFalse
-                                                           : kExitAllTrue;
-    return End(ToSummary(tally_, style_.language), status);
+    const auto came = [this](Again again) { return tally_[static_cast<std::size_t>(again)] != 0; };
+    const int status = came(Again::Unreadable)  ? kExitTrouble
+                       : came(Again::Different) ? kExitSomeFalse
+                                                : kExitAllTrue;
+    return End(options_.json ? ToJson(tally_, status) + '\n' : ToSummary(tally_, style_.language),
+               status);
   }
 
  private:
   Answered Answer(std::size_t /*worker*/, const EntryText& text) override {
-    const Replayed replayed = host::Replay(text);
-    return {static_cast<std::size_t>(replayed.again),
-            options_.json ? ToJson(replayed) + '\n' : ToBlock(replayed, style_)};
+    const auto told = [this](const Replayed& replayed) -> Answered {
+      return {static_cast<std::size_t>(replayed.again),
+              options_.json ? ToJson(replayed, style_.language) + '\n' : ToBlock(replayed, style_)};
+    };
+    try {
+      return told(host::Replay(text, options_.limits));
+    } catch (const std::bad_alloc&) {
+      return told(host::Replay({.place = text.place, .foundMemory = false}));
+    }
   }
   void EndTurn(std::size_t /*worker*/) override {}
   [[nodiscard]] std::size_t Ready(std::size_t workers) override { return workers; }
   void Note(std::span<const Answered> answers) override {
     for (const Answered& answer : answers) {
-      ++tally_[static_cast<Again>(answer.verdict)];
+      ++tally_[answer.verdict];
     }
   }
 
-  ReplayTally tally_;
+  ReplayTally tally_{};
 };
 
 std::string MadeLine(const std::string& company, const Options& options) {
@@ -376,9 +454,11 @@ int InitOnServer(const Options& options, const Streams& streams) {
                 << "a user who checks needs these rights and no others:\n"
                 << made.grants << std::flush;
   } catch (const RunTimeError& error) {
-    return Complain(streams, "can't make the company: " + error.Description());
+    return Complain(streams, options,
+                    Say({"non si può creare l'azienda %: %", "can't make the company %: %"},
+                        {company::ShownName(options.newCompany), error.Description()}));
   }
-  return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
+  return streams.out ? kExitAllTrue : ComplainOfOutput(streams, options);
 }
 
 int Init(const Options& options, const Streams& streams) {
@@ -386,34 +466,45 @@ int Init(const Options& options, const Streams& streams) {
     return InitOnServer(options, streams);
   }
   if (!options.rowsFrom.empty()) {
-    return Complain(streams, "--from is for a company on a server; a file is copied as a file");
+    return Complain(streams, options,
+                    Say({"--from serve per un'azienda su un server; un file si copia come un file",
+                         "--from is for a company on a server; a file is copied as a file"},
+                        {}));
   }
   try {
     const Unstoppable made;
     company::CreateCompany(options.newCompany, options.withSample);
   } catch (const RunTimeError& error) {
-    return Complain(streams,
-                    "can't make the company " + options.newCompany + ": " + error.Description());
+    return Complain(streams, options,
+                    Say({"non si può creare l'azienda %: %", "can't make the company %: %"},
+                        {options.newCompany, error.Description()}));
   }
   streams.out << MadeLine(options.newCompany, options) << std::flush;
-  return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
+  return streams.out ? kExitAllTrue : ComplainOfOutput(streams, options);
+}
+
+Said TakesPlaceOf(const std::string& file) {
+  return Say({"le decisioni scritte prenderebbero il posto di %",
+              "the recording would take the place of %"},
+             {file});
 }
 
 int Check(const Options& options, const Streams& streams) {
   for (const std::string& file : options.files) {
     if (IsSameFile(options.recording, file)) {
-      return Complain(streams, "the recording would take the place of " + file);
+      return Complain(streams, options, TakesPlaceOf(file));
     }
   }
   if (IsSameFile(options.recording, options.company)) {
-    return Complain(streams, "the recording would take the place of " + options.company);
+    return Complain(streams, options, TakesPlaceOf(options.company));
   }
   std::optional<CheckRun> run;
   try {
     run.emplace(options, streams);
   } catch (const RunTimeError& error) {
-    return Complain(streams, "can't open the company " + company::ShownName(options.company) +
-                                 ": " + error.Description());
+    return Complain(streams, options,
+                    Say({"non si può aprire l'azienda %: %", "can't open the company %: %"},
+                        {company::ShownName(options.company), error.Description()}));
   }
   return run->Check();
 }
@@ -427,14 +518,15 @@ int Verify(const Options& options, const Streams& streams) {
       streams.out << ToText(flaw, language) << std::flush;
     });
   } catch (const RunTimeError& error) {
-    return Complain(streams, "can't verify the company " + company::ShownName(options.company) +
-                                 ": " + error.Description());
+    return Complain(streams, options,
+                    Say({"non si può verificare l'azienda %: %", "can't verify the company %: %"},
+                        {company::ShownName(options.company), error.Description()}));
   }
   streams.out << (flaws == 0 ? Wording{"nessun difetto", "no flaws"}.In(language)
                              : Wording{"difetti: ", "flaws: "}.In(language) + std::to_string(flaws))
               << std::endl;
   if (!streams.out) {
-    return Complain(streams, "standard output can't be written");
+    return ComplainOfOutput(streams, options);
   }
   return flaws == 0 ? kExitAllTrue : kExitSomeFalse;
 }
@@ -442,6 +534,31 @@ int Verify(const Options& options, const Streams& streams) {
 void AddLanguage(CLI::App& command, Options& options) {
   command.add_option("--lang", options.language, "Language of messages and text, it or en")
       ->check(CLI::IsMember({"it", "en"}));
+}
+
+void AddLimits(CLI::App& command, Limits& limits) {
+  command
+      .add_option(kBytesOption, limits.bytes, "Bytes of a line, or of an entry over several lines")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  command.add_option(kRowsOption, limits.rows, "Rows of a record set")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  command.add_option(kValuesOption, limits.json.values, "JSON values of an entry")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  command.add_option(kKeysOption, limits.json.keys, "Keys of an object")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  command.add_option(kDepthOption, limits.json.depth, "JSON values inside each other")
+      ->capture_default_str()
+      ->check(CLI::Range(std::size_t{1}, kMostDepth));
+}
+
+void AddSummary(CLI::App& command, Options& options, CLI::Option* json) {
+  command
+      .add_flag("--summary", options.summary, "With --json: a last line that counts the answers")
+      ->needs(json);
 }
 
 void AddJobs(CLI::App& command, Options& options, const std::string& noun) {
@@ -455,14 +572,17 @@ int Explain(const Options& options, const Streams& streams) {
   if (!options.listPages) {
     const Message* const page = FindPage(options.page);
     if (page == nullptr) {
-      return Complain(streams, (options.page.empty() ? "explain takes a code or a name"
-                                                     : "there is no message " + options.page) +
-                                   "; explain --list shows them all");
+      return Complain(
+          streams, options,
+          Say({"%; explain --list li mostra tutti", "%; explain --list shows them all"},
+              {options.page.empty()
+                   ? Say({"explain vuole un codice o un nome", "explain takes a code or a name"})
+                   : Say({"non c'è un messaggio %", "there is no message %"}, {options.page})}));
     }
     text = ToText(*page, LanguageOf(options));
   }
   streams.out << text << std::flush;
-  return streams.out ? kExitAllTrue : Complain(streams, "standard output can't be written");
+  return streams.out ? kExitAllTrue : ComplainOfOutput(streams, options);
 }
 
 // How many letters must be added, taken away or changed to make one word of the other.
@@ -498,12 +618,7 @@ std::string MeantBy(std::string_view word, const CLI::App& app) {
   return meant;
 }
 
-}  // namespace
-
-int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
-        const Terminals& terminals) {
-  const Streams streams{in, out, err, terminals};
-  Options options;
+int RunCommand(int argc, const char* const* argv, const Streams& streams, Options& options) {
   CLI::App app("May these journal entries be saved, modified or deleted?", "kalcogcheck");
   app.set_version_flag("--version", kVersion);
   app.require_subcommand(1);
@@ -528,6 +643,8 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
       check->add_flag("--json", options.json, "One JSON object an entry instead of text");
   check->add_flag("--explain", options.explain, "How each decision came about, check by check")
       ->excludes(json);
+  AddSummary(*check, options, json);
+  AddLimits(*check, options.limits);
   AddLanguage(*check, options);
   AddJobs(*check, options, "Entries");
   check->add_option("--record", options.recording,
@@ -547,7 +664,9 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
 
   CLI::App* const replay =
       app.add_subcommand("replay", "Decide recorded entries again, without a company");
-  replay->add_flag("--json", options.json, "One JSON object an entry instead of text");
+  AddSummary(*replay, options,
+             replay->add_flag("--json", options.json, "One JSON object an entry instead of text"));
+  AddLimits(*replay, options.limits);
   AddLanguage(*replay, options);
   AddJobs(*replay, options, "Decisions");
   replay->add_option("FILE", options.files, "What check --record wrote; - is standard input")
@@ -564,11 +683,13 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
   } catch (const CLI::ParseError& error) {
     if (const std::string meant = argc > 1 ? MeantBy(argv[1], app) : ""; !meant.empty()) {
       return Complain(
-          streams, "there is no command " + std::string(argv[1]) + "; did you mean " + meant + "?");
+          streams, options,
+          Say({"non c'è un comando %; forse %?", "there is no command %; did you mean %?"},
+              {argv[1], meant}));
     }
-    const bool asked = app.exit(error, out, err) == 0;
-    if (asked && !out.flush()) {
-      return Complain(streams, "standard output can't be written");
+    const bool asked = app.exit(error, streams.out, streams.err) == 0;
+    if (asked && !streams.out.flush()) {
+      return ComplainOfOutput(streams, options);
     }
     return asked ? kExitAllTrue : kExitTrouble;
   }
@@ -582,6 +703,19 @@ int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, 
     return ReplayRun(options, streams).Replay();
   }
   return init->parsed() ? Init(options, streams) : Check(options, streams);
+}
+
+}  // namespace
+
+int Run(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
+        const Terminals& terminals) {
+  const Streams streams{in, out, err, terminals};
+  Options options;
+  try {
+    return RunCommand(argc, argv, streams, options);
+  } catch (const std::bad_alloc&) {
+    return Complain(streams, options, OutOfMemory());
+  }
 }
 
 }  // namespace kal::host

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "company/Schema.h"
+#include "host/PerThread.h"
 
 namespace kal::host {
 namespace {
@@ -173,7 +174,8 @@ std::span<const EntrySet> EntrySets() { return kSets; }
 std::shared_ptr<RowTable> NewRowTable(const EntrySet& set) {
   // Made once for each thread; threads that shared them would count their uses at each other's
   // cost.
-  thread_local std::array<std::shared_ptr<const RowLayout>, kSets.size()> layouts;
+  using Layouts = std::array<std::shared_ptr<const RowLayout>, kSets.size()>;
+  auto& layouts = OfThisThread<Layouts>();
   std::shared_ptr<const RowLayout>& layout = layouts[static_cast<std::size_t>(&set - kSets.data())];
   if (layout == nullptr) {
     std::vector<Column> columns;
@@ -207,22 +209,23 @@ Variant FieldValue(const JsonValue& value, DataType type) {
   }
 }
 
-std::string_view WantedValue(DataType type) {
+Wording WantedValue(DataType type) {
   switch (type) {
     case DataType::SmallInt:
-      return "a whole number from -32768 to 32767";
+      return {"un numero intero da -32768 a 32767", "a whole number from -32768 to 32767"};
     case DataType::Integer:
-      return "a whole number from -2147483648 to 2147483647";
+      return {"un numero intero da -2147483648 a 2147483647",
+              "a whole number from -2147483648 to 2147483647"};
     case DataType::Double:
-      return "a number";
+      return {"un numero", "a number"};
     case DataType::Currency:
-      return "an amount with up to four decimals";
+      return {"un importo con al più quattro decimali", "an amount with up to four decimals"};
     case DataType::Date:
-      return "a date (yyyy-mm-dd)";
+      return {"una data (aaaa-mm-gg)", "a date (yyyy-mm-dd)"};
     case DataType::Boolean:
-      return "true or false";
+      return {"true o false", "true or false"};
     default:
-      return "a text";
+      return {"un testo", "a text"};
   }
 }
 

@@ -10,6 +10,7 @@
 #include "checker/KalCOGCheck.h"
 #include "host/JsonText.h"
 #include "platform/MemoryRecordset.h"
+#include "platform/Wording.h"
 
 namespace kal::host {
 
@@ -27,6 +28,6 @@ struct EntrySet {
 // The value for a field of that type, Empty when it does not fit; Null fits every field.
 [[nodiscard]] Variant FieldValue(const JsonValue& value, DataType type);
 // What a field of that type takes, for messages: "a date (yyyy-mm-dd)".
-[[nodiscard]] std::string_view WantedValue(DataType type);
+[[nodiscard]] Wording WantedValue(DataType type);
 
 }  // namespace kal::host

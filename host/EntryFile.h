@@ -14,53 +14,45 @@
 #include <deque>
 #include <istream>
 #include <optional>
-#include <string>
+#include <string_view>
 
+#include "host/EntryText.h"
 #include "host/JsonText.h"
+#include "host/Limits.h"
+#include "host/LineReader.h"
 
 namespace kal::host {
 
-struct EntryText {
-  std::string text;
-  std::string place;  // "FILE" or "FILE line 17"
-  std::string error;  // why there is no text, "" when there is
-};
-
 class EntryFile {
  public:
-  // Reads from the stream, which must outlive it; the name is the one for messages.
-  EntryFile(std::istream& stream, std::string name);
+  // Reads from the stream, which must outlive it; the name, which stays as long as any entry, is
+  // the one for messages.
+  EntryFile(std::istream& stream, std::string_view name, const Limits& limits = {});
 
   // The next entry; nothing at the end. A read error is the last entry.
   [[nodiscard]] std::optional<EntryText> Next();
 
-  [[nodiscard]] std::uintmax_t BytesRead() const { return bytesRead_; }
+  [[nodiscard]] std::uintmax_t BytesRead() const { return lines_.BytesRead(); }
 
  private:
   using Ending = JsonReading::Ending;
 
-  struct Line {
-    std::string text;
-    std::size_t number = 0;  // counted from 1
-  };
-
-  [[nodiscard]] std::optional<Line> ReadLine();  // the next one that is not blank
   [[nodiscard]] std::optional<EntryText> Start();
   [[nodiscard]] std::optional<EntryText> Gather(Ending ending);
-  bool HoldLine();
+  [[nodiscard]] bool HoldLine();
   [[nodiscard]] bool FindWholeLine();
   [[nodiscard]] std::optional<EntryText> NextLine();
   [[nodiscard]] std::optional<EntryText> AtEnd();
+  [[nodiscard]] std::optional<EntryText> WithoutMemory();
 
-  std::istream& stream_;
-  std::string name_;
-  std::uintmax_t bytesRead_ = 0;
-  std::size_t lineNumber_ = 0;
+  std::string_view name_;
+  Limits limits_;
+  LineReader lines_;
   bool started_ = false;
-  bool ended_ = false;
   bool readErrorGiven_ = false;
   JsonReader json_;
   std::deque<Line> held_;  // lines read ahead while the kind of file was in doubt
+  std::size_t heldBytes_ = 0;
 };
 
 }  // namespace kal::host

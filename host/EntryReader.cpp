@@ -4,12 +4,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <iterator>
 #include <stdexcept>
 #include <unordered_map>
 #include <utility>
 
 #include "host/JsonText.h"
+#include "host/PerThread.h"
 
 namespace kal::host {
 namespace {
@@ -18,11 +20,19 @@ using Kind = JsonValue::Kind;
 
 constexpr std::string_view kDefaultOperation = "OkAggiorna";
 constexpr std::size_t kLongestQuotedValue = 60;
+// The header and its posting template.
+constexpr std::array<std::string_view, 2> kOfOneRow = {"RsTesta", "RsCausale"};
 
-class InputError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
+struct InputError {
+  Said why;
 };
+
+[[noreturn]] void Refuse(const Wording& words, std::initializer_list<SaidPart> parts) {
+  throw InputError{Say(words, parts)};
+}
+
+constexpr Wording kArray = {"una lista", "an array"};
+constexpr Wording kNotThis = {"% deve essere %, non %", "% must be %, not %"};
 
 // The value as messages quote it: its JSON text, cut between characters when it is long.
 std::string Shown(const JsonValue& value) {
@@ -37,39 +47,39 @@ std::string Shown(const JsonValue& value) {
   return text;
 }
 
-const JsonValue& Require(const JsonValue& value, Kind kind, std::string_view what,
-                         std::string_view wanted) {
+const JsonValue& Require(const JsonValue& value, Kind kind, const SaidPart& what,
+                         const Wording& wanted) {
   if (value.kind != kind) {
-    throw InputError(std::string(what) + " must be " + std::string(wanted) + ", not " +
-                     Shown(value));
+    Refuse(kNotThis, {what, wanted, Shown(value)});
   }
   return value;
 }
 
-std::string RowName(std::string_view set, std::size_t row) {
-  return std::string(set) + " row " + std::to_string(row + 1);
+Said RowName(std::string_view set, std::size_t row) {
+  return Say({"% riga %", "% row %"}, {set, std::to_string(row + 1)});
 }
 
-// Why the row can't be taken, the first reason in its own order.
-std::string WhyRefused(const RowTable& table, const JsonValue& row, const std::string& name) {
+// Raises why the row can't be taken, the first reason in its own order.
+[[noreturn]] void RefuseRow(const RowTable& table, const JsonValue& row, const Said& name) {
   if (row.kind != Kind::Object) {
-    return name + " must be an object, not " + Shown(row);
+    Refuse(kNotThis, {name, Wording{"un oggetto", "an object"}, Shown(row)});
   }
   std::vector<bool> given(table.Columns().size(), false);
   for (const JsonValue& item : row.Items()) {
     const std::ptrdiff_t place = table.FindColumn(item.key);
     if (place < 0) {
-      return name + " has an unknown field " + QuotedText(item.key);
+      Refuse({"% ha un campo sconosciuto %", "% has an unknown field %"},
+             {name, QuotedText(item.key)});
     }
-    const std::string field = name + ", field " + QuotedText(item.key) + ": ";
+    const Said field = Say({"%, campo %", "%, field %"}, {name, QuotedText(item.key)});
     const auto column = static_cast<std::size_t>(place);
     if (given[column]) {
-      return field + "given twice";
+      Refuse({"%: dato due volte", "%: given twice"}, {field});
     }
     given[column] = true;
     const DataType type = table.Columns()[column].type;
     if (FieldValue(item, type).IsEmpty()) {
-      return field + Shown(item) + " is not " + std::string(WantedValue(type));
+      Refuse({"%: % non è %", "%: % is not %"}, {field, Shown(item), WantedValue(type)});
     }
   }
   throw std::logic_error("a row that can be taken was refused");
@@ -78,15 +88,14 @@ std::string WhyRefused(const RowTable& table, const JsonValue& row, const std::s
 // Fills the tables of one kind of set.
 class RowReader {
  public:
-  void Read(const JsonValue& rows, std::string_view set, RowTable& table) {
+  void Read(const JsonValue& rows, std::string_view set, std::size_t most, RowTable& table) {
     // Room for a usual entry at once; many rows must come before they get it.
-    constexpr std::ptrdiff_t kUsual = 64;
-    const std::ptrdiff_t count = std::ranges::distance(rows.Items());
-    table.Reserve(static_cast<std::size_t>(std::min(count, kUsual)));
+    constexpr std::size_t kUsual = 64;
+    const auto count = static_cast<std::size_t>(std::ranges::distance(rows.Items()));
+    RequireFew(count, set, most);
+    table.Reserve(std::min(count, kUsual));
     for (const JsonValue& row : rows.Items()) {
-      const auto refuse = [&] {
-        throw InputError(WhyRefused(table, row, RowName(set, table.RowCount())));
-      };
+      const auto refuse = [&] { RefuseRow(table, row, RowName(set, table.RowCount())); };
       if (row.kind != Kind::Object || !FindGiven(row, table)) {
         refuse();
       }
@@ -109,6 +118,18 @@ class RowReader {
     bool possible = false;  // every key is a field's, and no other key the same field's
     std::vector<std::size_t> columns;
   };
+
+  static void RequireFew(std::size_t count, std::string_view set, std::size_t most) {
+    if (count > 1 && std::ranges::find(kOfOneRow, set) != kOfOneRow.end()) {
+      Refuse({"% ha % righe: una registrazione ne ha una sola", "% has % rows: an entry has one"},
+             {set, std::to_string(count)});
+    }
+    if (count > most) {
+      Refuse({"% ha % righe; se ne leggono al più %, con % di più",
+              "% has % rows; at most % are read, % allows more"},
+             {set, std::to_string(count), std::to_string(most), kRowsOption});
+    }
+  }
 
   // What the row gives for each column; false when its keys can't be taken.
   bool FindGiven(const JsonValue& row, const RowTable& table) {
@@ -165,13 +186,16 @@ EditMode ReadEditMode(const JsonValue& value, std::string_view set) {
     return mode != nullptr && static_cast<std::int32_t>(candidate) == *mode;
   });
   if (known == kModes.end()) {
-    throw InputError(std::string(set) + ": EditMode must be 0, 1, 2 or 4, not " + Shown(value));
+    Refuse(kNotThis, {Say({"%: EditMode", "%: EditMode"}, {set}),
+                      Wording{"0, 1, 2 o 4", "0, 1, 2 or 4"}, Shown(value)});
   }
   return *known;
 }
 
-SuppliedSet ReadSet(const EntrySet& set, const JsonValue& value, RowReader& reader) {
-  Require(value, Kind::Object, set.name, "an object with rows, or null");
+SuppliedSet ReadSet(const EntrySet& set, const JsonValue& value, std::size_t mostRows,
+                    RowReader& reader) {
+  Require(value, Kind::Object, set.name,
+          {"un oggetto con rows, o null", "an object with rows, or null"});
   SuppliedSet supplied{.set = &set};
   const JsonValue* rows = nullptr;
   for (const JsonValue& item : value.Items()) {
@@ -180,17 +204,18 @@ SuppliedSet ReadSet(const EntrySet& set, const JsonValue& value, RowReader& read
     } else if (item.key == "rows") {
       rows = &item;
     } else {
-      throw InputError(std::string(set.name) + " has an unknown key " + QuotedText(item.key));
+      Refuse({"% ha una chiave sconosciuta %", "% has an unknown key %"},
+             {set.name, QuotedText(item.key)});
     }
   }
   if (rows == nullptr) {
-    throw InputError(std::string(set.name) + " has no rows: write \"rows\": [] for a set without");
+    Refuse({"% non ha rows: per un insieme senza righe si scrive \"rows\": []",
+            "% has no rows: write \"rows\": [] for a set without"},
+           {set.name});
   }
-  if (rows->kind != Kind::Array) {
-    throw InputError(std::string(set.name) + ": rows must be an array, not " + Shown(*rows));
-  }
+  Require(*rows, Kind::Array, Say({"%: rows", "%: rows"}, {set.name}), kArray);
   const auto table = NewRowTable(set);
-  reader.Read(*rows, set.name, *table);
+  reader.Read(*rows, set.name, mostRows, *table);
   supplied.rows = table;
   return supplied;
 }
@@ -208,7 +233,7 @@ Variant ArgumentValue(const JsonValue& value, ArgumentKind kind) {
   return FieldValue(value, kTypes[static_cast<std::size_t>(kind)]);
 }
 
-std::string_view WantedArgument(ArgumentKind kind) {
+Wording WantedArgument(ArgumentKind kind) {
   switch (kind) {
     case ArgumentKind::Flag:
       return WantedValue(DataType::Boolean);
@@ -221,29 +246,29 @@ std::string_view WantedArgument(ArgumentKind kind) {
     case ArgumentKind::Day:
       break;
   }
-  return "a date (yyyy-mm-dd), \"\" or null";
+  return {"una data (aaaa-mm-gg), \"\" o null", "a date (yyyy-mm-dd), \"\" or null"};
 }
 
 std::vector<Variant> ReadArguments(const Operation& operation, const JsonValue* given) {
   static const JsonValue kNone{.kind = Kind::Array};
   const JsonValue& list =
-      given == nullptr ? kNone : Require(*given, Kind::Array, "arguments", "an array");
+      given == nullptr ? kNone : Require(*given, Kind::Array, "arguments", kArray);
   const auto count = static_cast<std::size_t>(std::ranges::distance(list.Items()));
   if (count == 0 && operation.name == kDefaultOperation) {
     return {true, true};
   }
-  const std::string name(operation.name);
   if (count != operation.arguments.size()) {
-    throw InputError(name + " takes " + std::to_string(operation.arguments.size()) +
-                     " arguments, not " + std::to_string(count));
+    Refuse({"% vuole % argomenti, non %", "% takes % arguments, not %"},
+           {operation.name, std::to_string(operation.arguments.size()), std::to_string(count)});
   }
   std::vector<Variant> values;
   for (const JsonValue& item : list.Items()) {
     const ArgumentKind kind = operation.arguments[values.size()];
     Variant value = ArgumentValue(item, kind);
     if (value.IsEmpty()) {
-      throw InputError(name + " argument " + std::to_string(values.size() + 1) + " must be " +
-                       std::string(WantedArgument(kind)) + ", not " + Shown(item));
+      Refuse(kNotThis, {Say({"% argomento %", "% argument %"},
+                            {operation.name, std::to_string(values.size() + 1)}),
+                        WantedArgument(kind), Shown(item)});
     }
     values.push_back(std::move(value));
   }
@@ -259,12 +284,14 @@ bool IsEntryKey(std::string_view key) {
 
 bool ReadFlag(const JsonValue& root, std::string_view key) {
   const JsonValue* const value = root.Find(key);
-  return value != nullptr && Require(*value, Kind::Boolean, key, "true or false").boolean;
+  return value != nullptr &&
+         Require(*value, Kind::Boolean, key, WantedValue(DataType::Boolean)).boolean;
 }
 
 std::string_view ReadText(const JsonValue& root, std::string_view key, std::string_view missing) {
   const JsonValue* const value = root.Find(key);
-  return value == nullptr ? missing : Require(*value, Kind::Text, key, "a text").text;
+  return value == nullptr ? missing
+                          : Require(*value, Kind::Text, key, WantedValue(DataType::VarWChar)).text;
 }
 
 // The id and the operation, also of a text that broke off behind them.
@@ -288,20 +315,28 @@ void ReadHead(const JsonReading& json, EntryReading& reading) {
 // Reads one entry after the other, each with what was learnt from those before it.
 class Reader {
  public:
+  explicit Reader(const Limits& limits = {}) : limits_(limits), json_(limits.json) {}
+
+  [[nodiscard]] const Limits& Allowed() const { return limits_; }
+
   EntryReading Read(std::string_view text) {
     EntryReading reading;
     const JsonReading json = json_.Read(text);
     ReadHead(json, reading);
     try {
-      if (!json.error.empty()) {
-        throw InputError(json.error);
+      if (!json.error.IsEmpty()) {
+        throw InputError{json.error};
       }
       if (json.value->kind == Kind::Array) {
-        throw InputError("an array is no entry: write one object a line");
+        Refuse({"una lista non è una registrazione: si scrive un oggetto per riga",
+                "an array is no entry: write one object a line"},
+               {});
       }
-      reading.entry = MakeEntry(Require(*json.value, Kind::Object, "an entry", "a JSON object"));
+      reading.entry =
+          MakeEntry(Require(*json.value, Kind::Object, Wording{"una registrazione", "an entry"},
+                            {"un oggetto JSON", "a JSON object"}));
     } catch (const InputError& error) {
-      reading.error = error.what();
+      reading.error = error.why;
     }
     return reading;
   }
@@ -310,14 +345,14 @@ class Reader {
   Entry MakeEntry(const JsonValue& root) {
     for (const JsonValue& item : root.Items()) {
       if (!IsEntryKey(item.key)) {
-        throw InputError("unknown key " + QuotedText(item.key));
+        Refuse({"chiave sconosciuta %", "unknown key %"}, {QuotedText(item.key)});
       }
     }
     Entry entry;
     const std::string_view name = ReadText(root, "operation", kDefaultOperation);
     entry.operation = FindOperation(name);
     if (entry.operation == nullptr) {
-      throw InputError("unknown operation " + QuotedText(name));
+      Refuse({"operazione sconosciuta %", "unknown operation %"}, {QuotedText(name)});
     }
     entry.arguments = ReadArguments(*entry.operation, root.Find("arguments"));
     rows_.resize(EntrySets().size());
@@ -325,7 +360,7 @@ class Reader {
       const EntrySet& set = EntrySets()[i];
       const JsonValue* const value = root.Find(set.name);
       if (value != nullptr && value->kind != Kind::Null) {
-        entry.sets.push_back(ReadSet(set, *value, rows_[i]));
+        entry.sets.push_back(ReadSet(set, *value, limits_.rows, rows_[i]));
       }
     }
     entry.isParcella = ReadFlag(root, "IsParcella");
@@ -334,6 +369,7 @@ class Reader {
     return entry;
   }
 
+  Limits limits_;
   JsonReader json_;
   std::vector<RowReader> rows_;  // by set
 };
@@ -345,8 +381,11 @@ bool HasEntryKey(const JsonValue& value) {
          std::ranges::any_of(value.Items(), IsEntryKey, &JsonValue::key);
 }
 
-EntryReading ReadEntry(std::string_view text) {
-  thread_local Reader reader;
+EntryReading ReadEntry(std::string_view text, const Limits& limits) {
+  auto& reader = OfThisThread<Reader>();
+  if (reader.Allowed() != limits) {
+    reader = Reader(limits);
+  }
   return reader.Read(text);
 }
 

@@ -19,7 +19,9 @@
 #include <vector>
 
 #include "host/EntryFields.h"
+#include "host/Limits.h"
 #include "host/Operations.h"
+#include "host/Said.h"
 #include "platform/MemoryRecordset.h"
 #include "platform/Variant.h"
 
@@ -49,12 +51,12 @@ struct EntryReading {
   EntryId id;
   std::optional<std::string> operation;  // its name, known or not; nothing when unreadable
   std::optional<Entry> entry;            // nothing when there is an error
-  std::string error;
+  Said error;                            // empty when there is none
 };
 
 // Whether the value is an object with at least one of an entry's keys.
 [[nodiscard]] bool HasEntryKey(const JsonValue& value);
 
-[[nodiscard]] EntryReading ReadEntry(std::string_view text);
+[[nodiscard]] EntryReading ReadEntry(std::string_view text, const Limits& limits = {});
 
 }  // namespace kal::host

@@ -42,7 +42,9 @@ void ExplainRecorder::Added(const Finding& /*finding*/) {
 
 void ExplainRecorder::Reached(std::span<const Passo> order, std::size_t place, bool applies) {
   if (place == 0) {
-    orders_.push_back({order, {}});
+    OrderRun run{.order = order, .applied = {}};
+    run.applied.reserve(order.size());  // an order that was begun has at least one row
+    orders_.push_back(std::move(run));
   }
   orders_.back().applied.push_back(applies);
   orders_.back().entered = false;

@@ -44,6 +44,11 @@ constexpr FlawWording kWordings[] = {
       "quattro decimali",
       "store it as the column wants it: dates yyyy-mm-dd, numbers as numbers, amounts with at "
       "most four decimals"}},
+    {FlawKind::Setting,
+     {"l'impostazione non si legge: ogni controllo che la chiede si ferma con un errore",
+      "the setting can't be read: every check that asks for it stops with an error"},
+     {"scrivere 0 o 1 per un sì o no, una data come aaaa-mm-gg",
+      "store 0 or 1 for a yes or no, a date as yyyy-mm-dd"}},
     {FlawKind::Duplicate,
      {"più righe hanno la stessa chiave: ne conta una sola, e non si sa quale",
       "several rows have the same key: only one counts, and it is not known which"},

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <istream>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "host/EntryFile.h"
+#include "host/TryTwice.h"
 #include "host/Workers.h"
 
 namespace kal::host {
@@ -40,8 +42,9 @@ inline std::uintmax_t SizeOf(const std::vector<std::string>& files) {
 template <class File>
 class Input {
  public:
-  Input(const std::vector<std::string>& files, std::istream& standardInput)
-      : files_(files), standardInput_(standardInput), size_(SizeOf(files)) {}
+  // The files' names stay as long as any entry.
+  Input(const std::vector<std::string>& files, const Limits& limits, std::istream& standardInput)
+      : files_(files), limits_(limits), standardInput_(standardInput), size_(SizeOf(files)) {}
 
   // Bytes of all files; 0 when it is not known.
   [[nodiscard]] std::uintmax_t Size() const { return size_; }
@@ -60,16 +63,16 @@ class Input {
         return std::nullopt;
       }
       const std::string& file = files_[opened_++];
-      if (file == kStandardInput) {
-        entries_.emplace(standardInput_, "standard input");
-        continue;
+      try {
+        Said why;
+        TryTwice([&] { why = Open(file); });
+        if (!why.IsEmpty()) {
+          return Asked{{.place = {file}, .error = std::move(why)}, bytesBefore_};
+        }
+      } catch (const std::bad_alloc&) {
+        entries_.reset();
+        return Asked{{.place = {file}, .foundMemory = false}, bytesBefore_};
       }
-      stream_ = std::ifstream(file, std::ios::binary);
-      if (!stream_) {
-        const std::string why = std::string("the file can't be opened: ") + std::strerror(errno);
-        return Asked{{"", file, why}, bytesBefore_};
-      }
-      entries_.emplace(stream_, file);
     }
   }
 
@@ -79,11 +82,13 @@ class Input {
     constexpr std::size_t kBytes = 1U << 15U;
     std::vector<Asked> few;
     for (std::size_t bytes = 0; bytes < kBytes; bytes += few.back().entry.text.size()) {
-      std::optional<Asked> next = Next();
-      if (!next) {
+      if (!next_) {
+        next_ = Next();
+      }
+      if (!next_ || !Append(few)) {
         break;
       }
-      few.push_back(*std::move(next));
+      next_.reset();
       if (size_ == 0) {
         break;
       }
@@ -92,13 +97,43 @@ class Input {
   }
 
  private:
+  // Adds the next entry. Where there is no room for one more, it waits for the next turn.
+  bool Append(std::vector<Asked>& few) {
+    try {
+      few.push_back(*std::move(next_));
+    } catch (const std::bad_alloc&) {
+      if (few.empty()) {
+        few.push_back(*std::move(next_));
+        return true;
+      }
+      return false;
+    }
+    return true;
+  }
+
+  // Why there is no reading it; empty where there is.
+  Said Open(const std::string& file) {
+    if (file == kStandardInput) {
+      entries_.emplace(standardInput_, "standard input", limits_);
+      return {};
+    }
+    stream_ = std::ifstream(file, std::ios::binary);
+    if (!stream_) {
+      return Say({"il file non si apre: %", "the file can't be opened: %"}, {std::strerror(errno)});
+    }
+    entries_.emplace(stream_, file, limits_);
+    return {};
+  }
+
   const std::vector<std::string>& files_;
+  const Limits& limits_;
   std::istream& standardInput_;
   std::uintmax_t size_;
   std::size_t opened_ = 0;
   std::uintmax_t bytesBefore_ = 0;
   std::ifstream stream_;
   std::optional<File> entries_;
+  std::optional<Asked> next_;  // read, and not handed over yet
 };
 
 }  // namespace kal::host

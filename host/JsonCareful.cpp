@@ -53,10 +53,14 @@ class Events final : public nlohmann::json_sax<json> {
 
   bool parse_error(std::size_t position, const std::string&,
                    const json::exception& error) override {
+    const std::string detail = BareMessage(error.what());
+    const std::string before = Before(position);
     // The parser counts the end of the text as one more character.
     reading_.ending =
         position > text_.size() ? JsonReading::Ending::Unfinished : JsonReading::Ending::Wrong;
-    reading_.error = "not JSON, " + PlaceOf(position) + ": " + BareMessage(error.what());
+    const Said place = PlaceOf(position);
+    reading_.error = Say({"non è JSON, %%: si ferma dopo %", "not JSON, %%: %"},
+                         {place, tree_.Where(), Wording{before, detail}});
     return false;
   }
 
@@ -66,14 +70,22 @@ class Events final : public nlohmann::json_sax<json> {
   }
 
  private:
+  // The last of what was read, as a JSON text.
+  [[nodiscard]] std::string Before(std::size_t position) const {
+    constexpr std::size_t kShown = 20;
+    const std::size_t end = std::min(position, text_.size());
+    return QuotedText(text_.substr(end - std::min(end, kShown), std::min(end, kShown)));
+  }
+
   // "column 5", behind the number of the line where the text has several.
-  [[nodiscard]] std::string PlaceOf(std::size_t position) const {
+  [[nodiscard]] Said PlaceOf(std::size_t position) const {
     const std::size_t end = text_.find_last_not_of(" \t\r\n") + 1;
     const std::string_view before = text_.substr(0, std::min(position, end));
     const std::size_t lineStart = before.rfind('\n') + 1;  // 0 when there is no line before
     const auto line = std::ranges::count(before, '\n') + 1;
-    return (line > 1 ? "line " + std::to_string(line) + " " : "") + "column " +
-           std::to_string(before.size() - lineStart);
+    return Say({"%colonna %", "%column %"},
+               {line > 1 ? Say({"riga % ", "line % "}, {std::to_string(line)}) : Said(),
+                std::to_string(before.size() - lineStart)});
   }
 
   bool AddNumber(std::string digits) {
@@ -84,7 +96,7 @@ class Events final : public nlohmann::json_sax<json> {
   bool Open(JsonValue::Kind kind) {
     if (!tree_.Open(kind)) {
       reading_.ending = JsonReading::Ending::Wrong;
-      reading_.error = "nested deeper than " + std::to_string(kMaxJsonDepth) + " levels";
+      reading_.error = tree_.TooDeep();
       return false;
     }
     return true;

@@ -58,14 +58,19 @@ const JsonDocument* JsonDocument::Find(std::string_view name) const {
   return key == keys.end() ? nullptr : &items[static_cast<std::size_t>(key - keys.begin())];
 }
 
-JsonDocumentReading ReadDocument(std::string_view text) {
-  JsonTree tree;
+JsonDocumentReading ReadDocument(std::string_view text, const JsonLimits& limits) {
+  JsonTree tree(limits);
   tree.Start();
-  JsonReading reading = ReadCarefully(text, tree);
-  if (reading.error.empty()) {
-    reading.error = RepeatedKeyError(tree);
+  JsonReading reading;
+  try {
+    reading = ReadCarefully(text, tree);
+    if (reading.error.IsEmpty()) {
+      reading.error = RepeatedKeyError(tree, text);
+    }
+  } catch (const JsonExcess& excess) {
+    return {{}, excess.what.english};
   }
-  return {Kept(*reading.value), std::move(reading.error)};
+  return {Kept(*reading.value), std::move(reading.error.english)};
 }
 
 std::string ToText(const JsonDocument& value) {

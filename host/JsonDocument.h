@@ -30,7 +30,8 @@ struct JsonDocumentReading {
   std::string error;  // "" when there is none
 };
 
-[[nodiscard]] JsonDocumentReading ReadDocument(std::string_view text);
+[[nodiscard]] JsonDocumentReading ReadDocument(std::string_view text,
+                                               const JsonLimits& limits = {});
 
 // On one line.
 [[nodiscard]] std::string ToText(const JsonDocument& value);

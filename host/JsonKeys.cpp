@@ -14,32 +14,37 @@ std::uint64_t NextNumber() {
 
 }  // namespace
 
-JsonKeys::JsonKeys() { lists_.emplace_back().number = NextNumber(); }
+JsonKeys::JsonKeys(std::size_t most) : most_(most) { lists_.emplace_back().number = NextNumber(); }
 
 void JsonKeys::ForgetMany() {
   constexpr std::size_t kMany = 2048;
   if (lists_.size() > kMany) {
-    *this = JsonKeys();
+    *this = JsonKeys(most_);
   }
 }
 
-JsonKeyList& JsonKeys::Append(JsonKeyList& list, std::string_view key) {
+JsonKeyList* JsonKeys::Append(JsonKeyList& list, std::string_view key) {
   if (list.latest != nullptr && list.latest->key == key) {
-    return *list.latest;
+    return list.latest;
   }
   const auto known = longer_.find({&list, key});
   if (known != longer_.end()) {
     list.latest = known->second;
+  } else if (list.size == most_) {
+    return nullptr;
   } else {
     JsonKeyList& longer = lists_.emplace_back();
     longer.number = NextNumber();
+    longer.size = list.size + 1;
     longer.key = key;
-    longer.plain = key.find_first_of("\"\\") == std::string_view::npos;
+    if (key.find_first_of("\"\\") == std::string_view::npos) {
+      longer.quoted = longer.key + '"';
+    }
     longer.before = &list;
     longer_.emplace(Longer{&list, longer.key}, &longer);
     list.latest = &longer;
   }
-  return *list.latest;
+  return list.latest;
 }
 
 const std::string* JsonKeys::RepeatedKey(JsonKeyList& list) {

@@ -19,8 +19,9 @@ namespace kal::host {
 // A list of keys, as its last key behind the list that it was appended to.
 struct JsonKeyList {
   std::uint64_t number = 0;
+  std::size_t size = 0;
   std::string key;
-  bool plain = false;                  // the key has no character that JSON escapes
+  std::string quoted;  // the key and the quote behind it; "" when JSON escapes a part of the key
   JsonKeyList* before = nullptr;       // nullptr for the list without keys
   JsonKeyList* latest = nullptr;       // what it last became with one more key
   bool examined = false;               // whether it is known which key it has twice:
@@ -29,14 +30,15 @@ struct JsonKeyList {
 
 class JsonKeys {
  public:
-  JsonKeys();
+  // Lists of at most so many keys.
+  explicit JsonKeys(std::size_t most);
 
   // Makes room when many lists have come together. Lists got before are good no longer.
   void ForgetMany();
 
   [[nodiscard]] JsonKeyList& WithoutKeys() { return lists_.front(); }
-  // The list with one more key.
-  [[nodiscard]] JsonKeyList& Append(JsonKeyList& list, std::string_view key);
+  // The list with one more key; nullptr when that would be too many.
+  [[nodiscard]] JsonKeyList* Append(JsonKeyList& list, std::string_view key);
   // The key that the list has twice; nullptr when there is none.
   [[nodiscard]] static const std::string* RepeatedKey(JsonKeyList& list);
 
@@ -53,6 +55,7 @@ class JsonKeys {
     }
   };
 
+  std::size_t most_;
   std::deque<JsonKeyList> lists_;
   std::unordered_map<Longer, JsonKeyList*, Hash> longer_;
 };

@@ -32,7 +32,8 @@ std::string_view WithoutBlanksBehind(std::string_view text) {
 }
 
 std::size_t CountDigits(std::string_view text) {
-  return std::min(text.find_first_not_of("0123456789"), text.size());
+  const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+  return static_cast<std::size_t>(std::ranges::find_if_not(text, isDigit) - text.begin());
 }
 
 // Whether it is a number, without an exponent and far from too large for a floating-point number;
@@ -61,7 +62,11 @@ class Walk {
   // The room is for texts with escapes.
   Walk(const ondemand::parser& parser, std::string_view text, std::vector<std::uint8_t>& room,
        JsonTree& tree)
-      : parser_(parser), end_(text.data() + text.size()), room_(room), tree_(tree) {}
+      : parser_(parser),
+        end_(text.data() + text.size()),
+        hasEscapes_(text.find('\\') != std::string_view::npos),
+        room_(room),
+        tree_(tree) {}
 
   template <class Object>
   [[nodiscard]] bool ReadObject(Object source) {
@@ -134,7 +139,7 @@ class Walk {
       return false;
     }
     std::string_view text = quoted.substr(1, quoted.size() - 2);
-    if (text.find('\\') != std::string_view::npos && !Unescape(raw, text)) {
+    if (hasEscapes_ && text.find('\\') != std::string_view::npos && !Unescape(raw, text)) {
       return false;
     }
     tree_.AddText(text);
@@ -166,6 +171,7 @@ class Walk {
 
   const ondemand::parser& parser_;
   const char* end_;
+  bool hasEscapes_;  // anywhere: most entries have none
   std::vector<std::uint8_t>& room_;
   std::uint8_t* unescaped_ = nullptr;  // where the next text goes in the room, once there is one
   JsonTree& tree_;

@@ -8,20 +8,26 @@ namespace kal::host {
 
 class JsonReader::Memory {
  public:
+  explicit Memory(const JsonLimits& limits) : tree_(limits) {}
+
   JsonReading Read(std::string_view text) {
     large_ = text.size() > kLarge;
     tree_.Start();
-    JsonReading reading;
-    if (quick_.Read(text, tree_)) {
-      reading.value = &tree_.Finish();
-    } else {
-      tree_.Start();
-      reading = ReadCarefully(text, tree_);
+    try {
+      JsonReading reading;
+      if (quick_.Read(text, tree_)) {
+        reading.value = &tree_.Finish();
+      } else {
+        tree_.Start();
+        reading = ReadCarefully(text, tree_);
+      }
+      if (reading.error.IsEmpty()) {
+        reading.error = RepeatedKeyError(tree_, text);
+      }
+      return reading;
+    } catch (const JsonExcess& excess) {
+      return {JsonReading::Ending::Wrong, &tree_.Finish(), excess.what};
     }
-    if (reading.error.empty()) {
-      reading.error = RepeatedKeyError(tree_);
-    }
-    return reading;
   }
 
   [[nodiscard]] bool IsLarge() const { return large_; }
@@ -34,7 +40,7 @@ class JsonReader::Memory {
   JsonTree tree_;
 };
 
-JsonReader::JsonReader() = default;
+JsonReader::JsonReader(const JsonLimits& limits) : limits_(limits) {}
 JsonReader::JsonReader(JsonReader&&) noexcept = default;
 JsonReader& JsonReader::operator=(JsonReader&&) noexcept = default;
 JsonReader::~JsonReader() = default;
@@ -42,7 +48,7 @@ JsonReader::~JsonReader() = default;
 JsonReading JsonReader::Read(std::string_view text) {
   // One large text does not hold its memory for all those that come after it.
   if (memory_ == nullptr || memory_->IsLarge()) {
-    memory_ = std::make_unique<Memory>();
+    memory_ = std::make_unique<Memory>(limits_);
   }
   return memory_->Read(text);
 }

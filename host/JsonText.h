@@ -2,7 +2,7 @@
 //
 // Numbers keep their digits as written, so that an amount never passes through a floating-point
 // value. A key given twice in one object, which a reader that keeps the last one would hide, is an
-// error, and so is nesting deeper than kMaxJsonDepth.
+// error, and so is more of anything than its limits allow.
 
 #pragma once
 
@@ -13,9 +13,10 @@
 #include <string>
 #include <string_view>
 
-namespace kal::host {
+#include "host/Limits.h"
+#include "host/Said.h"
 
-inline constexpr std::size_t kMaxJsonDepth = 32;
+namespace kal::host {
 
 // One value. Those inside it stand behind it in memory, so it means something only where it was
 // read: hand on references.
@@ -79,13 +80,13 @@ struct JsonReading {
   Ending ending = Ending::Complete;
   // What was read up to the error, without the containers left open inside. Belongs to the reader.
   const JsonValue* value = nullptr;
-  std::string error;  // "" when there is none; a complete value may still repeat a key
+  Said error{};  // empty when there is none; a complete value may still repeat a key
 };
 
 // Reads one text after the other in the same memory.
 class JsonReader {
  public:
-  JsonReader();
+  explicit JsonReader(const JsonLimits& limits = {});
   JsonReader(JsonReader&&) noexcept;
   JsonReader& operator=(JsonReader&&) noexcept;
   ~JsonReader();
@@ -95,6 +96,7 @@ class JsonReader {
 
  private:
   class Memory;
+  JsonLimits limits_;
   std::unique_ptr<Memory> memory_;
 };
 

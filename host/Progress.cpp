@@ -1,6 +1,7 @@
 #include "host/Progress.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
 
 #include "host/Interrupt.h"
@@ -25,7 +26,11 @@ void Progress::Step(std::uintmax_t bytesDone) {
   const auto now = std::chrono::steady_clock::now();
   if (now - drawn_ >= kPause) {
     drawn_ = now;
-    Draw(bytesDone);
+    try {
+      Draw(bytesDone);
+    } catch (const std::bad_alloc&) {
+      // The next one is drawn.
+    }
   }
 }
 

@@ -3,26 +3,28 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <utility>
+
+#include "host/TryTwice.h"
 
 namespace kal::host {
 
 std::optional<EntryText> RecordingFile::Next() {
-  EntryText line;
-  while (std::getline(stream_, line.text)) {
-    bytesRead_ += line.text.size() + 1;
-    ++lineNumber_;
-    if (line.text.find_first_not_of(" \t\r") != std::string::npos) {
-      line.place = name_ + " line " + std::to_string(lineNumber_);
-      return line;
+  try {
+    if (std::optional<Line> line = lines_.Next()) {
+      const Place place{name_, line->number};
+      return line->isTooLong ? EntryText{.place = place, .error = TooLong(mostBytes_)}
+                             : EntryText{.text = std::move(line->text), .place = place};
     }
+  } catch (const std::bad_alloc&) {
+    return EntryText{.place = {name_, lines_.PassOver()}, .foundMemory = false};
   }
-  if (!stream_.bad() || readErrorGiven_) {
+  if (!lines_.HasFailed() || std::exchange(readErrorGiven_, true)) {
     return std::nullopt;
   }
-  readErrorGiven_ = true;
-  return EntryText{"", name_, "the file can't be read"};
+  return EntryText{.place = {name_}, .error = UnreadableFile()};
 }
 
 RecordingTarget::RecordingTarget(std::string path)
@@ -32,13 +34,18 @@ RecordingTarget::RecordingTarget(std::string path)
   }
 }
 
-void RecordingTarget::Write(std::string_view lines) {
-  if (!error_.empty() || lines.empty()) {
+void RecordingTarget::Write(std::span<const Answered> answers) {
+  if (!error_.IsEmpty()) {
     return;
   }
   errno = 0;
-  if (stream_ << lines << std::flush) {
-    written_ += lines.size();
+  std::uintmax_t bytes = 0;
+  for (const Answered& answer : answers) {
+    stream_ << answer.recording;
+    bytes += answer.recording.size();
+  }
+  if (stream_ << std::flush) {
+    written_ += bytes;
     return;
   }
   Fail();
@@ -48,7 +55,9 @@ void RecordingTarget::Write(std::string_view lines) {
 }
 
 void RecordingTarget::Fail() {
-  error_ = "the recording " + path_ + " can't be written: " + std::strerror(errno);
+  TryTwice([this, why = std::strerror(errno)] {
+    error_ = Say({"non si può scrivere %: %", "the recording % can't be written: %"}, {path_, why});
+  });
 }
 
 bool IsSameFile(const std::string& one, const std::string& other) {

@@ -7,29 +7,32 @@
 #include <fstream>
 #include <istream>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "host/EntryFile.h"
+#include "host/Workers.h"
 
 namespace kal::host {
 
 // JSON Lines: a line is a recording, whatever stands on it. Blank lines are passed over.
 class RecordingFile {
  public:
-  // Reads from the stream, which must outlive it; the name is the one for messages.
-  RecordingFile(std::istream& stream, std::string name) : stream_(stream), name_(std::move(name)) {}
+  // Reads from the stream, which must outlive it; the name, which stays as long as any entry, is
+  // the one for messages.
+  RecordingFile(std::istream& stream, std::string_view name, const Limits& limits)
+      : name_(name), mostBytes_(limits.bytes), lines_(stream, limits.bytes) {}
 
   // The next line; nothing at the end. A read error is the last one.
   [[nodiscard]] std::optional<EntryText> Next();
 
-  [[nodiscard]] std::uintmax_t BytesRead() const { return bytesRead_; }
+  [[nodiscard]] std::uintmax_t BytesRead() const { return lines_.BytesRead(); }
 
  private:
-  std::istream& stream_;
-  std::string name_;
-  std::uintmax_t bytesRead_ = 0;
-  std::size_t lineNumber_ = 0;
+  std::string_view name_;
+  std::size_t mostBytes_;
+  LineReader lines_;
   bool readErrorGiven_ = false;
 };
 
@@ -38,12 +41,12 @@ class RecordingTarget {
   // What stood in the file is gone.
   explicit RecordingTarget(std::string path);
 
-  // Whole lines, at once. Once that has failed nothing more is written; what was written before
-  // stays, without a line that broke off.
-  void Write(std::string_view lines);
+  // The lines of those answers, at once. Once that has failed nothing more is written; what was
+  // written before stays, without a line that broke off.
+  void Write(std::span<const Answered> answers);
 
-  // Why it can't be written; "" as long as it can.
-  [[nodiscard]] const std::string& Error() const { return error_; }
+  // Why it can't be written; empty as long as it can.
+  [[nodiscard]] const Said& Error() const { return error_; }
 
  private:
   void Fail();
@@ -51,7 +54,7 @@ class RecordingTarget {
   std::string path_;
   std::ofstream stream_;
   std::uintmax_t written_ = 0;
-  std::string error_;
+  Said error_;
 };
 
 // Whether both paths name one file that is there.

@@ -470,8 +470,8 @@ Exchange ReadExchange(const JsonDocument& value) {
   return exchange;
 }
 
-Conversation ReadConversation(std::string_view text) {
-  const JsonDocumentReading json = ReadDocument(text);
+Conversation ReadConversation(std::string_view text, const JsonLimits& limits) {
+  const JsonDocumentReading json = ReadDocument(text, limits);
   if (!json.error.empty()) {
     Refuse("conversation: " + json.error);
   }
@@ -490,7 +490,7 @@ Conversation ReadConversation(std::string_view text) {
 
 }  // namespace
 
-RecordingReading ReadRecording(std::string_view line) {
+RecordingReading ReadRecording(std::string_view line, const JsonLimits& limits) {
   constexpr std::array<std::string_view, 4> kKeys = {"recording", "entry", "conversation",
                                                      "result"};
   RecordingReading reading;
@@ -500,7 +500,8 @@ RecordingReading ReadRecording(std::string_view line) {
       Refuse("it is of the version " + std::string(version.substr(0, 20)) +
              "; this program reads version 1");
     }
-    reading.recording = {std::string(entry), ReadConversation(conversation), std::string(result)};
+    reading.recording = {std::string(entry), ReadConversation(conversation, limits),
+                         std::string(result)};
   } catch (const FormatError& error) {
     reading.error = error.what();
   }

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/Limits.h"
 #include "records/Conversation.h"
 
 namespace kal::host {
@@ -31,6 +32,6 @@ struct RecordingReading {
 };
 
 // Entry and result are found and not looked into: whoever reads them says what is wrong with them.
-[[nodiscard]] RecordingReading ReadRecording(std::string_view line);
+[[nodiscard]] RecordingReading ReadRecording(std::string_view line, const JsonLimits& limits = {});
 
 }  // namespace kal::host

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/JsonText.h"
+#include "host/PerThread.h"
 #include "host/RecordingNames.h"
 #include "host/RecordingText.h"
 
@@ -229,10 +230,12 @@ class Writer {
     if (!isConstant || !exchange.name.empty()) {
       return Write(exchange.AsQuery());
     }
-    thread_local std::unordered_map<const Selection*, std::string> made;
-    std::string& text = made[exchange.selection.get()];
+    using Made = std::unordered_map<const Selection*, std::string>;
+    std::string& text = OfThisThread<Made>()[exchange.selection.get()];
     if (text.empty()) {
-      Writer(text).Write(exchange.AsQuery());
+      std::string whole;
+      Writer(whole).Write(exchange.AsQuery());
+      text = std::move(whole);
     }
     Raw(text);
   }

@@ -1,6 +1,7 @@
 #include "host/Replay.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -56,29 +57,29 @@ class PlayerWithCodes final : public Siblings {
   records::Player& player_;
 };
 
-Replayed Unreadable(Replayed replayed, std::string error) {
+Replayed Unreadable(Replayed replayed, Said error) {
   replayed.again = Again::Unreadable;
   replayed.error = std::move(error);
   return replayed;
 }
 
-}  // namespace
-
-Replayed Replay(const EntryText& line) {
+Replayed DecideRecorded(const EntryText& line, const Limits& limits) {
   Replayed replayed{.place = line.place};
-  if (!line.error.empty()) {
+  if (!line.error.IsEmpty()) {
     return Unreadable(std::move(replayed), line.error);
   }
-  const RecordingReading reading = ReadRecording(line.text);
+  const RecordingReading reading = ReadRecording(line.text, limits.json);
   if (!reading.recording) {
-    return Unreadable(std::move(replayed), reading.error);
+    return Unreadable(std::move(replayed),
+                      Say({"la decisione registrata non si legge: %", "%"}, {reading.error}));
   }
   records::Player player(reading.recording->conversation);
   PlayerWithCodes siblings(player);
-  const Outcome outcome = DecideAgain(reading.recording->entry, siblings);
+  const Outcome outcome = DecideAgain(reading.recording->entry, siblings, limits);
   replayed.id = outcome.id;
-  if (!outcome.inputError.empty()) {
-    return Unreadable(std::move(replayed), "the entry: " + outcome.inputError);
+  if (!outcome.inputError.IsEmpty()) {
+    return Unreadable(std::move(replayed),
+                      Say({"la registrazione contabile: %", "the entry: %"}, {outcome.inputError}));
   }
   replayed.notRecorded = player.NotRecorded();
   const std::string now = ToJson(outcome);
@@ -87,12 +88,26 @@ Replayed Replay(const EntryText& line) {
   }
   std::optional<JsonDocument> recorded = ReadResult(reading.recording->result);
   if (!recorded) {
-    return Unreadable(std::move(replayed), "the result is no JSON object");
+    return Unreadable(std::move(replayed),
+                      Say({"il risultato non è un oggetto JSON", "the result is no JSON object"}));
   }
   replayed.recorded = *std::move(recorded);
   replayed.now = *ReadResult(now);
   Compare(replayed);
   return replayed;
+}
+
+}  // namespace
+
+Replayed Replay(const EntryText& line, const Limits& limits) {
+  try {
+    if (line.foundMemory) {
+      return DecideRecorded(line, limits);
+    }
+  } catch (const std::bad_alloc&) {
+    // As if there had been none from the start.
+  }
+  return Unreadable({.place = line.place}, Say({"memoria esaurita", "out of memory"}));
 }
 
 }  // namespace kal::host

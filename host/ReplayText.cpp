@@ -150,14 +150,15 @@ void Compare(Replayed& replayed) {
                        : Again::Different;
 }
 
-std::string ToJson(const Replayed& replayed) {
-  std::string text =
-      "{\"id\":" + replayed.id.json + ",\"place\":" + QuotedText(replayed.place) + ",\"same\":";
+std::string ToJson(const Replayed& replayed, Language language) {
+  std::string text = "{\"id\":" + replayed.id.json +
+                     ",\"place\":" + QuotedText(replayed.place.In(Language::English)) +
+                     ",\"same\":";
   switch (replayed.again) {
     case Again::AsRecorded:
       return text + "true}";
     case Again::Unreadable:
-      return text + "null,\"error\":" + QuotedText(replayed.error) + '}';
+      return text + "null,\"error\":" + QuotedText(replayed.error.In(language)) + '}';
     case Again::Different:
       break;
   }
@@ -173,7 +174,7 @@ std::string ToBlock(const Replayed& replayed, const ReportStyle& style) {
   if (replayed.again == Again::AsRecorded) {
     return "";
   }
-  std::string name = replayed.place;
+  std::string name = replayed.place.In(style.language);
   if (replayed.id.name) {
     name += "  " + *replayed.id.name;
   }
@@ -182,8 +183,15 @@ std::string ToBlock(const Replayed& replayed, const ReportStyle& style) {
   return Painted(Printable(name), kBold, style) + "  " +
          (operation.empty() ? "" : Printable(operation) + ": ") +
          Painted(wording.one.In(style.language), wording.colour, style) + '\n' +
-         (replayed.again == Again::Unreadable ? "  " + Printable(replayed.error) + '\n'
-                                              : BlockWriter(replayed, style.language).Write());
+         (replayed.again == Again::Unreadable
+              ? "  " + Printable(replayed.error.In(style.language)) + '\n'
+              : BlockWriter(replayed, style.language).Write());
+}
+
+std::string ToJson(const ReplayTally& tally, int status) {
+  constexpr std::array<std::string_view, std::tuple_size_v<ReplayTally>> kKeys = {
+      "asRecorded", "different", "unreadable"};
+  return SummaryJson("decisions", tally, kKeys, status);
 }
 
 std::string ToSummary(const ReplayTally& tally, Language language) {

@@ -1,5 +1,6 @@
 #include "host/Report.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -42,6 +43,12 @@ constexpr std::array kFindingKinds = {
     FindingKind{{"avviso infragruppo", "intra-group warning"}, kYellow},
 };
 
+static_assert(kVerdicts.size() == std::tuple_size_v<Tally>);
+
+// By Verdict, in a summary for programs.
+constexpr std::array<std::string_view, kVerdicts.size()> kVerdictKeys = {
+    "free", "toBeConfirmed", "blocked", "refused", "yes", "no", "notChecked"};
+
 const AnswerWording& WordingOf(Verdict verdict) {
   return kVerdicts[static_cast<std::size_t>(verdict)];
 }
@@ -59,10 +66,32 @@ std::vector<std::string_view> TrailOf(std::string_view text) {
   return pieces;
 }
 
+// What the numbers of run-time errors stand for, where the description is not in the language.
+std::string Kind(const RunTimeError& error, Language language) {
+  constexpr std::pair<RunTime, std::string_view> kItalian[] = {
+      {RunTime::Overflow, "numero troppo grande"},
+      {RunTime::OutOfMemory, "memoria esaurita"},
+      {RunTime::TypeMismatch, "valore di un altro tipo"},
+      {RunTime::InternalError, "errore interno"},
+      {RunTime::ObjectNotSet, "oggetto mancante"},
+      {RunTime::InvalidUseOfNull, "valore Null dove ne serve uno"},
+      {RunTime::InvalidFilter, "filtro non valido"},
+      {RunTime::NoCurrentRecord, "nessuna riga corrente"},
+      {RunTime::NoSuchField, "campo inesistente"},
+  };
+  const auto* const known = std::ranges::find(kItalian, static_cast<RunTime>(error.Number()),
+                                              &std::pair<RunTime, std::string_view>::first);
+  return known == std::end(kItalian) || language != Language::Italian
+             ? ""
+             : " (" + std::string(known->second) + ")";
+}
+
 std::string Why(const Outcome& outcome, const ReportStyle& style) {
   if (!outcome.error) {
     const bool placeIsHeader = !outcome.id.name;
-    return "  " + Printable((placeIsHeader ? "" : outcome.place + ": ") + outcome.inputError) +
+    return "  " +
+           Printable((placeIsHeader ? "" : outcome.place.In(style.language) + ": ") +
+                     outcome.inputError.In(style.language)) +
            '\n';
   }
   const RunTimeError& error = *outcome.error;
@@ -70,7 +99,14 @@ std::string Why(const Outcome& outcome, const ReportStyle& style) {
                      Painted(Wording{"errore di esecuzione", "run-time error"}.In(style.language) +
                                  ' ' + std::to_string(error.Number()),
                              kRed, style) +
-                     ": " + Printable(error.Description()) + '\n';
+                     Printable(Kind(error, style.language) + ": " + error.Description()) + '\n';
+  if (const auto& at = outcome.failedField) {
+    text += "    " +
+            Printable(Say({"% riga %, campo %", "% row %, field %"},
+                          {at->set, std::to_string(at->row), at->field})
+                          .In(style.language)) +
+            '\n';
+  }
   for (const std::string_view step : TrailOf(error.Source())) {
     text += "    " + Printable(step) + '\n';
   }
@@ -96,7 +132,7 @@ std::string FindingLines(const Outcome& outcome, const ReportStyle& style) {
 // The line that names the entry and its verdict, and why it could not be checked.
 std::string Heading(const Outcome& outcome, const ReportStyle& style) {
   const Verdict verdict = VerdictOf(outcome);
-  const std::string name = outcome.id.name.value_or(outcome.place);
+  const std::string name = outcome.id.name.value_or(outcome.place.In(style.language));
   std::string answer = WordingOf(verdict).one.In(style.language);
   if (outcome.result && std::holds_alternative<std::int32_t>(*outcome.result)) {
     answer = std::to_string(std::get<std::int32_t>(*outcome.result));
@@ -110,6 +146,8 @@ std::string Heading(const Outcome& outcome, const ReportStyle& style) {
 // One line of JSON, written from the front to the end.
 class JsonLine {
  public:
+  JsonLine() { text_.reserve(kUsual); }
+
   // A key, one of ours that needs no escapes.
   JsonLine& Key(std::string_view key) {
     Separate();
@@ -140,10 +178,12 @@ class JsonLine {
 
  private:
   void Separate() {
-    if (!text_.empty() && std::string_view("{[:").find(text_.back()) == std::string_view::npos) {
+    if (!text_.empty() && text_.back() != '{' && text_.back() != '[' && text_.back() != ':') {
       text_ += ',';
     }
   }
+
+  static constexpr std::size_t kUsual = 1024;  // room for an answer with few findings
 
   std::string text_;
 };
@@ -194,10 +234,10 @@ void WriteFinding(const Finding& finding, JsonLine& line) {
   line.Close('}');
 }
 
-void WriteError(const Outcome& outcome, JsonLine& line) {
-  if (!outcome.inputError.empty()) {
+void WriteError(const Outcome& outcome, Language language, JsonLine& line) {
+  if (!outcome.inputError.IsEmpty()) {
     line.Open('{');
-    line.Key("input").Text(outcome.place + ": " + outcome.inputError);
+    line.Key("input").Text(outcome.place.In(language) + ": " + outcome.inputError.In(language));
     line.Close('}');
   } else if (outcome.error) {
     line.Open('{');
@@ -208,6 +248,21 @@ void WriteError(const Outcome& outcome, JsonLine& line) {
   } else {
     line.Json("null");
   }
+}
+
+void WritePlace(const Outcome& outcome, JsonLine& line) {
+  line.Key("place").Open('{');
+  line.Key("file").Text(outcome.place.file);
+  if (outcome.place.line != 0) {
+    line.Key("line").Number(static_cast<std::int64_t>(outcome.place.line));
+  }
+  if (const auto& at = outcome.failedField) {
+    line.Key("at").Open('{');
+    line.Key(at->set).Number(static_cast<std::int64_t>(at->row));
+    line.Close('}');
+    line.Key("field").Text(at->field);
+  }
+  line.Close('}');
 }
 
 void WriteResult(const Outcome& outcome, JsonLine& line) {
@@ -243,7 +298,7 @@ Verdict VerdictOf(const Outcome& outcome) {
   return warned ? Verdict::ToConfirm : Verdict::Refused;
 }
 
-std::string ToJson(const Outcome& outcome) {
+std::string ToJson(const Outcome& outcome, Language language, PlaceToo placeToo) {
   JsonLine line;
   line.Open('{');
   line.Key("id").Json(outcome.id.json);
@@ -278,7 +333,10 @@ std::string ToJson(const Outcome& outcome) {
   }
   line.Close('}');
   line.Key("error");
-  WriteError(outcome, line);
+  WriteError(outcome, language, line);
+  if (placeToo == PlaceToo::Yes) {
+    WritePlace(outcome, line);
+  }
   line.Close('}');
   return line.Take();
 }
@@ -289,6 +347,10 @@ std::string ToBlock(const Outcome& outcome, const ReportStyle& style) {
 
 std::string ToExplanation(const Outcome& outcome, const ReportStyle& style) {
   return Heading(outcome, style) + ExplainTree(outcome, style);
+}
+
+std::string ToJson(const Tally& tally, int status) {
+  return SummaryJson("entries", tally, kVerdictKeys, status);
 }
 
 std::string ToSummary(const Tally& tally, Language language) {

@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include <array>
 #include <cstddef>
-#include <map>
 #include <string>
 
 #include "host/Runner.h"
@@ -24,8 +24,13 @@ enum class Verdict {
 
 [[nodiscard]] Verdict VerdictOf(const Outcome& outcome);
 
-// One JSON object on one line, without the line end.
-[[nodiscard]] std::string ToJson(const Outcome& outcome);
+// Whether JSON says where the entry stands, which is no part of its decision.
+enum class PlaceToo : bool { No, Yes };
+
+// One JSON object on one line, without the line end. The language is that of what is said about an
+// entry that could not be read.
+[[nodiscard]] std::string ToJson(const Outcome& outcome, Language language = Language::English,
+                                 PlaceToo placeToo = PlaceToo::No);
 
 // A block for people: a line that names the entry, what was asked and the verdict, and a line for
 // each finding. Control characters of the texts are shown as "?".
@@ -35,8 +40,10 @@ enum class Verdict {
 [[nodiscard]] std::string ToExplanation(const Outcome& outcome, const ReportStyle& style);
 
 // How often each verdict was given.
-using Tally = std::map<Verdict, std::size_t>;
+using Tally = std::array<std::size_t, static_cast<std::size_t>(Verdict::Unchecked) + 1>;
 // "12 registrazioni: 5 libere, 7 bloccate", with its line end.
 [[nodiscard]] std::string ToSummary(const Tally& tally, Language language);
+// The same for programs, with the exit status: one JSON object, without a line end.
+[[nodiscard]] std::string ToJson(const Tally& tally, int status);
 
 }  // namespace kal::host

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <utility>
 #include <variant>
 
 #include "checker/KalCOGCheck.h"
 #include "platform/MemoryRecordset.h"
+#include "platform/WrappedRecordset.h"
 #include "records/Recorder.h"
 
 namespace kal::host {
@@ -70,6 +72,61 @@ void RunOperation(KalCOGCheck& checker, const Entry& entry, ExplainRecorder* rec
   }
 }
 
+// The field of the entry that was read last, if nothing else was asked for behind it.
+struct LastRead {
+  std::optional<FailedField> field;
+};
+
+// Notes what is read of a set of the entry; of another set, that the entry was left.
+class NotedSet final : public WrappedRecordset {
+ public:
+  NotedSet(RecordsetRef inner, std::string_view name, LastRead& last)
+      : WrappedRecordset(std::move(inner)), name_(name), last_(last) {}
+  bool HasCurrentRow() noexcept override { return inner_->HasCurrentRow(); }
+  std::size_t Row() const override { return inner_->Row(); }
+
+ private:
+  void Through(std::string_view member, std::string_view of, const Call& call) override {
+    if (name_.empty()) {
+      last_.field.reset();
+    } else if (member == "Fields" || member == "Value") {
+      last_.field = {name_, inner_->HasCurrentRow() ? inner_->Row() : 0, std::string(of)};
+    }
+    call();
+  }
+
+  std::string_view name_;  // "" for a set that is none of the entry's
+  LastRead& last_;
+};
+
+class NotedSiblings final : public Siblings {
+ public:
+  NotedSiblings(Siblings& inner, LastRead& last) : inner_(inner), last_(last) {}
+
+  SiblingAnswer Ask(const SiblingCall& call) override {
+    last_.field.reset();
+    SiblingAnswer answer = inner_.Ask(call);
+    if (answer.rows) {
+      answer.rows = std::make_shared<NotedSet>(answer.rows, "", last_);
+    }
+    return answer;
+  }
+
+ private:
+  Siblings& inner_;
+  LastRead& last_;
+};
+
+template <class AnySets>
+void HandOver(const Entry& entry, KalCOGCheck& checker, const AnySets& sets) {
+  for (std::size_t i = 0; i < sets.size(); ++i) {
+    (checker.*entry.sets[i].set->assign)(sets[i]);
+  }
+  checker.IsParcella(entry.isParcella);
+  checker.IsFromCard(entry.isFromCard);
+  checker.TmpTableScadenze(entry.tmpTableScadenze);
+}
+
 Sets MakeSets(const Entry& entry) {
   Sets sets;
   for (const SuppliedSet& supplied : entry.sets) {
@@ -87,21 +144,40 @@ void DecideOver(Siblings& siblings, const Entry& entry, const Sets& sets, Detail
     asked = &watched.emplace(*asked, recorder.emplace());
   }
   KalCOGCheck checker(*asked);
-  for (std::size_t i = 0; i < sets.size(); ++i) {
-    (checker.*entry.sets[i].set->assign)(sets[i]);
-  }
-  checker.IsParcella(entry.isParcella);
-  checker.IsFromCard(entry.isFromCard);
-  checker.TmpTableScadenze(entry.tmpTableScadenze);
+  HandOver(entry, checker, sets);
   outcome.isDecided = true;
   RunOperation(checker, entry, recorder ? &*recorder : nullptr, outcome);
   Attempt(outcome, [&] { ReadState(checker, outcome); });
 }
 
+// Where the operation failed: it is run once more, over sets that note what is read. Nothing where
+// that does not end in the same error.
+std::optional<FailedField> FindFailedField(Siblings& siblings, const Entry& entry,
+                                           const RunTimeError& error) {
+  LastRead last;
+  try {
+    std::vector<RecordsetRef> sets;
+    for (const std::shared_ptr<MemoryRecordset>& set : MakeSets(entry)) {
+      sets.emplace_back(std::make_shared<NotedSet>(set, entry.sets[sets.size()].set->name, last));
+    }
+    NotedSiblings noted(siblings, last);
+    KalCOGCheck checker(noted);
+    HandOver(entry, checker, sets);
+    (void)entry.operation->call(checker, entry.arguments);
+  } catch (const RunTimeError& again) {
+    if (again.Number() == error.Number() && again.Source() == error.Source()) {
+      return last.field;
+    }
+  } catch (const std::exception&) {
+    // Memory is scarce: the error is told without it.
+  }
+  return std::nullopt;
+}
+
 // The entry's outcome, as far as it is told before anybody is asked, and the entry where it could
 // be read.
-std::optional<Entry> Begin(std::string_view text, Outcome& outcome) {
-  EntryReading reading = ReadEntry(text);
+std::optional<Entry> Begin(std::string_view text, const Limits& limits, Outcome& outcome) {
+  EntryReading reading = ReadEntry(text, limits);
   outcome.id = std::move(reading.id);
   outcome.operation = std::move(reading.operation);
   outcome.inputError = std::move(reading.error);
@@ -136,17 +212,18 @@ void Run(const Entry& entry, Outcome& outcome, Decide decide) {
   }
 }
 
-}  // namespace
+RunTimeError NoMemory() {
+  return {static_cast<std::int32_t>(RunTime::OutOfMemory), std::string(kComponentName),
+          "Out of memory"};
+}
 
-Outcome CheckEntry(company::Company& company, const EntryText& text, Detail detail,
-                   records::Conversation* conversation) {
-  Outcome outcome;
-  outcome.place = text.place;
-  if (!text.error.empty()) {
+void Check(company::Company& company, const EntryText& text, Detail detail,
+           records::Conversation* conversation, const Limits& limits, Outcome& outcome) {
+  if (!text.error.IsEmpty()) {
     outcome.inputError = text.error;
-    return outcome;
+    return;
   }
-  if (const std::optional<Entry> entry = Begin(text.text, outcome)) {
+  if (const std::optional<Entry> entry = Begin(text.text, limits, outcome)) {
     Run(*entry, outcome, [&](const Sets& sets) {
       const company::Company::Reading books(company);
       const auto temporaryTable = MakeTemporaryTable(company, *entry);
@@ -156,7 +233,36 @@ Outcome CheckEntry(company::Company& company, const EntryText& text, Detail deta
         siblings = &recorder.emplace(*siblings, *conversation);
       }
       DecideOver(*siblings, *entry, sets, detail, outcome);
+      if (outcome.error) {
+        outcome.failedField = FindFailedField(company.Siblings(), *entry, *outcome.error);
+      }
     });
+  }
+}
+
+}  // namespace
+
+Outcome WithoutMemory(Outcome outcome) {
+  Outcome left;
+  left.id = std::move(outcome.id);
+  left.place = outcome.place;
+  left.operation = std::move(outcome.operation);
+  left.isCheck = outcome.isCheck;
+  left.error = NoMemory();
+  return left;
+}
+
+Outcome CheckEntry(company::Company& company, const EntryText& text, Detail detail,
+                   records::Conversation* conversation, const Limits& limits) {
+  Outcome outcome;
+  outcome.place = text.place;
+  if (!text.foundMemory) {
+    return WithoutMemory(std::move(outcome));
+  }
+  try {
+    Check(company, text, detail, conversation, limits, outcome);
+  } catch (const std::bad_alloc&) {
+    return WithoutMemory(std::move(outcome));
   }
   return outcome;
 }
@@ -166,8 +272,8 @@ void EntryRehearsal::operator()() {
     entries_.emplace();
     for (const Asked& asked : texts_) {
       Outcome unseen;
-      if (asked.entry.error.empty()) {
-        if (std::optional<Entry> entry = Begin(asked.entry.text, unseen)) {
+      if (asked.entry.error.IsEmpty()) {
+        if (std::optional<Entry> entry = Begin(asked.entry.text, limits_, unseen)) {
           entries_->push_back(*std::move(entry));
         }
       }
@@ -182,9 +288,9 @@ void EntryRehearsal::operator()() {
   }
 }
 
-Outcome DecideAgain(std::string_view entryText, Siblings& siblings) {
+Outcome DecideAgain(std::string_view entryText, Siblings& siblings, const Limits& limits) {
   Outcome outcome;
-  if (const std::optional<Entry> entry = Begin(entryText, outcome)) {
+  if (const std::optional<Entry> entry = Begin(entryText, limits, outcome)) {
     Run(*entry, outcome,
         [&](const Sets& sets) { DecideOver(siblings, *entry, sets, Detail::Findings, outcome); });
   }

@@ -32,9 +32,16 @@ struct SetState {
   std::size_t position = 0;  // among the visible rows, counted from 1; 0 when no row is current
 };
 
+// The field of a record set of the entry that was read last.
+struct FailedField {
+  std::string_view set;
+  std::size_t row = 0;  // counted from 1 among all rows of the set; 0 when no row was current
+  std::string field;
+};
+
 struct Outcome {
   EntryId id;
-  std::string place;                     // where the entry stands: "FILE" or "FILE line 17"
+  Place place;                           // where the entry stands
   std::optional<std::string> operation;  // nothing when it could not be read
   bool isCheck = true;
   std::optional<OperationResult> result;  // nothing when there is an error of either kind
@@ -51,36 +58,45 @@ struct Outcome {
   std::vector<Step> steps;        // how the decision came about, where asked for
   std::vector<OrderRun> orders;   // likewise: which checks it came to
   std::vector<SetState> sets;
-  std::string inputError;             // why the entry could not be read; "" when it could
-  std::optional<RunTimeError> error;  // what the operation raised
-  bool isDecided = false;             // whether the checker was asked at all
+  Said inputError;                           // why the entry could not be read; empty when it could
+  std::optional<RunTimeError> error;         // what the operation raised
+  std::optional<FailedField> failedField{};  // the field on which it did, where it was one
+  bool isDecided = false;                    // whether the checker was asked at all
 };
 
 // Whether an outcome tells how the decision came about.
 enum class Detail { Findings, FindingsAndSteps };
 
-// Never throws for what is wrong with the entry or the company: that is in the outcome. What the
+// Never throws for what is wrong with the entry or the company, nor for want of memory: that is in
+// the outcome. What the
 // checker asks is written down in the conversation, where one is given.
 [[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text,
                                  Detail detail = Detail::Findings,
-                                 records::Conversation* conversation = nullptr);
+                                 records::Conversation* conversation = nullptr,
+                                 const Limits& limits = {});
+
+// An outcome of which nothing more could be told for want of memory: error 7.
+[[nodiscard]] Outcome WithoutMemory(Outcome outcome);
 
 // Entries that will be checked in one reading of the books: what a company wants to know of them
 // beforehand is found out by deciding them for nobody to see. They must outlive it.
 class EntryRehearsal {
  public:
-  EntryRehearsal(company::Company& company, std::span<const Asked> entries)
-      : company_(company), texts_(entries) {}
+  EntryRehearsal(company::Company& company, std::span<const Asked> entries,
+                 const Limits& limits = {})
+      : company_(company), texts_(entries), limits_(limits) {}
 
   void operator()();
 
  private:
   company::Company& company_;
   std::span<const Asked> texts_;
+  Limits limits_;
   std::optional<std::vector<Entry>> entries_;  // those that could be read
 };
 
 // The same over siblings that need no company, such as those that play a recording.
-[[nodiscard]] Outcome DecideAgain(std::string_view entryText, Siblings& siblings);
+[[nodiscard]] Outcome DecideAgain(std::string_view entryText, Siblings& siblings,
+                                  const Limits& limits = {});
 
 }  // namespace kal::host

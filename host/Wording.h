@@ -27,8 +27,8 @@ struct AnswerWording {
   std::string_view colour;
 };
 
-// "3 entries: 1 free, 2 blocked": the noun, and how often each kind of answer was given. The tally
-// is a map from kinds to counts, its kinds have their words in that list.
+// "3 entries: 1 free, 2 blocked": the noun, and how often each kind of answer was given, by the
+// places of their words in that list.
 template <class Tally, class Wordings>
 [[nodiscard]] std::string Summary(const Tally& tally, const Wordings& wordings,
                                   const AnswerWording& noun, Language language) {
@@ -37,12 +37,28 @@ template <class Tally, class Wordings>
   const auto called = [language](const AnswerWording& wording, std::size_t count) {
     return std::to_string(count) + ' ' + (count == 1 ? wording.one : wording.many).In(language);
   };
-  for (const auto& [kind, count] : tally) {
-    all += count;
-    parts +=
-        (parts.empty() ? ": " : ", ") + called(wordings[static_cast<std::size_t>(kind)], count);
+  for (std::size_t kind = 0; kind < tally.size(); ++kind) {
+    all += tally[kind];
+    if (tally[kind] != 0) {
+      parts += (parts.empty() ? ": " : ", ") + called(wordings[kind], tally[kind]);
+    }
   }
   return called(noun, all) + parts + '\n';
+}
+
+// The same for programs: {"summary":{"entries":3,"free":1,"blocked":2},"status":1}, with the keys
+// in the place of the words.
+template <class Tally, class Keys>
+[[nodiscard]] std::string SummaryJson(const std::string& noun, const Tally& tally, const Keys& keys,
+                                      int status) {
+  std::size_t all = 0;
+  std::string parts;
+  for (std::size_t kind = 0; kind < tally.size(); ++kind) {
+    all += tally[kind];
+    parts += ",\"" + std::string(keys[kind]) + "\":" + std::to_string(tally[kind]);
+  }
+  return "{\"summary\":{\"" + noun + "\":" + std::to_string(all) + parts +
+         "},\"status\":" + std::to_string(status) + "}";
 }
 
 // The text with "?" for control characters, those that turn the direction of writing, and bytes

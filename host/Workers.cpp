@@ -1,8 +1,9 @@
 #include "host/Workers.h"
 
-#include <system_error>
 #include <thread>
 #include <utility>
+
+#include "host/TryTwice.h"
 
 namespace kal::host {
 namespace {
@@ -30,14 +31,13 @@ void Workers::Run() {
     }
   };
   std::vector<std::jthread> threads;
+  TryTwice([&] { threads.reserve(count_); });
   try {
     for (std::size_t worker = 1; worker < count_; ++worker) {
       threads.emplace_back(work, worker);
     }
-  } catch (const std::system_error&) {
-    // No more threads can be had: those that are there do the work.
-  } catch (...) {
-    Fail(std::current_exception());
+  } catch (const std::exception&) {
+    // No more threads, or no memory for them, can be had: those that are there do the work.
   }
   work(0);
   threads.clear();  // waits for them
@@ -53,6 +53,7 @@ void Workers::Work(std::size_t worker) {
       return;
     }
     std::vector<Answered> answers;
+    TryTwice([&] { answers.reserve(turn.asked.size()); });
     try {
       beginTurn_(worker, turn.asked);
       for (const Asked& asked : turn.asked) {
@@ -91,10 +92,13 @@ Workers::Turn Workers::TakeTurn() {
 
 void Workers::HandIn(std::size_t first, std::vector<Answered> answers) {
   const std::lock_guard lock(mutex_);
-  for (Answered& answer : answers) {
-    early_.emplace(first++, std::move(answer));
+  for (std::size_t i = 0; i < answers.size(); ++i) {
+    // A place is made first: an answer that finds none is not lost.
+    TryTwice([&] { early_.try_emplace(first + i); });
+    early_[first + i] = std::move(answers[i]);
   }
   std::vector<Answered> inTurn;
+  TryTwice([&] { inTurn.reserve(early_.size()); });
   for (; !early_.empty() && early_.begin()->first == delivered_; ++delivered_) {
     inTurn.push_back(std::move(early_.begin()->second));
     early_.erase(early_.begin());

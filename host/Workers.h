@@ -34,6 +34,7 @@ struct Answered {
   std::string text;
   std::string recording{};  // the line for the recording, where one is made
   std::uintmax_t bytesRead = 0;
+  bool isWhole = true;  // false where there was no memory to tell it
 };
 
 class Workers {

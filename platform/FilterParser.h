@@ -52,6 +52,8 @@ class FilterExpression {
 
   [[nodiscard]] bool Matches(std::size_t row) const { return Holds(nodes_[root_], row); }
 
+  // Whether it is one equality and nothing else.
+  [[nodiscard]] bool IsEquality() const { return nodes_[root_].operation == Operation::Equal; }
   // Calls visit(node) for the equalities that every matching row meets.
   template <class Visit>
   void ForEachRequiredEquality(Visit&& visit) const {

@@ -287,6 +287,10 @@ void MemoryRecordset::Gather(const FilterExpression& condition) {
       }
     });
   }
+  if (candidates && condition.IsEquality()) {
+    gathered_.assign(candidates->begin(), candidates->end());
+    return;
+  }
   const auto matches = [&](std::uint32_t row) { return condition.Matches(row); };
   if (candidates) {
     std::copy_if(candidates->begin(), candidates->end(), std::back_inserter(gathered_), matches);

@@ -254,12 +254,19 @@ Truth TruthOf(std::partial_ordering order, bool holds) {
 
 }  // namespace
 
+void Variant::CopyHeapText() { MakeText(TextHeld()); }
+
 Truth EqualValues(const Variant& left, const Variant& right) {
-  // Mostly an amount beside 0.
+  // Mostly an amount beside 0, or two texts.
   const auto* amount = left.As<Currency>();
   const auto number = right.AsInteger();
   if (amount != nullptr && number) {
     return amount->Units() == *number * kUnit;
+  }
+  const auto text = left.AsText();
+  const auto other = right.AsText();
+  if (text && other) {
+    return *text == *other;
   }
   const auto order = CompareByRule(left, right);
   return TruthOf(order, order == 0);

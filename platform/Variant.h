@@ -105,23 +105,18 @@ class Variant {
   // NOLINTEND(google-explicit-constructor)
   Variant(const void*) = delete;  // no pointer is a boolean
 
-  Variant(const Variant& other) {
-    if (other.IsOnHeap()) {
-      MakeText(other.TextHeld());
-    } else {
-      CopyBytes(other);
+  Variant(const Variant& other) : cell_(other.cell_) {
+    if (IsOnHeap()) {
+      CopyHeapText();
     }
   }
   // What was moved from is Empty.
-  Variant(Variant&& other) noexcept {
-    CopyBytes(other);
-    other.cell_.type = Type::Empty;
-  }
+  Variant(Variant&& other) noexcept : cell_(other.cell_) { other.cell_.type = Type::Empty; }
   Variant& operator=(const Variant& other) { return *this = Variant(other); }
   Variant& operator=(Variant&& other) noexcept {
     if (this != &other) {
       Clear();
-      CopyBytes(other);
+      cell_ = other.cell_;
       other.cell_.type = Type::Empty;
     }
     return *this;
@@ -226,7 +221,9 @@ class Variant {
                : std::string_view(reinterpret_cast<const char*>(cell_.bytes),
                                   static_cast<std::size_t>(cell_.bytes[kLongestInside]));
   }
-  void CopyBytes(const Variant& other) { cell_ = other.cell_; }
+  // Gives a variant that holds another one's text a copy of its own. It stands elsewhere because
+  // few texts are so long, and every copy of a value would carry it.
+  void CopyHeapText();
   void Clear() {
     if (IsOnHeap()) {
       std::allocator<char>().deallocate(OnHeap().text, OnHeap().size);

@@ -330,6 +330,7 @@ TEST_P(EngineTest, AlternativesAgreeWithAPlainWalk) {
   static constexpr Selection kFirst = kConflicts.OnlyFirst();
   struct Saved {
     std::int32_t id;
+    int section;
     int protocol;
     Date day;
   };
@@ -345,8 +346,8 @@ TEST_P(EngineTest, AlternativesAgreeWithAPlainWalk) {
     const Date day = Date::FromYmd(2024 - (number(9) == 0), 6, dayOfMonth).value();
     const int section = 1 + (number(9) == 0);
     const bool provisional = number(4) == 0;
-    if (id != 5 && day.Year() == 2024 && section == 1 && !provisional) {
-      saved.push_back({id, protocol, day});
+    if (id != 5 && day.Year() == 2024 && !provisional) {
+      saved.push_back({id, section, protocol, day});
     }
     Write(
         "INSERT INTO COGPrimeNoteTeste (IdPrimaNota, Protocollo, DataRegistrazione, TipoRegIva, "
@@ -355,27 +356,77 @@ TEST_P(EngineTest, AlternativesAgreeWithAPlainWalk) {
         std::to_string(section) + "," + provvisoria[provisional ? 0 : 1 + id % 2] + ")");
   }
   const std::unique_ptr<Engine> engine = Open();
-  for (int protocol = 0; protocol <= 31; protocol += 3) {
-    for (int dayOfMonth = 1; dayOfMonth <= 28; dayOfMonth += 3) {
-      const Date day = Date::FromYmd(2024, 6, dayOfMonth).value();
-      std::multiset<std::int32_t> expected;
-      for (const Saved& entry : saved) {
-        if (entry.protocol == protocol || (entry.protocol > protocol && entry.day < day) ||
-            (entry.protocol < protocol && entry.day > day)) {
-          expected.insert(entry.id);
-        }
+  const auto check = [&](int section, int protocol, const Date& day) {
+    std::multiset<std::int32_t> expected;
+    for (const Saved& entry : saved) {
+      if (entry.section == section &&
+          (entry.protocol == protocol || (entry.protocol > protocol && entry.day < day) ||
+           (entry.protocol < protocol && entry.day > day))) {
+        expected.insert(entry.id);
       }
-      const Variant values[] = {5, "2024", 1, 1, 0, protocol, day, protocol, day, protocol};
-      const auto all = engine->Rows(Query::Of<kConflicts>(values));
-      std::multiset<std::int32_t> found;
-      for (std::size_t row = 0; row < all->RowCount(); ++row) found.insert(CLng(all->Cell(row, 0)));
-      EXPECT_EQ(found, expected) << "protocol " << protocol << " on " << day.ToIso();
-      const auto first = engine->Rows(Query::Of<kFirst>(values));
-      ASSERT_EQ(first->RowCount(), expected.empty() ? 0U : 1U)
-          << "protocol " << protocol << " on " << day.ToIso();
-      EXPECT_TRUE(expected.empty() || expected.contains(CLng(first->Cell(0, 0))))
-          << "protocol " << protocol << " on " << day.ToIso();
     }
+    const Variant values[] = {5, "2024", 1, section, 0, protocol, day, protocol, day, protocol};
+    const auto all = engine->Rows(Query::Of<kConflicts>(values));
+    std::multiset<std::int32_t> found;
+    for (std::size_t row = 0; row < all->RowCount(); ++row) found.insert(CLng(all->Cell(row, 0)));
+    EXPECT_EQ(found, expected) << "protocol " << protocol << " on " << day.ToIso();
+    const auto first = engine->Rows(Query::Of<kFirst>(values));
+    ASSERT_EQ(first->RowCount(), expected.empty() ? 0U : 1U)
+        << "protocol " << protocol << " on " << day.ToIso();
+    EXPECT_TRUE(expected.empty() || expected.contains(CLng(first->Cell(0, 0))))
+        << "protocol " << protocol << " on " << day.ToIso();
+  };
+  // Behind the end of the books as well, and in states of them that are held.
+  for (const bool held : {false, true}) {
+    for (int protocol = 0; protocol <= 34; protocol += 2) {
+      if (held) engine->BeginReading({});
+      for (int dayOfMonth = 1; dayOfMonth <= 28; dayOfMonth += 3) {
+        check(1 + dayOfMonth % 2, protocol, Date::FromYmd(2024, 6, dayOfMonth).value());
+      }
+      if (held) engine->EndReading();
+    }
+  }
+}
+
+// Where the books end is asked once in one state of them, and holds for no other one. Only what the
+// columns are for is an end.
+TEST_F(CompanyTest, TheEndOfTheBooksIsThatOfOneState) {
+  static constexpr Selection kConflict =
+      kTeste.OnlyFirst()
+          .WhereEqual("Year(DataRegistrazione)")
+          .WhereAnyOf({{{"Protocollo", Greater}, {"DataRegistrazione", Less}},
+                       {{"Protocollo", Less}, {"DataRegistrazione", Greater}},
+                       {{"Protocollo", Equal}}});
+  SqliteEngine engine(file_);
+  Write(
+      "INSERT INTO COGPrimeNoteTeste (IdPrimaNota,Protocollo,DataRegistrazione) VALUES "
+      "(1,7,'2024-06-29'),(2,NULL,'2024-01-01'),(3,1,'2024-06-30')");
+  const auto ask = [&] {
+    const Variant day = Day("2024-06-30");
+    return KeptAnswer<kConflict>(engine, {"2024", 8, day, 8, day, 8});
+  };
+  const struct {
+    const char* saved;  // protocol and date
+    const char* found;
+  } rows[] = {{"7,'2024-06-30 23:59:59'", ""}, {"8,'2024-06-30'", "4"}, {"9,'2024-06-29'", "4"},
+              {"9,'2024-06-30'", ""},          {"1,'2024-07-01'", "4"}, {"'x','2024-06-29'", "4"},
+              {"1,'2024-06-31x'", "4"}};
+  for (const auto& row : rows) {
+    for (const bool saved : {false, true}) {
+      if (saved) {
+        WriteUnchecked(
+            "INSERT INTO COGPrimeNoteTeste (IdPrimaNota,Protocollo,DataRegistrazione) "
+            "VALUES (4," +
+            std::string(row.saved) + ")");
+      }
+      engine.BeginReading({});
+      for (int i = 0; i < 3; ++i) EXPECT_EQ(ask(), saved ? row.found : "") << row.saved;
+      const std::uint64_t queries = engine.Counted().queries;
+      EXPECT_EQ(ask(), saved ? row.found : "") << row.saved;
+      EXPECT_TRUE(saved || engine.Counted().queries == queries);
+      engine.EndReading();
+    }
+    Write("DELETE FROM COGPrimeNoteTeste WHERE IdPrimaNota = 4");
   }
 }
 
@@ -846,6 +897,10 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
   Write("BEGIN EXCLUSIVE; DELETE FROM KalMessaggi");
   fs::copy_file(file_, Path("a metà.db"));
   fs::copy_file(file_ + "-journal", Path("a metà.db-journal"));
+  std::ofstream(Path("a metà con log.db"))
+      << std::string(before).replace(18, 2, "\2\2");  // it has a log
+  std::ofstream(Path("a metà con log.db-wal")) << "log";
+  fs::create_symlink("/", Path("a metà con log.db-shm"));  // nothing can be made in its place
   const std::string asked = ask();
   const std::string begun = begin();
   // The first question waits, the others know.
@@ -862,6 +917,7 @@ TEST_F(CompanyTest, FilesThatAreNoCompany) {
       failure("altro.db", " is no company of this program"),
       failure("futuro.db", " was made by a later version of this program"),
       failure("a metà.db", " was left in the middle of a change by a program that broke off (*"),
+      failure("a metà con log.db", " was left with changes that are not in it yet (*"),
       {"vista.db", open(Path("vista.db")),
        "-2147467259: In " + Path("vista.db") + " cogScadenze is a view, not a table"},
       {"senza tavola.db", open(Path("senza tavola.db")),
@@ -936,14 +992,17 @@ TEST_F(CompanyTest, VerifyFindsEveryFlaw) {
       {"INSERT INTO STDIva (CodIva, TipoIntra) VALUES ('4', '1.5'), ('5', 'x')",
        "6 STDIva.TipoIntra 4;6 STDIva.TipoIntra 5;"},
       {"UPDATE STDEsercizi SET DataFine = '31/12/2023' WHERE CodEsercizio = 1",
-       "6 STDEsercizi.DataFine 1;9 STDEsercizi.CodEsercizio 0;"},
-      {"INSERT INTO STDIva (CodIva) VALUES ('10')", "7 STDIva.CodIva 0;"},
+       "6 STDEsercizi.DataFine 1;10 STDEsercizi.CodEsercizio 0;"},
+      {"INSERT INTO STDParametriAzienda VALUES ('BloccoInviatoSDI', 'forse'), "
+       "('DataInizioSplitPayment', '1/1/2015'), ('CodDivisaBase', 'forse')",
+       "7 STDParametriAzienda.Valore 1;7 STDParametriAzienda.Valore 2;"},
+      {"INSERT INTO STDIva (CodIva) VALUES ('10')", "8 STDIva.CodIva 0;"},
       {"UPDATE STDEsercizi SET DataFine = '2022-12-31' WHERE CodEsercizio = 1",
-       "8 STDEsercizi.DataInizio,DataFine 0;"},
+       "9 STDEsercizi.DataInizio,DataFine 0;"},
       {"UPDATE STDEsercizi SET DataInizio = '2023-12-31' WHERE CodEsercizio = 2",
-       "9 STDEsercizi.CodEsercizio 0;"},
+       "10 STDEsercizi.CodEsercizio 0;"},
       {"UPDATE KalMessaggi SET Testo = '' WHERE Codice = 10492 AND Lingua = 'en'",
-       "10 KalMessaggi.Testo 0;"},
+       "11 KalMessaggi.Testo 0;"},
   };
   for (const auto& [sql, expected] : rows) {
     WriteUnchecked(sql);

@@ -83,8 +83,10 @@ std::string Example() {
   const fs::path books = testing::TempDir() + "kal_docs_" + std::to_string(std::random_device{}());
   company::CreateCompany(books.string(), true);
   company::Company company(books.string(), "en");
-  const std::string entry = TextOf("host/samples/riga-senza-conto.json");
-  const std::string answer = ToJson(host::CheckEntry(company, {entry, "", ""}));
+  constexpr const char* kSample = "host/samples/riga-senza-conto.json";
+  const std::string entry = TextOf(kSample);
+  const std::string answer = host::ToJson(host::CheckEntry(company, {entry, {kSample}}),
+                                          Language::English, host::PlaceToo::Yes);
   fs::remove(books);
   return "```json\n" + nlohmann::ordered_json::parse(answer).dump(2) + "\n```\n";
 }

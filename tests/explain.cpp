@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
-#include <sstream>
 
-#include "host/CommandLine.h"
 #include "host/ExplainTree.h"
 #include "host/Report.h"
 #include "host/Runner.h"
@@ -62,7 +60,7 @@ TEST(Explain, FindingsSayWhereTheyWereMade) {
   OpenedCompany books(kBooks);
   for (const auto& row : rows) {
     const std::string entry = EntryText(row.kind, row.changes);
-    const json result = json::parse(ToJson(CheckEntry(books.company, {entry, "F", ""})));
+    const json result = json::parse(ToJson(CheckEntry(books.company, {entry, {"F"}})));
     EXPECT_NE(result.at("findings").dump().find(row.finding), std::string::npos)
         << row.changes << "\n"
         << result.at("findings").dump();
@@ -108,7 +106,7 @@ TEST(Explain, TheTreeShowsTheDecisionInOrder) {
   company::Company company(file.Text(), "en");
   for (const auto& [changes, tree] : rows) {
     const std::string entry = EntryText("giroconto", changes);
-    const Outcome outcome = CheckEntry(company, {entry, "F", ""}, Detail::FindingsAndSteps);
+    const Outcome outcome = CheckEntry(company, {entry, {"F"}}, Detail::FindingsAndSteps);
     // The list of what was not reached goes on with the rows of the order, whatever they are.
     const std::string shown = ExplainTree(outcome, {Language::English, false});
     const std::string_view expected(tree);
@@ -156,7 +154,7 @@ TEST(Explain, TheProgramExplains) {
   const std::string good = EntryText("giroconto", "T.Infragruppo=true");
   const std::string bad = EntryText("giroconto", "C1.CodConto=\"\"");
   const struct {
-    std::vector<const char*> arguments;
+    std::vector<std::string> arguments;
     std::string input;
     int status;
     const char* out;  // must be there, and nothing of an escape sequence
@@ -166,34 +164,28 @@ TEST(Explain, TheProgramExplains) {
       {{"explain", "TrasmessoSdi", "--lang", "en"}, "", 0, "- TrasmessoSdi\n  Warning! ", ""},
       {{"explain", "10753"}, "", 0, "attività IVA separate", ""},
       {{"explain", "--list"}, "", 0, "\n10492 SbilancioVB ", ""},
-      {{"explain", "10499"}, "", 2, "", "there is no message 10499"},
+      {{"explain", "10499"}, "", 2, "", "non c'è un messaggio 10499"},
       {{"explain"}, "", 2, "", "--list"},
-      {{"check", "--company", company.c_str(), "--explain", "-"},
+      {{"check", "--company", company, "--explain", "-"},
        good + "\n" + good,
        0,
        "2 registrazioni: 2 libere\n",
        ""},
-      {{"check", "--company", company.c_str(), "--explain", "--lang", "en", "-"},
+      {{"check", "--company", company, "--explain", "--lang", "en", "-"},
        good + "\nx\n" + bad,
        2,
        "error 10520 ContoMancante (RsRCont row 1): Line 1: ",
        ""},
-      {{"check", "--company", company.c_str(), "--explain", "-"}, bad, 1, "1 bloccata", ""},
-      {{"check", "--company", company.c_str(), "--explain", "--json", "-"}, bad, 2, "", "--json"},
+      {{"check", "--company", company, "--explain", "-"}, bad, 1, "1 bloccata", ""},
+      {{"check", "--company", company, "--explain", "--json", "-"}, bad, 2, "", "--json"},
   };
   for (const auto& row : rows) {
-    std::vector<const char*> argv = {"kalcogcheck"};
-    argv.insert(argv.end(), row.arguments.begin(), row.arguments.end());
-    std::istringstream in(row.input);
-    std::ostringstream out;
-    std::ostringstream err;
-    const std::string called = row.arguments.front() + std::string(" ") + row.arguments.back();
-    EXPECT_EQ(host::Run(static_cast<int>(argv.size()), argv.data(), in, out, err), row.status)
-        << called;
-
-    EXPECT_NE(out.str().find(row.out), std::string::npos) << called << "\n" << out.str();
-    EXPECT_NE(err.str().find(row.err), std::string::npos) << called << "\n" << err.str();
-    EXPECT_EQ(out.str().find('\x1b'), std::string::npos) << called;
+    const std::string called = row.arguments.front() + " " + row.arguments.back();
+    const test::HostRun run = test::RunHost(row.arguments, row.input);
+    EXPECT_EQ(run.status, row.status) << called;
+    EXPECT_NE(run.out.find(row.out), std::string::npos) << called << "\n" << run.out;
+    EXPECT_NE(run.err.find(row.err), std::string::npos) << called << "\n" << run.err;
+    EXPECT_EQ(run.out.find('\x1b'), std::string::npos) << called;
   }
 }
 

@@ -8,12 +8,12 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
-#include <map>
 #include <new>
 #include <optional>
 #include <regex>
 #include <sstream>
 
+#include "host/CommandLine.h"
 #include "host/Runner.h"
 #include "platform/RunTimeError.h"
 #include "records/Player.h"
@@ -471,19 +471,59 @@ TEST_F(Faults, OfEveryAllocation) {
   }
 }
 
-// What fails outside of every operation is the outcome's error too, without a trail.
-TEST_F(Faults, OfTheRunnersMemory) {
-  const std::string text = EntryText("acquisto", "TmpTableScadenze=\"Tmp\"");
-  std::map<std::string, int> sources;
-  for (std::int64_t n = 0; n < 2000; ++n) {
-    try {
-      const ScarceMemory scarce(n, false);
-      const host::Outcome outcome = host::CheckEntry(books_.company, {text, "F", ""});
-      if (outcome.error) ++sources[outcome.error->Source()];
-    } catch (const std::bad_alloc&) {  // while it was read
+// The whole host: after a failed allocation the entry is error 7, or the whole run says why it has
+// no answers; the entries around it are answered as ever.
+TEST_F(Faults, OfTheHostsMemory) {
+  const std::string company = books_.Text();
+  const ScratchPath record;
+  const std::string recording = record.Text();
+  const std::string input =
+      EntryText("acquisto", "TmpTableScadenze=\"Tmp\"") + "\nx\n" + EntryText("giroconto") + "\n";
+  const char* const arguments[] = {"kalcogcheck",     "check",  "--json", "--record",
+                                   recording.c_str(), "--jobs", "1",      "--company",
+                                   company.c_str(),   "-"};
+  // Written where there is room already: a full disk is another matter.
+  struct Roomy : std::streambuf {
+    Roomy() { setp(room.data(), room.data() + room.size()); }
+    [[nodiscard]] std::string Text() const { return {pbase(), pptr()}; }
+    std::array<char, 1 << 16> room;
+  };
+  const auto run = [&](std::int64_t allocations, std::string& told) {
+    std::istringstream in(input);
+    Roomy written;
+    Roomy said;
+    std::ostream out(&written);
+    std::ostream err(&said);
+    int status = 0;
+    {
+      const ScarceMemory scarce(allocations, false);
+      status = host::Run(std::size(arguments), arguments, in, out, err);
+    }
+    told = said.Text();
+    std::vector<std::string> answers;
+    std::istringstream lines(written.Text());
+    for (std::string line; std::getline(lines, line);) answers.push_back(line);
+    EXPECT_EQ(status, 2);
+    return answers;
+  };
+  std::string told;
+  const std::vector<std::string> whole = run(-1, told);
+  ASSERT_EQ(whole.size(), 3U);
+  std::size_t without = 0;
+  bool scarce = true;
+  for (std::int64_t n = 0; scarce && !HasFailure(); n += 1 + n / 64) {
+    SCOPED_TRACE("allocation " + std::to_string(n + 1));
+    const std::vector<std::string> answers = run(n, told);
+    scarce = wasScarce;
+    EXPECT_TRUE(answers.size() == 3 || (answers.empty() && !told.empty()))
+        << answers.size() << told;
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+      const bool isLost = answers[i].find("\"error\":{\"number\":7,") != std::string::npos;
+      EXPECT_TRUE(isLost || answers[i] == whole[i]) << answers[i];
+      without += isLost ? 1 : 0;
     }
   }
-  EXPECT_GT(sources[std::string(kComponentName)], 0);
+  EXPECT_GT(without, 20U);
 }
 
 // The same where SQLite finds no memory, at any depth of opening a company and asking it.

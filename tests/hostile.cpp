@@ -7,7 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -205,70 +204,13 @@ TEST(BrokenCompany, TheOtherEntriesAreAnswered) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.breakIt);
     OpenedCompany books(row.breakIt);
-    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup, "", ""}).result);
-    const host::Outcome broken = host::CheckEntry(books.company, {kJournal, "", ""});
+    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup}).result);
+    const host::Outcome broken = host::CheckEntry(books.company, {kJournal});
     ASSERT_TRUE(broken.error);
     EXPECT_NE(broken.error->Description().find(row.what), std::string::npos);
     EXPECT_NE(broken.error->Description().find(row.which), std::string::npos);
-    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup, "", ""}).result);
+    EXPECT_TRUE(host::CheckEntry(books.company, {kLookup}).result);
   }
-}
-
-// A lock that ends soon is waited for.
-TEST(BrokenCompanyThreads, LockedForAMoment) {
-  const TestCompany file;
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(file.Path().c_str(), &db), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-  std::thread writer([db] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
-  });
-  company::Company company(file.Text());
-  EXPECT_TRUE(host::CheckEntry(company, {kJournal, "", ""}).result);
-  writer.join();
-  sqlite3_close(db);
-}
-
-// A writer moves the books between two states all the time; eight checkers each see one of them.
-TEST(BrokenCompanyThreads, EachCheckSeesOneStateOfTheBooks) {
-  const TestCompany file("PRAGMA journal_mode = WAL");
-  const std::string text = EntryText("acquisto");
-  std::atomic<int> checking{8};
-  std::atomic<int> calmSeen{0};
-  std::atomic<int> busySeen{0};
-  std::thread writer([&] {
-    for (bool busy = true; checking > 0; busy = !busy) {
-      file.Execute(busy ? "BEGIN IMMEDIATE; INSERT INTO COGBollati VALUES (1,2024,3,1,1);"
-                          "INSERT INTO COGBlocchiPeriodo VALUES ('2024-03-15','2024-03-15');"
-                          "UPDATE STDIva SET CodIva = 'x' WHERE CodIva = '22'; COMMIT"
-                        : "BEGIN IMMEDIATE; DELETE FROM COGBollati; DELETE FROM COGBlocchiPeriodo;"
-                          "UPDATE STDIva SET CodIva = '22' WHERE CodIva = 'x'; COMMIT");
-    }
-  });
-  const auto check = [&] {
-    company::Company company(file.Text());
-    for (int i = 0; i < 60 || ((calmSeen == 0 || busySeen == 0) && i < 100'000); ++i) {
-      const host::Outcome outcome = host::CheckEntry(company, {text, "", ""});
-      const bool findings = !outcome.errString.empty();
-      EXPECT_FALSE(outcome.error) << outcome.error->Description();
-      // Journal, register and VAT code, and the lock: all or none.
-      EXPECT_EQ(std::ranges::count(outcome.errString, '\n'), findings ? 2 : 0) << outcome.errString;
-      EXPECT_EQ(outcome.warnString.empty(), !findings);
-      ++(findings ? busySeen : calmSeen);
-    }
-    --checking;
-  };
-  std::vector<std::thread> checkers;
-  for (int i = 0; i < 8; ++i) {
-    checkers.emplace_back(check);
-  }
-  for (std::thread& checker : checkers) {
-    checker.join();
-  }
-  writer.join();
-  EXPECT_GT(calmSeen, 0);
-  EXPECT_GT(busySeen, 0);
 }
 
 // Nobody reads what is written, and the end is asked for: it comes nevertheless.
@@ -343,8 +285,9 @@ TEST(StoppedHost, LeavesWholeLines) {
   EXPECT_GE(std::ranges::count(recorded, '\n'), count);
   EXPECT_TRUE(recorded.ends_with("}}\n"));
   EXPECT_FALSE(WIFEXITED(status) && WEXITSTATUS(status) < 2) << status;
-  const std::string closed = "(" KAL_HOST_PROGRAM " check --json --company " + file.Text() + " " +
-                             in.string() + " 2>" + out.string() + "; exit $?) | true";
+  const std::string closed = "(" KAL_HOST_PROGRAM " check --json --lang en --company " +
+                             file.Text() + " " + in.string() + " 2>" + out.string() +
+                             "; exit $?) | true";
   EXPECT_EQ(std::system(("bash -c 'set -o pipefail; " + closed + "'").c_str()), 2 << 8);
   EXPECT_NE(Bytes(out).find("can't be written"), std::string::npos);
   fs::remove(in);

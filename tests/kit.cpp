@@ -9,9 +9,11 @@
 #include <nlohmann/json.hpp>
 #include <random>
 #include <regex>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
+#include "host/CommandLine.h"
 #include "host/RecordingText.h"
 #include "host/Report.h"
 #include "host/Runner.h"
@@ -310,7 +312,7 @@ Checked::Checked(Siblings& siblings, const std::string& entryText) : checker(sib
   json.erase("lacks");
   host::EntryReading reading = host::ReadEntry(json.dump());
   if (!reading.entry) {
-    throw std::invalid_argument(reading.error + " in " + entryText);
+    throw std::invalid_argument(reading.error.english + " in " + entryText);
   }
   entry = *std::move(reading.entry);
   lacks.empty() ? Hand() : HandAsAnotherHost();
@@ -512,6 +514,16 @@ void RunTableCase(const TableCase& row) {
 }
 
 }  // namespace
+
+HostRun RunHost(const std::vector<std::string>& arguments, const std::string& input) {
+  std::vector<const char*> given = {"kalcogcheck"};
+  for (const std::string& argument : arguments) given.push_back(argument.c_str());
+  std::istringstream in(input);
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = host::Run(static_cast<int>(given.size()), given.data(), in, out, err);
+  return {status, out.str(), err.str()};
+}
 
 void RunTable(std::string_view table) {
   TableCase heading;

@@ -67,6 +67,15 @@ struct OpenedCompany : TestCompany {
   CodedSiblings siblings{company.Siblings()};
 };
 
+// What the command line answers to these arguments, in this process.
+struct HostRun {
+  int status;
+  std::string out;
+  std::string err;
+};
+[[nodiscard]] HostRun RunHost(const std::vector<std::string>& arguments,
+                              const std::string& input = "");
+
 // A conversation as its recording gives it again.
 [[nodiscard]] records::Conversation WrittenAndRead(const records::Conversation& conversation);
 

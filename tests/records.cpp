@@ -24,29 +24,15 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 using records::Conversation;
-
-struct Ran {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-Ran RunWith(const std::vector<std::string>& arguments, const std::string& input = "") {
-  std::vector<const char*> given = {"kalcogcheck"};
-  for (const std::string& argument : arguments) given.push_back(argument.c_str());
-  std::istringstream in(input);
-  std::ostringstream out;
-  std::ostringstream err;
-  const int status = Run(static_cast<int>(given.size()), given.data(), in, out, err);
-  return {status, out.str(), err.str()};
-}
+using test::HostRun;
+using test::RunHost;
 
 class Records : public testing::Test {
  protected:
   // The lines that are recorded of these entries over the sample company.
   std::vector<std::string> Recorded(const std::string& entries) {
     const test::ScratchPath file;
-    const Ran run = RunWith(
+    const HostRun run = RunHost(
         {"check", "--json", "--record", file.Text(), "--company", company_.Text(), "-"}, entries);
     EXPECT_EQ(run.err, "");
     std::ifstream stream(file.Path());
@@ -58,44 +44,6 @@ class Records : public testing::Test {
   test::ScratchPath company_;
   bool made_ = (company::CreateCompany(company_.Text(), true), true);
 };
-
-// All samples, by several workers, between entries that can't be read: the answers are those of a
-// run without recording, the recording holds the decided ones in their order, and replaying gives
-// each of them again.
-TEST_F(Records, ThreadsDecideSamplesAgainAsTheyWere) {
-  const test::ScratchPath record;
-  std::vector<std::string> check = {"check", "--json", "--jobs", "5", "--company", company_.Text()};
-  for (const fs::path& file : fs::directory_iterator(fs::path(KAL_SOURCE_DIR) / "host/samples")) {
-    check.push_back(file.string());
-    check.emplace_back("-");
-    check.emplace_back("no-such-file");
-  }
-  const Ran plain = RunWith(check, "{\"x\":1}\n{\"id\":\n");
-  check.insert(check.begin() + 1, {"--record", record.Text()});
-  const Ran recorded = RunWith(check, "{\"x\":1}\n{\"id\":\n");
-  EXPECT_EQ(recorded.status, plain.status);
-  EXPECT_TRUE(recorded.out == plain.out);
-  std::istringstream answers(plain.out);
-  std::ifstream lines(record.Path());
-  std::size_t decided = 0;
-  for (std::string answer, line; std::getline(answers, answer);) {
-    if (!json::parse(answer)["error"].contains("input")) {
-      ASSERT_TRUE(std::getline(lines, line));
-      EXPECT_EQ(ReadRecording(line).recording.value().result, answer);
-      ++decided;
-    }
-  }
-  EXPECT_EQ(lines.peek(), std::ifstream::traits_type::eof());
-
-  const Ran again = RunWith({"replay", "--lang", "en", record.Text()});
-  const std::string count = std::to_string(decided);
-  EXPECT_EQ(again.out, count + " decisions: " + count + " as recorded\n");
-  EXPECT_EQ(again.status, 0);
-  const Ran one = RunWith({"replay", "--json", "--jobs", "1", record.Text(), record.Text()});
-  const Ran many = RunWith({"replay", "--json", "--jobs", "5", record.Text(), record.Text()});
-  EXPECT_EQ(one.status, 0);
-  EXPECT_TRUE(one.out == many.out);
-}
 
 // One thing is changed in a recording, and what is said of it then.
 TEST_F(Records, TellsWhatIsDifferent) {
@@ -136,7 +84,7 @@ TEST_F(Records, TellsWhatIsDifferent) {
       {"a question", 0, "[\"GestisciPNInfragruppo\"]", "[\"Gestisci\"]",
        "domanda non registrata: CompanySettings.Setting 'GestisciPNInfragruppo'\n"},
       {"a trail", 1, "\\r\\nKal_COGCheck.KalCOGCheck.OkAggiorna", "", "allora: error 91: Object"},
-      {"the entry", 1, "\"id\":8}", "\"id\":8,\"x\":1}", "the entry: unknown key \"x\""},
+      {"the entry", 1, "\"id\":8}", "\"id\":8,\"x\":1}", "contabile: chiave sconosciuta \"x\""},
       {"the version", 1, "\"recording\":1", "\"recording\":2", "it is of the version 2"},
       {"a key", 1, "\"result\"", "\"resulted\"", "it has an unknown key \"resulted\""},
       {"no key", 1, "\"recording\":1,", "", "it has no \"recording\""},
@@ -153,13 +101,13 @@ TEST_F(Records, TellsWhatIsDifferent) {
     const std::size_t at = line.find(row.from);
     ASSERT_NE(at, std::string::npos) << line;
     line.replace(at, row.from.size(), row.to);
-    const Replayed replayed = Replay({line, "F line 3", ""});
+    const Replayed replayed = Replay({line, {"F", 3}});
     const std::string block = ToBlock(replayed, {});
     EXPECT_EQ(block.empty(), *row.said == '\0') << block;
     EXPECT_NE(block.find(row.said), std::string::npos) << block << line;
-    EXPECT_TRUE(block.empty() || block.starts_with("F line 3")) << block;
+    EXPECT_TRUE(block.empty() || block.starts_with("F riga 3")) << block;
     const int status = replayed.again == Again::Unreadable ? 2 : block.empty() ? 0 : 1;
-    const Ran run = RunWith({"replay", "--json", "-"}, lines[0] + "\n\n" + line + '\n');
+    const HostRun run = RunHost({"replay", "--json", "-"}, lines[0] + "\n\n" + line + '\n');
     EXPECT_EQ(run.status, status);
     EXPECT_EQ(json::parse(run.out.substr(run.out.find('\n')))["same"],
               status == 2 ? json() : json(status == 0));
@@ -173,11 +121,11 @@ TEST_F(Records, RefusesWhatWasCutOff) {
                                "\"2024-03-15\",1,1]}\n")
                                .at(0);
   for (std::size_t end = 1; end < line.size(); ++end) {
-    const Replayed replayed = Replay({line.substr(0, end), "F line 3", ""});
+    const Replayed replayed = Replay({line.substr(0, end), {"F", 3}});
     ASSERT_EQ(replayed.again, Again::Unreadable) << end;
-    ASSERT_FALSE(replayed.error.empty()) << end;
+    ASSERT_FALSE(replayed.error.IsEmpty()) << end;
   }
-  const Ran run = RunWith({"replay", "--lang", "en", "-"}, line + '\n' + line.substr(0, 300));
+  const HostRun run = RunHost({"replay", "--lang", "en", "-"}, line + '\n' + line.substr(0, 300));
   EXPECT_EQ(run.status, 2);
   EXPECT_EQ(run.out,
             "standard input line 2  unreadable\n  it breaks off\n"
@@ -322,8 +270,8 @@ TEST_F(Records, ARecordingThatCanNotBeWritten) {
       {entries.Text(), false, "the recording would take the place of"},
   };
   for (const auto& row : rows) {
-    const Ran run = RunWith({"check", "--lang", "en", "--record", row.path, "--company",
-                             company_.Text(), entries.Text()});
+    const HostRun run = RunHost({"check", "--lang", "en", "--record", row.path, "--company",
+                                 company_.Text(), entries.Text()});
     EXPECT_EQ(run.status, 2) << row.path;
     EXPECT_NE(run.err.find(row.said), std::string::npos) << run.err;
     EXPECT_EQ(std::ranges::count(run.err, '\n'), 1) << run.err;

@@ -49,7 +49,8 @@ class Samples : public testing::Test {
   void ForEach(Visit visit) {
     for (const fs::path& file : fs::directory_iterator(fs::path(KAL_SOURCE_DIR) / "host/samples")) {
       std::ifstream stream(file);
-      EntryFile entries(stream, file.stem().string());
+      const std::string name = file.stem().string();
+      EntryFile entries(stream, name);
       auto entry = entries.Next();
       EXPECT_TRUE(entry) << file << " holds no entry";
       for (; entry; entry = entries.Next()) {
@@ -70,9 +71,10 @@ TEST_F(Samples, AnswerWhatTheyExpect) {
     const json given = json::parse(entry.text, nullptr, false);
     const json expected = given.is_object() ? given.value("expected", json()) : json();
     const json told = Told(watched);
-    EXPECT_TRUE(told == expected) << entry.place << "\n  expected " << expected << "\n  answered "
-                                  << told;
-    EXPECT_EQ(ToJson(watched), ToJson(CheckEntry(company_, entry))) << entry.place;
+    EXPECT_TRUE(told == expected) << entry.place.In(Language::English) << "\n  expected "
+                                  << expected << "\n  answered " << told;
+    EXPECT_EQ(ToJson(watched), ToJson(CheckEntry(company_, entry)))
+        << entry.place.In(Language::English);
     std::istringstream lines(ExplainTree(watched, {Language::English, false}));
     for (std::string line; std::getline(lines, line);) {
       EXPECT_LE(std::ranges::count_if(line, [](char c) { return (c & 0xC0) != 0x80; }), 100)
@@ -85,8 +87,9 @@ TEST_F(Samples, AnswerWhatTheyExpect) {
 // Only the message about separate VAT activities has none: the sample company does not keep them.
 TEST_F(Samples, GiveEveryMessage) {
   std::map<std::string, Outcome, std::less<>> outcomes;
-  ForEach(
-      [&](const EntryText& entry, Outcome outcome) { outcomes[entry.place] = std::move(outcome); });
+  ForEach([&](const EntryText& entry, Outcome outcome) {
+    outcomes[std::string(entry.place.file)] = std::move(outcome);
+  });
   for (const Message& page : Catalogue()) {
     SCOPED_TRACE(page.name);
     EXPECT_EQ(FindPage(page.name), &page);

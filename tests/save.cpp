@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <regex>
-#include <thread>
 
 #include "tests/kit.h"
 
@@ -480,20 +479,6 @@ an error leaves the filters | S2.ImportoAvere=null
     C 1 where IdCliFor <> 0 and IdCliFor <> Null and TipoCliFor <> 3 and TipoCliFor <> 0,
     S 2 where IdScadenza = 1
 )");
-}
-
-// Two objects share nothing.
-TEST(OkAggiornaThreads, TwoCheckersAtOnce) {
-  const auto work = [](const Ruin& ruin) {
-    OpenedCompany books(ruin.sql);
-    for (int i = 0; i < 10; ++i) {
-      EXPECT_EQ(Checked(books.siblings, EntryText(ruin.kind, ruin.changes)).Run(), ruin.Shown());
-    }
-  };
-  std::thread first(work, RuinedPurchase());
-  std::thread second(work, Ruin{"vendita", "T.Protocollo=0", "", {{"Err 10508"}}});
-  first.join();
-  second.join();
 }
 
 }  // namespace

@@ -98,7 +98,7 @@ class ServerTest : public testing::Test {
   }
   // As the host answers one entry after the other, each in a reading of its own.
   static std::string Answer(Company& company, const std::string& entry) {
-    const host::Asked asked{{entry, "", ""}, 0};
+    const host::Asked asked{.entry = {entry}, .bytesRead = 0};
     host::EntryRehearsal rehearsal(company, {&asked, 1});
     const Company::Reading books(company, std::ref(rehearsal));
     const host::Outcome outcome = CheckEntry(company, asked.entry);

@@ -459,20 +459,14 @@ bool PostgresEngine::CanBeMet(const Statement& statement, std::span<const Varian
     asked.push_back(values[value]);
   }
   const std::shared_ptr<const RowTable> greatest = Answer(*statement.greatestStatement, asked);
-  const auto reaches = [&](const GreatestValues::Bound& bound) {
-    if (greatest->RowCount() == 0) {
-      return true;  // not asked for yet
-    }
-    const Variant& most = greatest->Cell(0, bound.column);
-    const Variant& value = values[bound.value];
-    const Date* const day = value.As<Date>();
-    const Variant compared = day == nullptr ? value : Variant(day->WithoutTime());
-    return static_cast<bool>(bound.operation == CompareWith::Greater ? most > compared
-                                                                     : most >= compared);
-  };
-  return std::ranges::any_of(statement.greatest->alternatives, [&](const auto& alternative) {
-    return std::ranges::all_of(alternative, reaches);
-  });
+  if (greatest->RowCount() == 0) {
+    return true;  // a belief about a question not asked yet
+  }
+  std::vector<Variant> most;
+  for (std::size_t column = 0; column < greatest->Columns().size(); ++column) {
+    most.push_back(greatest->Cell(0, column));
+  }
+  return company::CanBeMet(*statement.greatest, values, most);
 }
 
 std::shared_ptr<const RowTable> PostgresEngine::AskAlone(

@@ -184,8 +184,8 @@ class ServerVerification {
     std::size_t served = 0;
     for (std::size_t row = 0; row < all.Rows() && served < wanted.size(); ++row) {
       served = all.Text(row, 1) == "1" ? 0 : served;
-      const bool isFirstOfRest = all.Text(row, 1) == std::to_string(served + 1);
-      served += isFirstOfRest && Serves(all.Text(row, 2), wanted[served]) ? 1 : 0;
+      const bool isNext = all.Text(row, 1) == std::to_string(served + 1);
+      served += isNext && Serves(all.Text(row, 2), wanted[served]) ? 1U : 0U;
     }
     if (served < wanted.size()) {
       std::string statement = ServerIndexSql(index);

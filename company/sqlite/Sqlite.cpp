@@ -123,15 +123,25 @@ Variant ReadText(const Cell& cell) {
   return text;
 }
 
+std::filesystem::path LogOf(const std::string& path) {
+  const std::string log = path + "-wal";
+  return {std::u8string(log.begin(), log.end())};
+}
+
+// Whether there is a write-ahead log that is not empty.
+bool HasLog(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::file_size(LogOf(path), error) != 0 && !error;
+}
+
 // Who only reads a company with a write-ahead log has to make the log's files where there are none,
 // and may not remove them. Who might write removes them at the end, when nobody else has the
 // company open. A log that is not empty is the business of those who write it.
 void RemoveEmptyLog(const std::string& path) {
   static std::mutex oneAfterAnother;  // two at once would each take the other for a reader
   const std::lock_guard guard(oneAfterAnother);
-  const std::string log = path + "-wal";
   std::error_code error;
-  if (std::filesystem::file_size({std::u8string(log.begin(), log.end())}, error) != 0 || error) {
+  if (std::filesystem::file_size(LogOf(path), error) != 0 || error) {
     return;
   }
   sqlite3* handle = nullptr;
@@ -233,6 +243,12 @@ void Sqlite::Fail() const {
     RaiseDataError(kDatabaseFailed,
                    path_ + " was left in the middle of a change by a program that broke off (" +
                        path_ + "-journal takes it back): open it once with a program that writes");
+  }
+  if ((result == SQLITE_CANTOPEN || result == SQLITE_READONLY) && HasLog(path_)) {
+    RaiseDataError(kDatabaseFailed,
+                   path_ + " was left with changes that are not in it yet (" + path_ +
+                       "-wal holds them), and nothing can be written beside it: open it once with "
+                       "a program that writes");
   }
   if (result == SQLITE_NOTADB) {
     RaiseDataError(kDatabaseFailed, path_ + " is no database");

@@ -3,8 +3,8 @@
 namespace kal::company {
 namespace {
 
-// The first row in two ranges. Where one of them is empty, as for a new entry at the end, no day is
-// looked at.
+// The first row in two ranges. Where one of them is empty, no day is looked at; the one that lies
+// ahead is looked at first, because for a new entry at the end it is the empty one.
 std::string DayByDay(const Branches& branches, const ComparisonSql& day,
                      const ComparisonSql& other) {
   const bool back = IsBelow(day.operation);
@@ -21,9 +21,11 @@ std::string DayByDay(const Branches& branches, const ComparisonSql& day,
   // filter of them.
   const std::string found =
       days + "SELECT day FROM days WHERE EXISTS (SELECT 1 FROM " + met + "days.day) LIMIT 1";
+  const std::string& ahead = back ? other.sql : day.sql;
+  const std::string& behind = back ? day.sql : other.sql;
   // Neither AND nor a join keeps SQLite from starting on the days; CASE does.
-  return met + "CASE WHEN EXISTS (SELECT 1" + rows + other.sql +
-         ") THEN CASE WHEN EXISTS (SELECT 1" + rows + day.sql + ") THEN (" + found + ") END END";
+  return met + "CASE WHEN EXISTS (SELECT 1" + rows + ahead + ") THEN CASE WHEN EXISTS (SELECT 1" +
+         rows + behind + ") THEN (" + found + ") END END";
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <span>
 #include <tuple>
 #include <utility>
@@ -53,15 +54,12 @@ std::vector<Column> ColumnsOfRows(const std::vector<ResultColumn>& columns) {
   return ofRows;
 }
 
-void BindValues(StatementUse& use, std::span<const Variant> values,
-                const std::vector<ComparedValue>& compared) {
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const int parameter = static_cast<int>(i) + 1;
-    if (const auto* day = values[i].As<Date>(); day != nullptr) {
-      use->BindDay(parameter, *day, compared[i].endsDay);
-    } else {
-      use->Bind(parameter, values[i]);
-    }
+void BindValue(StatementUse& use, std::size_t place, const Variant& value, bool endsDay) {
+  const int parameter = static_cast<int>(place) + 1;
+  if (const auto* day = value.As<Date>(); day != nullptr) {
+    use->BindDay(parameter, *day, endsDay);
+  } else {
+    use->Bind(parameter, value);
   }
 }
 
@@ -107,7 +105,8 @@ SqliteEngine::Prepared::Prepared(const Sqlite& connection, RenderedQuery rendere
       columns(std::move(rendered.columns)),
       values(std::move(rendered.values)),
       layout(std::make_shared<RowLayout>(ColumnsOfRows(columns))),
-      none(std::make_shared<RowTable>(layout)) {}
+      none(std::make_shared<RowTable>(layout)),
+      greatest(std::move(rendered.greatest)) {}
 
 SqliteEngine::SqliteEngine(const std::string& path, const Patience& patience)
     : file_(IdentityOf(ExistingCompanyFile(path))),
@@ -300,7 +299,9 @@ SqliteEngine::Kept& SqliteEngine::KeptBefore(Prepared& prepared, std::span<const
 std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Query& query,
                                                   const std::shared_ptr<const RowTable>& before) {
   StatementUse use(prepared.statement);
-  BindValues(use, query.Values(), prepared.values);
+  for (std::size_t place = 0; place < query.Values().size(); ++place) {
+    BindValue(use, place, query.Values()[place], prepared.values[place].endsDay);
+  }
   bool another = use->Step();
   std::size_t same = 0;
   while (another && before != nullptr && same < before->RowCount() &&
@@ -333,6 +334,52 @@ std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Quer
   return rows;
 }
 
+// The first question of a state is asked as it is: most states hear no second one.
+bool SqliteEngine::LiesBehind(Prepared& prepared, const Query& query) {
+  if (!prepared.greatest || !versionOfReading_) {
+    return false;
+  }
+  constexpr std::size_t kMostEdges = 64;
+  const std::uint64_t held = connection_.Counted().transactions;
+  if (prepared.edgesOf != held || prepared.edges.size() == kMostEdges) {
+    prepared.edges.clear();
+    prepared.edgesOf = held;
+  }
+  const auto wanted = [&](std::size_t place) -> const Variant& { return query.Values()[place]; };
+  const auto edge = std::ranges::find_if(prepared.edges, [&](const Edge& known) {
+    return std::ranges::equal(known.shared, prepared.greatest->values, IsSameKey, {}, wanted);
+  });
+  if (edge == prepared.edges.end()) {
+    Edge& heard = prepared.edges.emplace_back();
+    std::ranges::transform(prepared.greatest->values, std::back_inserter(heard.shared), wanted);
+    return false;
+  }
+  if (edge->highest.empty()) {
+    edge->highest = Greatest(prepared, query);
+  }
+  return !CanBeMet(*prepared.greatest, query.Values(), edge->highest);
+}
+
+std::vector<Variant> SqliteEngine::Greatest(const Prepared& prepared, const Query& query) {
+  StatementUse greatest(Constant(prepared.greatest->sql));
+  for (std::size_t place = 0; place < prepared.greatest->values.size(); ++place) {
+    const std::size_t value = prepared.greatest->values[place];
+    BindValue(greatest, place, query.Values()[value], prepared.values[value].endsDay);
+  }
+  greatest->Step();
+  std::vector<Variant> values;
+  for (const ResultColumn& column : prepared.greatest->columns) {
+    Variant& value = values.emplace_back();
+    try {
+      value = greatest->Value(static_cast<int>(values.size()) - 1, column.type, {});
+      DropTime(value);
+    } catch (const RunTimeError&) {
+      value = Variant();
+    }
+  }
+  return values;
+}
+
 // The version is asked for first: a change that comes after it is then seen the next time.
 std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
   constexpr std::size_t kMostValues = 63;  // one bit for each, and one in front
@@ -343,7 +390,7 @@ std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
   const std::int64_t version = FileVersion();
   Prepared& prepared = PreparedBefore(query);
   if (!prepared.keepsAnswers) {
-    return Run(prepared, query);
+    return LiesBehind(prepared, query) ? prepared.none : Run(prepared, query);
   }
   if (keptRows_ > kKeptRows) {
     ForgetAnswers();

@@ -7,7 +7,8 @@
 // whole, costs more than all other questions together. They hold as long as the file does not
 // change. Then each is asked for again, and what was kept stays where the file still says the same:
 // most changes are entries, and comparing costs less than decoding anew. What the books answer is
-// never kept.
+// never kept longer than one state of the books is held: in it, the highest protocol and the last
+// day of a register answer for all entries that come behind them.
 
 #pragma once
 
@@ -65,6 +66,12 @@ class SqliteEngine final : public Engine {
     Kept* next = nullptr;  // what the same selection was asked for after it the last time
   };
 
+  // The highest values in the rows that share these values: where one state of the books ends.
+  struct Edge {
+    std::vector<Variant> shared;
+    std::vector<Variant> highest;  // by column; none before they were asked for
+  };
+
   // A selection, ready to run. Its SQL depends on which of its values are Booleans: the kinds have
   // one bit for each, behind a set one.
   struct Prepared {
@@ -80,6 +87,9 @@ class SqliteEngine final : public Engine {
     std::size_t rows = 0;   // of the last answer: the next one has hardly more
     ByText<Kept> answers;   // by the values asked with
     Kept* latest = nullptr;
+    std::optional<GreatestValues> greatest;
+    std::vector<Edge> edges;    // of one state of the books:
+    std::uint64_t edgesOf = 0;  // so many had been held by then
   };
 
   // Every check asks for much the same, in the same order: where a selection was found the last
@@ -106,6 +116,10 @@ class SqliteEngine final : public Engine {
   // The table given from before is the answer when it still is what the file says.
   [[nodiscard]] std::shared_ptr<const RowTable> Run(
       Prepared& prepared, const Query& query, const std::shared_ptr<const RowTable>& before = {});
+  // Whether the question asks for nothing but what lies behind the edge of the books. Within one
+  // state of the books an edge is asked for once.
+  [[nodiscard]] bool LiesBehind(Prepared& prepared, const Query& query);
+  [[nodiscard]] std::vector<Variant> Greatest(const Prepared& prepared, const Query& query);
   [[nodiscard]] bool IsAnswered(std::string_view sql, std::string_view name);
   void ForgetAnswers();
   void ForgetPlaces() { places_.fill({}); }
@@ -120,7 +134,7 @@ class SqliteEngine final : public Engine {
   SqliteStatement version_;
   SqliteStatement schema_;
   std::unordered_map<Use, Prepared, UseHash, SameUse> selections_;
-  std::array<Place, 64> places_;  // by the selection's address
+  std::array<Place, 256> places_;  // by the selection's address; so many that few share one
   ByText<SqliteStatement> constants_;
   std::optional<std::int64_t> versionOfReading_;
   std::optional<std::int64_t> versionSeen_;  // the latest

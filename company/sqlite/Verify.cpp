@@ -9,6 +9,7 @@
 #include "company/DataError.h"
 #include "company/QueryTexts.h"
 #include "company/Schema.h"
+#include "company/Settings.h"
 #include "company/sqlite/CompanyFile.h"
 #include "company/sqlite/SchemaSql.h"
 #include "company/sqlite/Sqlite.h"
@@ -59,6 +60,7 @@ class Verification {
     for (const SchemaPeriod& period : Periods()) {
       Guarded(period.table, [&] { CheckPeriods(period); });
     }
+    Guarded("STDParametriAzienda", [&] { CheckSettings(); });
     Guarded("KalMessaggi", [&] { CheckTexts(); });
   }
 
@@ -248,6 +250,19 @@ class Verification {
     while (both.Step()) {
       report_({FlawKind::Overlap, std::string(period.table), std::string(period.key), 0,
                Text(both, 0)});
+    }
+  }
+
+  void CheckSettings() {
+    SqliteStatement settings(file_, "SELECT Nome, Valore FROM main.STDParametriAzienda");
+    for (std::int64_t place = 1; settings.Step(); ++place) {
+      const Variant name = settings.Value(0, DataType::VarWChar, "a name");
+      try {
+        (void)SettingValue(name.AsText().value_or(""),
+                           settings.Value(1, DataType::VarWChar, "a value"));
+      } catch (const RunTimeError& error) {
+        report_({FlawKind::Setting, "STDParametriAzienda", "Valore", place, error.Description()});
+      }
     }
   }
 

@@ -157,7 +157,7 @@ Replayed Play(const host::EntryText& line, Binding binding) {
     }
   } catch (const std::invalid_argument& error) {
     replayed.again = host::Again::Unreadable;
-    replayed.error = error.what();
+    replayed.error = host::Say({"%", "%"}, {error.what()});
     return replayed;
   }
   if (LiveDoubles() != 0) {
@@ -165,23 +165,23 @@ Replayed Play(const host::EntryText& line, Binding binding) {
   }
   if (!other.empty()) {
     replayed.again = host::Again::Different;
-    std::cout << replayed.place << ": " << other << '\n';
+    std::cout << replayed.place.In(Language::English) << ": " << other << '\n';
   }
   return replayed;
 }
 
 int PlayAll(Binding binding, std::span<char*> files) {
-  host::ReplayTally tally;
+  host::ReplayTally tally{};
   for (const char* const path : files) {
     std::ifstream stream(path, std::ios::binary);
-    host::RecordingFile file(stream, path);
+    host::RecordingFile file(stream, path, {});
     if (!stream) {
       std::cout << path << ": the file can't be read\n";
-      ++tally[host::Again::Unreadable];
+      ++tally[static_cast<std::size_t>(host::Again::Unreadable)];
     }
     while (const auto line = file.Next()) {
       const Replayed replayed = Play(*line, binding);
-      ++tally[replayed.again];
+      ++tally[static_cast<std::size_t>(replayed.again)];
       std::cout << host::ToBlock(replayed, {.language = Language::English});
     }
   }
