@@ -89,7 +89,7 @@ class Books {
 std::vector<host::EntryText> Entries() {
   std::vector<host::EntryText> entries;
   for (int i = 1; i <= kProfiled; ++i) {
-    entries.push_back({Purchase{4, kSavedEntries + i, "2024-12-31"}.Json(), "", ""});
+    entries.push_back({Purchase{4, kSavedEntries + i, "2024-12-31"}.Json()});
   }
   return entries;
 }

@@ -37,7 +37,7 @@ std::vector<kal::host::EntryText> Entries(int count, char** paths) {
   for (int i = 0; i < count; ++i) {
     std::ostringstream text;
     text << std::ifstream(paths[i]).rdbuf();
-    entries.push_back({text.str(), paths[i], ""});
+    entries.push_back({.text = text.str(), .place = {paths[i]}});
   }
   return entries;
 }

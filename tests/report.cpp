@@ -27,20 +27,12 @@ class Accepted : public testing::Test {
  protected:
   // Checks the entries with more options; the answers are in out_ and err_.
   int Check(const std::string& entries, std::vector<std::string> options) {
-    options.insert(options.begin(), {"kalcogcheck", "check", "--company", company_.Text()});
+    options.insert(options.begin(), {"check", "--company", company_.Text()});
     options.emplace_back("-");
-    std::vector<const char*> arguments;
-    for (const std::string& option : options) {
-      arguments.push_back(option.c_str());
-    }
-    std::istringstream in(entries);
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status =
-        host::Run(static_cast<int>(arguments.size()), arguments.data(), in, out, err);
-    out_ = out.str();
-    err_ = err.str();
-    return status;
+    const HostRun run = RunHost(options, entries);
+    out_ = run.out;
+    err_ = run.err;
+    return run.status;
   }
 
   TestCompany company_;
@@ -98,14 +90,14 @@ TEST_F(Accepted, CountsNoLongerUntilTheEntryChanges) {
   EXPECT_NE(out_.find("già accettato: errore 10520"), std::string::npos) << out_;
 
   std::ofstream(path, std::ios::app) << "\n{\"id\":7}\n";
-  EXPECT_EQ(Check(bad, {"--baseline", path}), 2);
+  EXPECT_EQ(Check(bad, {"--baseline", path, "--lang", "en"}), 2);
   EXPECT_NE(err_.find(path + " line 4: an accepted finding has id"), std::string::npos) << err_;
   EXPECT_EQ(out_, "");
 }
 
 TEST_F(Accepted, WhatCanNotBeWrittenIsSaidBehindTheAnswers) {
   const std::string good = EntryText("giroconto") + '\n';
-  EXPECT_EQ(Check(good, {}), 0);
+  EXPECT_EQ(Check(good, {"--lang", "en"}), 0);
   const std::string answers = out_;
   const ScratchPath folder;
   std::filesystem::create_directory(folder.Path());
@@ -123,7 +115,8 @@ TEST_F(Accepted, WhatCanNotBeWrittenIsSaidBehindTheAnswers) {
       {"--write-baseline", company_.Text(), "the new baseline would take the place of"},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(Check(good, {row.option, row.path}), row.said.empty() ? 0 : 2) << row.path;
+    EXPECT_EQ(Check(good, {row.option, row.path, "--lang", "en"}), row.said.empty() ? 0 : 2)
+        << row.path;
     EXPECT_NE(err_.find(row.said), std::string::npos) << err_;
     EXPECT_LE(std::ranges::count(err_, '\n'), 1) << err_;
     EXPECT_EQ(out_, row.path == company_.Text() ? "" : answers) << row.path;
