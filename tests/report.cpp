@@ -7,7 +7,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "host/CommandLine.h"
 #include "tests/kit.h"
 
 namespace kal::host {
@@ -29,7 +28,7 @@ class Accepted : public testing::Test {
   int Check(const std::string& entries, std::vector<std::string> options) {
     options.insert(options.begin(), {"check", "--company", company_.Text()});
     options.emplace_back("-");
-    const HostRun run = RunHost(options, entries);
+    const test::HostRun run = test::RunHost(options, entries);
     out_ = run.out;
     err_ = run.err;
     return run.status;
