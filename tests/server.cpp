@@ -23,6 +23,7 @@
 
 #include "company/Company.h"
 #include "company/Schema.h"
+#include "company/Verify.h"
 #include "company/postgres/ServerCompany.h"
 #include "host/CommandLine.h"
 #include "host/Report.h"
@@ -451,6 +452,54 @@ TEST_F(ServerTest, AsksForLittle) {
   const std::string before = Answer(company, entry);
   (void)server_.Execute(database, "DELETE FROM STDPianoDeiConti");
   EXPECT_NE(Answer(company, entry), before);
+}
+
+TEST_F(ServerTest, VerifyFindsEveryFlaw) {
+  const struct {
+    const char* sql;
+    const char* flaws;
+  } rows[] = {
+      {"SELECT 1", ""},
+      {"DROP TABLE COGBollati", "NoTable COGBollati.;"},
+      {"ALTER TABLE COGBollati RENAME TO B; CREATE VIEW COGBollati AS SELECT * FROM B",
+       "View COGBollati.;"},
+      {"ALTER TABLE COGBollati DROP COLUMN RiepilogoStampato",
+       "NoColumn COGBollati.RiepilogoStampato;"},
+      {"ALTER TABLE STDIva ALTER TipoIntra TYPE text", "Declaration STDIva.TipoIntra;"},
+      {"DROP INDEX STDIva_CodIva", "NoIndex STDIva.CodIva;"},
+      {"DROP INDEX STDIva_CodIva; CREATE INDEX Altro ON STDIva (CodIva, TipoIntra)", ""},
+      {"DROP INDEX STDIva_CodIva; CREATE INDEX Altro ON STDIva (TipoIntra, CodIva)",
+       "NoIndex STDIva.CodIva;"},
+      {"INSERT INTO COGBlocchiPeriodo VALUES ('infinity', 'infinity')",
+       "Value COGBlocchiPeriodo. DataInizio = infinity;"},
+      {"ALTER TABLE STDIva ALTER TipoIntra TYPE integer; INSERT INTO STDIva (CodIva, TipoIntra) "
+       "VALUES ('z', 40000)",
+       "Value STDIva. TipoIntra = 40000;"},
+      {"UPDATE STDParametriAzienda SET Valore = 'forse' WHERE Nome = 'BloccoInviatoSDI'",
+       "Setting STDParametriAzienda.Valore;"},
+      {"INSERT INTO STDIva (CodIva) SELECT min(CodIva) FROM STDIva", "Duplicate STDIva.CodIva;"},
+      {"UPDATE STDEsercizi SET DataFine = '2022-12-31' WHERE CodEsercizio = 2023",
+       "Period STDEsercizi.DataInizio,DataFine;"},
+      {"UPDATE STDEsercizi SET DataInizio = '2023-12-31' WHERE CodEsercizio = 2024",
+       "Overlap STDEsercizi.CodEsercizio;"},
+      {"UPDATE KalMessaggi SET Testo = '' WHERE Codice = 10492 AND Lingua = 'en'",
+       "NoText KalMessaggi.Testo;"},
+      {"ALTER TABLE STDIva DISABLE TRIGGER KalVersione", "NoVersion STDIva.;"},
+  };
+  for (const auto& row : rows) {
+    const std::string database = Sample();
+    (void)server_.Execute(database, row.sql);
+    std::string flaws;
+    Verify(server_.Uri(database), [&](const Flaw& flaw) {
+      constexpr const char* kKinds[] = {
+          "Damaged", "NoTable",   "View",   "NoColumn", "Declaration", "NoIndex",   "Value",
+          "Setting", "Duplicate", "Period", "Overlap",  "NoText",      "NoVersion", "More"};
+      flaws += kKinds[static_cast<std::size_t>(flaw.kind)];
+      flaws += " " + flaw.table + "." + flaw.column;
+      flaws += flaw.kind == FlawKind::Value ? " " + flaw.detail + ";" : ";";
+    });
+    EXPECT_EQ(flaws, row.flaws) << row.sql;
+  }
 }
 
 // A writer changes a setting, a table that is kept and the books in one transaction, over and over:

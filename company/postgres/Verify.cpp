@@ -10,6 +10,7 @@
 #include "company/DataError.h"
 #include "company/QueryTexts.h"
 #include "company/Schema.h"
+#include "company/Settings.h"
 #include "company/postgres/Catalog.h"
 #include "company/postgres/Postgres.h"
 #include "company/postgres/PostgresDialect.h"
@@ -85,6 +86,7 @@ class ServerVerification {
     for (const SchemaPeriod& period : Periods()) {
       Guarded(*FindTable(period.table), [&] { CheckPeriods(period); });
     }
+    Guarded(*FindTable("STDParametriAzienda"), [&] { CheckSettings(); });
     Guarded(*FindTable("KalMessaggi"), [&] { CheckTexts(); });
     CheckVersions();
   }
@@ -228,6 +230,17 @@ class ServerVerification {
            "SELECT one." + key + " || ', ' || other." + key + " FROM " + table + " AS one JOIN " +
                table + " AS other ON one." + key + " < other." + key + " AND one." + from +
                " <= other." + to + " AND other." + from + " <= one." + to);
+  }
+
+  void CheckSettings() {
+    const PostgresResult settings = server_.Execute("SELECT Nome, Valore FROM STDParametriAzienda");
+    for (std::size_t row = 0; row < settings.Rows(); ++row) {
+      try {
+        (void)SettingValue(settings.Text(row, 0), Variant(settings.Text(row, 1)));
+      } catch (const RunTimeError& error) {
+        report_({FlawKind::Setting, "STDParametriAzienda", "Valore", 0, error.Description()});
+      }
+    }
   }
 
   void CheckTexts() {
