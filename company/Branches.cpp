@@ -29,6 +29,16 @@ TwoRanges RangesOf(const std::vector<ComparisonSql>& alternative) {
   return {};
 }
 
+std::string DaysOf(const Branches& branches, const ComparisonSql& day) {
+  const bool back = IsBelow(day.operation);
+  const std::string& left = day.left.sql;
+  const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
+  const std::string nearest = " ORDER BY " + left + (back ? " DESC" : "") + " LIMIT 1)";
+  return "WITH RECURSIVE days(day) AS (SELECT (SELECT " + left + rows + day.sql + nearest +
+         " UNION ALL SELECT (SELECT " + left + rows + left + (back ? " < " : " > ") + "days.day" +
+         nearest + " FROM days WHERE day IS NOT NULL) ";
+}
+
 std::string SelectBranches(const Branches& branches, const Dialect& dialect) {
   std::vector<std::string> rows;
   rows.reserve(branches.alternatives.size());

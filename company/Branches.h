@@ -54,6 +54,10 @@ struct TwoRanges {
 };
 [[nodiscard]] TwoRanges RangesOf(const std::vector<ComparisonSql>& alternative);
 
+// "WITH RECURSIVE days(day) AS (…) ": the days of the first range, the nearest first, one step in
+// an index each, and a Null behind them.
+[[nodiscard]] std::string DaysOf(const Branches& branches, const ComparisonSql& day);
+
 // The whole statement, without the limit to the first row. A row may meet several alternatives:
 // that does not matter to who reads the first row alone, and everyone else is given each row once.
 [[nodiscard]] std::string SelectBranches(const Branches& branches, const Dialect& dialect);

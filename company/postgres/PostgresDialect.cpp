@@ -90,27 +90,20 @@ PostgresValue PlainText(const Variant& value) {
 // but a range of one day, it can't take another one.
 std::string DayByDay(const Branches& branches, const ComparisonSql& day,
                      const ComparisonSql& other) {
-  const bool back = IsBelow(day.operation);
   const bool below = IsBelow(other.operation);
   const std::string& left = day.left.sql;
   const std::string pair = "(" + left + ", " + other.left.sql + ")";
   const std::string bothOrders = left + (below ? " DESC, " : ", ") + other.left.sql;
-  const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
-  const std::string nearest = " ORDER BY " + left + (back ? " DESC" : "") + " LIMIT 1)";
-  const std::string days = "WITH RECURSIVE days(day) AS (SELECT (SELECT " + left + rows + day.sql +
-                           nearest + " UNION ALL SELECT (SELECT " + left + rows + left +
-                           (back ? " < " : " > ") + "days.day" + nearest +
-                           " FROM days WHERE day IS NOT NULL) ";
   const std::string met = branches.table + " WHERE " + AllOf(branches.all) + " AND ";
   const auto exists = [&](const std::string& its) {
     return "(SELECT 1 FROM " + met + pair + std::string(Symbol(other.operation)) + "(" + its +
            ", " + other.parameter + ") AND " + left + (below ? " >= " : " <= ") + its +
            " ORDER BY " + bothOrders + (below ? " DESC" : "") + " LIMIT 1) IS NOT NULL";
   };
-  return "(SELECT its.* FROM (" + days + "SELECT day FROM days WHERE " + exists("days.day") +
-         " LIMIT 1) AS found CROSS JOIN LATERAL (" + branches.select + met + left +
-         " >= found.day AND " + left + " <= found.day AND " + other.sql + " ORDER BY " + left +
-         ", " + other.left.sql + " LIMIT 1) AS its)";
+  return "(SELECT its.* FROM (" + DaysOf(branches, day) + "SELECT day FROM days WHERE " +
+         exists("days.day") + " LIMIT 1) AS found CROSS JOIN LATERAL (" + branches.select + met +
+         left + " >= found.day AND " + left + " <= found.day AND " + other.sql + " ORDER BY " +
+         left + ", " + other.left.sql + " LIMIT 1) AS its)";
 }
 
 [[noreturn]] void Refuse(RunTime error, std::string_view text, std::string_view source,

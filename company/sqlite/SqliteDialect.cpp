@@ -10,17 +10,13 @@ std::string DayByDay(const Branches& branches, const ComparisonSql& day,
   const bool back = IsBelow(day.operation);
   const std::string& left = day.left.sql;
   const std::string rows = " FROM " + branches.table + " WHERE " + AllOf(branches.equal) + " AND ";
-  const std::string nearest = " ORDER BY " + left + (back ? " DESC" : "") + " LIMIT 1)";
-  const std::string days = "WITH RECURSIVE days(day) AS (SELECT (SELECT " + left + rows + day.sql +
-                           nearest + " UNION ALL SELECT (SELECT " + left + rows + left +
-                           (back ? " < " : " > ") + "days.day" + nearest +
-                           " FROM days WHERE day IS NOT NULL) ";
   const std::string met = branches.table + " WHERE " + AllOf(branches.all) + " AND " + other.sql +
                           " AND " + left + " = ";
   // The days are not joined with their rows: SQLite might walk all rows once to make itself a
   // filter of them.
-  const std::string found =
-      days + "SELECT day FROM days WHERE EXISTS (SELECT 1 FROM " + met + "days.day) LIMIT 1";
+  const std::string found = DaysOf(branches, day) +
+                            "SELECT day FROM days WHERE EXISTS (SELECT 1 FROM " + met +
+                            "days.day) LIMIT 1";
   const std::string& ahead = back ? other.sql : day.sql;
   const std::string& behind = back ? day.sql : other.sql;
   // Neither AND nor a join keeps SQLite from starting on the days; CASE does.
