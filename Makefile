@@ -91,6 +91,7 @@ bench: deps-bench
 	cmake --preset release -DKAL_BENCH=ON
 	cmake --build --preset release
 	build/release/bench/kal_bench
+	build/release/bench/kal_server_bench host/samples/*.json
 
 deps:
 	@tools/install-missing $(PACKAGES)

@@ -107,12 +107,16 @@ class OneByOne {
   std::size_t count_;
 };
 
-// One check as the host runs it, without reading its text.
-void CheckOnce(Company& company, const Purchase& purchase) {
-  const Company::Reading books(company, [&] { (void)Check(company.Siblings(), purchase.Fresh()); });
-  if (!Check(company.Siblings(), purchase.Fresh())) {
-    throw std::runtime_error("the purchase has findings");
-  }
+// So many purchases behind the saved ones, checked in one reading as the host does with what it has
+// read in one turn, without reading their texts.
+void CheckTurn(Company& company, int saved, int turn, const char* day = kLastDay) {
+  const auto run = [&] {
+    for (int i = 1; i <= turn; ++i) {
+      (void)Check(company.Siblings(), Purchase{4, saved + i, day}.Fresh());
+    }
+  };
+  const Company::Reading books(company, run);
+  run();
 }
 
 std::vector<std::string> Questions(const std::string& uri, const Purchase& purchase) {
@@ -134,18 +138,21 @@ std::string Counted(const Counters& before, const Counters& after, std::size_t e
          mean(before.unforeseen, after.unforeseen) + " not foreseen";
 }
 
+// Microseconds an entry, by itself and in turns.
 void AgainstOneByOne(const std::string& name, const std::string& uri, int saved, int rounds) {
-  const Purchase purchase{4, saved + 1, kLastDay};
-  OneByOne floor(uri, Questions(uri, purchase));
-  Company company(uri);
-  CheckOnce(company, purchase);
-  const Counters before = company.Counted();
-  const Pair pair = Interleaved(
-      rounds, [&] { return Microseconds([&] { CheckOnce(company, purchase); }); },
-      [&] { return Microseconds([&] { floor.Run(); }); });
-  Print({name, pair.ours, pair.floor,
-         std::to_string(pair.floor / pair.ours).substr(0, 5) + " times; " +
-             Counted(before, company.Counted(), static_cast<std::size_t>(rounds))});
+  constexpr int kTurn = 16;
+  OneByOne other(uri, Questions(uri, Purchase{4, saved + 1, kLastDay}));
+  for (const int turn : {1, kTurn}) {
+    Company company(uri);
+    CheckTurn(company, saved, turn);
+    const Counters before = company.Counted();
+    const Pair pair = Interleaved(
+        rounds, [&] { return Microseconds([&] { CheckTurn(company, saved, turn); }) / turn; },
+        [&] { return Microseconds([&] { other.Run(); }); });
+    Print({name + ", " + std::to_string(turn) + " at a time", pair.ours, pair.floor,
+           std::to_string(pair.floor / pair.ours).substr(0, 5) + " times; " +
+               Counted(before, company.Counted(), static_cast<std::size_t>(rounds * turn))});
+  }
 }
 
 // An entry behind all others, and one put back in their middle, which looks at every day.
@@ -161,8 +168,8 @@ void SavedEntries(int few, int many) {
   Company fewSaved(large(few));
   Company manySaved(large(many));
   const auto time = [](Company& company, int protocol, const char* day) {
-    return [&company, purchase = Purchase{4, protocol, day}] {
-      return Microseconds([&] { CheckOnce(company, purchase); });
+    return [&company, protocol, day] {
+      return Microseconds([&] { CheckTurn(company, protocol - 1, 1, day); });
     };
   };
   const Pair atEnd =
@@ -251,11 +258,11 @@ void Run(std::span<char*> files) {
   const test::Server& server = test::Server::Get();
   const std::string database = LargeOnServer(kSavedEntries);
   const std::string uri = server.Uri(database);
-  AgainstOneByOne("4-line purchase, local socket: one by one", uri, kSavedEntries, 1001);
+  AgainstOneByOne("local socket: one by one", uri, kSavedEntries, 1001);
   test::Proxy proxy;
   proxy.Delay(microseconds(1000));
   const std::string far = server.Uri(database, "postgres", proxy.Folder());
-  AgainstOneByOne("4-line purchase, 2 ms away: one by one", far, kSavedEntries, 101);
+  AgainstOneByOne("2 ms away: one by one", far, kSavedEntries, 101);
   Host("host, local socket", uri, kSavedEntries, 20000);
   Host("host, 2 ms away", far, kSavedEntries, 20000);
   RandomOrder(files);
