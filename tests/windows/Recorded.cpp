@@ -19,7 +19,7 @@ Part Required(std::optional<Part> part, const std::string& error) {
 
 host::Entry ReadEntry(const std::string& text) {
   host::EntryReading reading = host::ReadEntry(text);
-  return Required(std::move(reading.entry), "the entry: " + reading.error);
+  return Required(std::move(reading.entry), "the entry: " + reading.error.english);
 }
 
 // Where tools/test-windows leaves the recordings, as seen from the folder that it runs programs in.
