@@ -186,10 +186,11 @@ int PlayAll(Binding binding, std::span<char*> files) {
     }
   }
   std::cout << host::ToSummary(tally, Language::English);
-  return tally.contains(host::Again::Unreadable)  ? 2
-         : tally.contains(host::Again::Different) ? 1
-         : tally.empty()                          ? 2
-                                                  : 0;
+  const auto came = [&](host::Again again) { return tally[static_cast<std::size_t>(again)] != 0; };
+  return came(host::Again::Unreadable)   ? 2
+         : came(host::Again::Different)  ? 1
+         : came(host::Again::AsRecorded) ? 0
+                                         : 2;  // nothing was played
 }
 
 }  // namespace
