@@ -1,6 +1,7 @@
 # make run    installs what is missing, builds, makes the sample company, checks the sample entries
 # make test   installs what is missing, builds, runs all tests, also under the sanitizers
 # make test-windows   the same for the Windows automation server, under Wine
+# make layout the layout of the sources
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
 # make report    makes a plausible year of 2,000 entries, and the page of its check: build/report.html
@@ -24,7 +25,7 @@ COMPANY := build/sample.db
 
 YEAR := build/year.db build/year.jsonl
 
-.PHONY: run report pictures test test-windows lint docs bench torture fuzz million build deps deps-test \
+.PHONY: run report pictures test test-windows layout lint docs bench torture fuzz million build deps deps-test \
   deps-lint deps-bench deps-fuzz clean
 
 run: build
@@ -66,8 +67,10 @@ test: deps-test
 test-windows:
 	tools/test-windows
 
-lint: deps-lint
+layout: deps-lint
 	clang-format --dry-run --Werror $(SOURCES)
+
+lint: layout
 	cmake --preset release -DBUILD_TESTING=ON -DKAL_BENCH=ON
 	printf '%s\n' $(ANALYSED) | xargs -P 2 -n 1 clang-tidy --quiet -p build/release
 

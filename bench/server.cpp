@@ -49,7 +49,7 @@ constexpr const char* kLastDay = "2024-12-31";
 // A large company with so many saved entries.
 std::string LargeOnServer(int savedEntries) {
   const test::Server& server = test::Server::Get();
-  const std::string database = server.NewDatabase();
+  std::string database = server.NewDatabase();
   const LargeCompany file(0);
   (void)company::CopyToServer(file.Path(), server.Uri(database));
   const std::string count = std::to_string(savedEntries);
@@ -151,7 +151,8 @@ void AgainstOneByOne(const std::string& name, const std::string& uri, int saved,
         [&] { return Microseconds([&] { other.Run(); }); });
     Print({name + ", " + std::to_string(turn) + " at a time", pair.ours, pair.floor,
            std::to_string(pair.floor / pair.ours).substr(0, 5) + " times; " +
-               Counted(before, company.Counted(), static_cast<std::size_t>(rounds * turn))});
+               Counted(before, company.Counted(),
+                       static_cast<std::size_t>(rounds) * static_cast<std::size_t>(turn))});
   }
 }
 

@@ -160,11 +160,12 @@ class Renderer {
         return std::nullopt;
       }
     }
-    for (std::string& column : columns) {
-      column = "(SELECT " + column + " FROM " + branches.table + " WHERE " + equal + column +
-               " IS NOT NULL ORDER BY " + column + " DESC LIMIT 1)";
+    for (const std::string& column : columns) {
+      greatest.sql.append(greatest.sql.empty() ? "SELECT (SELECT " : ", (SELECT ").append(column);
+      greatest.sql.append(" FROM ").append(branches.table).append(" WHERE ").append(equal);
+      greatest.sql.append(column).append(" IS NOT NULL ORDER BY ").append(column);
+      greatest.sql.append(" DESC LIMIT 1)");
     }
-    greatest.sql = "SELECT " + Joined(columns, ", ");
     return greatest;
   }
 

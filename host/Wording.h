@@ -57,7 +57,7 @@ template <class Tally, class Keys>
     all += tally[kind];
     parts += ",\"" + std::string(keys[kind]) + "\":" + std::to_string(tally[kind]);
   }
-  return "{\"summary\":{\"" + noun + "\":" + std::to_string(all) + parts +
+  return R"({"summary":{")" + noun + "\":" + std::to_string(all) + parts +
          "},\"status\":" + std::to_string(status) + "}";
 }
 

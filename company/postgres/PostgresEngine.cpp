@@ -434,8 +434,7 @@ std::shared_ptr<const RowTable> PostgresEngine::Answer(Statement& statement,
     }
     return kept.rows;
   }
-  const std::shared_ptr<const RowTable> believed =
-      kept.rows == nullptr ? statement.latest : kept.rows;
+  std::shared_ptr<const RowTable> believed = kept.rows == nullptr ? statement.latest : kept.rows;
   if (isRehearsing_ && kept.notedIn == rehearsal_) {
     return believed;
   }
