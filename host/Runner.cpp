@@ -187,17 +187,18 @@ std::optional<Entry> Begin(std::string_view text, const Limits& limits, Outcome&
   return std::move(reading.entry);
 }
 
-// A blocked entry that passes for a free one gets into the books: whatever made it so, it is no
-// answer.
-void RefuseTrueBesideError(Outcome& outcome) {
-  const bool blocked = std::ranges::any_of(outcome.findings, [](const Finding& finding) {
-    return finding.string == ResultString::ErrString;
+// A blocked entry that passes for a free one gets into the books, and so does one whose warning has
+// lost its text: whatever made it so, it is no answer.
+void RefuseTrueBesideFinding(Outcome& outcome) {
+  const bool hidden = std::ranges::any_of(outcome.findings, [](const Finding& finding) {
+    return finding.string == ResultString::ErrString || finding.text.empty();
   });
   const bool* const answer = outcome.result ? std::get_if<bool>(&*outcome.result) : nullptr;
-  if (outcome.isCheck && blocked && answer != nullptr && *answer) {
+  if (outcome.isCheck && hidden && answer != nullptr && *answer) {
     outcome.result.reset();
-    outcome.error = RunTimeError(static_cast<std::int32_t>(RunTime::InternalError),
-                                 std::string(kComponentName), "The answer is True beside an error");
+    outcome.error =
+        RunTimeError(static_cast<std::int32_t>(RunTime::InternalError), std::string(kComponentName),
+                     "The answer is True beside an error, or a warning without its text");
   }
 }
 
@@ -206,7 +207,7 @@ template <class Decide>
 void Run(const Entry& entry, Outcome& outcome, Decide decide) {
   const Sets sets = MakeSets(entry);
   Attempt(outcome, [&] { decide(sets); });
-  RefuseTrueBesideError(outcome);
+  RefuseTrueBesideFinding(outcome);
   for (std::size_t i = 0; i < sets.size(); ++i) {
     outcome.sets.push_back({entry.sets[i].set->name, sets[i]->FilterText(), sets[i]->Position()});
   }

@@ -501,7 +501,7 @@ TEST(Runner, ReportsWhatIsInfragruppoRaisesUnlessTheOperationRaised) {
 }
 
 // A message whose text is lost leaves its result string empty, and the answer True.
-TEST(Runner, ReportsATrueBesideAnErrorAsNoAnswer) {
+TEST(Runner, ReportsATrueBesideAFindingAsNoAnswer) {
   struct Textless : test::CodedSiblings {
     using CodedSiblings::CodedSiblings;
     SiblingAnswer Ask(const SiblingCall& call) override {
@@ -510,12 +510,14 @@ TEST(Runner, ReportsATrueBesideAnErrorAsNoAnswer) {
   };
   test::OpenedCompany books;
   Textless textless(books.company.Siblings());
-  const auto outcome = DecideAgain(test::EntryText("acquisto", "C1.CodConto=\"\""), textless);
-  EXPECT_EQ(outcome.errString, "");
-  EXPECT_FALSE(outcome.result);
-  ASSERT_TRUE(outcome.error) << ToJson(outcome);
-  EXPECT_EQ(outcome.error->Number(), 51);
-  EXPECT_EQ(VerdictOf(outcome), Verdict::Unchecked);
+  for (const char* change : {"C1.CodConto=\"\"", "S1.DataScadenza=null"}) {  // blocks, warns
+    const auto outcome = DecideAgain(test::EntryText("acquisto", change), textless);
+    EXPECT_EQ(outcome.errString + outcome.warnString, "");
+    EXPECT_FALSE(outcome.result);
+    ASSERT_TRUE(outcome.error) << ToJson(outcome);
+    EXPECT_EQ(outcome.error->Number(), 51);
+    EXPECT_EQ(VerdictOf(outcome), Verdict::Unchecked);
+  }
 }
 
 // A table of any name, beside one that the company has; none of it outlives the entry.

@@ -165,6 +165,8 @@ class Page(unittest.TestCase):
         self.browser.run("document.querySelector('.tree summary').focus()")
         self.assertEqual([], self.texts(".tree li"))
         self.browser.press("\ue007")
+        self.browser.run("return new Promise((done) => { const look = () => document.querySelector("
+                         "'.tree[open] li') ? done() : setTimeout(look, 20); look(); })")
         tree = " ".join(" ".join(self.texts(".tree[open] li span")).split())
         explained = run(*self.check, "--explain", self.file)
         name = self.texts("h3")[0]
