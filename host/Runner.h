@@ -74,8 +74,7 @@ struct Outcome {
 enum class Detail { Findings, FindingsAndSteps };
 
 // Never throws for what is wrong with the entry or the company, nor for want of memory: that is in
-// the outcome. What the
-// checker asks is written down in the conversation, where one is given.
+// the outcome. What the checker asks is written down in the conversation, where one is given.
 [[nodiscard]] Outcome CheckEntry(company::Company& company, const EntryText& text,
                                  Detail detail = Detail::Findings,
                                  records::Conversation* conversation = nullptr,
