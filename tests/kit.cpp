@@ -475,10 +475,12 @@ std::string Answered(Siblings& siblings, const TableCase& row, bool anotherHost)
 }
 
 // Adds the case to the file of recordings that was asked for, as it is and with a question that
-// fails, another one from case to case.
+// fails, another one from case to case. A True that the host alone refuses, since the failure took
+// a text, is left out: the component itself answers it.
 void Record(CodedSiblings& siblings, const TableCase& row) {
   static std::size_t cases = 0;
   constexpr std::size_t kQuestions = 40;
+  constexpr auto kInternalError = static_cast<std::int32_t>(RunTime::InternalError);
   const char* const file = std::getenv("KAL_RECORD_TABLES");
   if (file == nullptr) return;
   const std::string entry = EntryText(row.kind, row.changes);
@@ -489,7 +491,10 @@ void Record(CodedSiblings& siblings, const TableCase& row) {
     const host::Outcome outcome = host::DecideAgain(entry, recorder);
     std::string line;
     host::AppendRecording(line, entry, conversation, ToJson(outcome));
-    if (outcome.isDecided) std::ofstream(file, std::ios::app | std::ios::binary) << line;
+    const bool refused = outcome.error && outcome.error->Number() == kInternalError;
+    if (outcome.isDecided && !refused) {
+      std::ofstream(file, std::ios::app | std::ios::binary) << line;
+    }
   }
   siblings.failAt = 0;
 }
