@@ -3,27 +3,20 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 #include "platform/RunTimeError.h"
 
 namespace kal {
 namespace {
 
-constexpr std::int64_t kUnit = 10'000;  // ten-thousandths in one
+constexpr std::int64_t kUnit = Currency::kUnit;
 constexpr int kDecimals = 4;
-constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
-
-[[noreturn]] void RaiseOverflow() {
-  Raise(RunTime::Overflow, "Overflow: the amount is outside the range of Currency");
-}
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Appends a digit to a magnitude that may reach the least amount's; False when it grows beyond.
 bool AppendDigit(std::uint64_t& magnitude, char digit) {
-  constexpr std::uint64_t kLimit = std::uint64_t{kMost} + 1;
+  constexpr std::uint64_t kLimit = std::uint64_t{1} << 63U;
   const auto value = static_cast<std::uint64_t>(digit - '0');
   if (magnitude > (kLimit - value) / 10) {
     return false;
@@ -56,6 +49,10 @@ std::string TextOf(std::int64_t units, int leastDecimals) {
 }
 
 }  // namespace
+
+void Currency::RaiseOverflow() {
+  Raise(RunTime::Overflow, "Overflow: the amount is outside the range of Currency");
+}
 
 Currency Currency::FromInteger(std::int64_t whole) {
   if (whole > kMost / kUnit || whole < kLeast / kUnit) {
@@ -135,28 +132,5 @@ double Currency::ToDouble() const {
 std::string Currency::ToText() const { return TextOf(units_, 0); }
 
 std::string Currency::ToFixedText() const { return TextOf(units_, kDecimals); }
-
-Currency Currency::operator-() const {
-  if (units_ == kLeast) {
-    RaiseOverflow();
-  }
-  return FromUnits(-units_);
-}
-
-Currency& Currency::operator+=(Currency other) {
-  if (other.units_ > 0 ? units_ > kMost - other.units_ : units_ < kLeast - other.units_) {
-    RaiseOverflow();
-  }
-  units_ += other.units_;
-  return *this;
-}
-
-Currency& Currency::operator-=(Currency other) {
-  if (other.units_ > 0 ? units_ < kLeast + other.units_ : units_ > kMost + other.units_) {
-    RaiseOverflow();
-  }
-  units_ -= other.units_;
-  return *this;
-}
 
 }  // namespace kal

@@ -8,6 +8,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,8 @@ namespace kal {
 
 class Currency {
  public:
+  static constexpr std::int64_t kUnit = 10'000;  // ten-thousandths in one
+
   constexpr Currency() = default;
 
   [[nodiscard]] static constexpr Currency FromUnits(std::int64_t tenThousandths) {
@@ -38,14 +41,35 @@ class Currency {
   // Always four decimals: "12.5000".
   [[nodiscard]] std::string ToFixedText() const;
 
-  Currency operator-() const;
-  Currency& operator+=(Currency other);
-  Currency& operator-=(Currency other);
+  Currency operator-() const {
+    if (units_ == kLeast) {
+      RaiseOverflow();
+    }
+    return FromUnits(-units_);
+  }
+  Currency& operator+=(Currency other) {
+    if (other.units_ < 0 ? units_ < kLeast - other.units_ : units_ > kMost - other.units_) {
+      RaiseOverflow();
+    }
+    units_ += other.units_;
+    return *this;
+  }
+  Currency& operator-=(Currency other) {
+    if (other.units_ > 0 ? units_ < kLeast + other.units_ : units_ > kMost + other.units_) {
+      RaiseOverflow();
+    }
+    units_ -= other.units_;
+    return *this;
+  }
   friend Currency operator+(Currency left, Currency right) { return left += right; }
   friend Currency operator-(Currency left, Currency right) { return left -= right; }
   friend constexpr auto operator<=>(Currency, Currency) = default;
 
  private:
+  static constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+  static constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
+  [[noreturn]] static void RaiseOverflow();
+
   std::int64_t units_ = 0;
 };
 

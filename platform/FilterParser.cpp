@@ -58,11 +58,11 @@ class Parser {
     }
   }
 
-  bool Accept(std::string_view symbol) {
-    if (!text_.substr(at_).starts_with(symbol)) {
+  bool Accept(char symbol) {
+    if (at_ == text_.size() || text_[at_] != symbol) {
       return false;
     }
-    at_ += symbol.size();
+    ++at_;
     return true;
   }
 
@@ -105,7 +105,7 @@ class Parser {
   std::uint32_t Condition() {
     constexpr int kDeepest = 100;
     SkipBlanks();
-    if (!Accept("(")) {
+    if (!Accept('(')) {
       return Add(Comparison());
     }
     if (++depth_ > kDeepest) {
@@ -113,7 +113,7 @@ class Parser {
     }
     const std::uint32_t group = Group(Operation::Any);
     SkipBlanks();
-    if (!Accept(")")) {
+    if (!Accept(')')) {
       Refuse("a closing parenthesis was expected");
     }
     --depth_;
@@ -153,7 +153,7 @@ class Parser {
   std::uint32_t ColumnPlace() {
     const std::size_t start = at_;
     std::string_view name = Word();
-    if (Accept("[")) {
+    if (Accept('[')) {
       const std::size_t end = text_.find(']', at_);
       if (end == std::string_view::npos) {
         Refuse("a closing bracket was expected");
@@ -172,21 +172,16 @@ class Parser {
   }
 
   Operation Operator() {
-    struct Symbol {
-      std::string_view text;
-      Operation operation;
-    };
-    // Longer ones before their beginnings.
-    static constexpr std::array<Symbol, 6> kSymbols = {{{"<>", Operation::NotEqual},
-                                                        {"<=", Operation::LessOrEqual},
-                                                        {">=", Operation::GreaterOrEqual},
-                                                        {"=", Operation::Equal},
-                                                        {"<", Operation::Less},
-                                                        {">", Operation::Greater}}};
-    for (const Symbol& symbol : kSymbols) {
-      if (Accept(symbol.text)) {
-        return symbol.operation;
-      }
+    if (Accept('=')) {
+      return Operation::Equal;
+    }
+    if (Accept('<')) {
+      return Accept('>')   ? Operation::NotEqual
+             : Accept('=') ? Operation::LessOrEqual
+                           : Operation::Less;
+    }
+    if (Accept('>')) {
+      return Accept('=') ? Operation::GreaterOrEqual : Operation::Greater;
     }
     Refuse("=, <>, <, <=, >, >= or like was expected");
   }
@@ -206,7 +201,7 @@ class Parser {
     if (first == '\'') {
       return Text();
     }
-    if (Accept("#")) {
+    if (Accept('#')) {
       return DateConstant();
     }
     if (AcceptWord("null")) {
@@ -223,7 +218,7 @@ class Parser {
 
   // A text between quotes; a quote inside it is doubled.
   std::string Text() {
-    if (!Accept("'")) {
+    if (!Accept('\'')) {
       Refuse("a text was expected");
     }
     std::string value;
@@ -234,7 +229,7 @@ class Parser {
       }
       value.append(text_.substr(at_, quote - at_));
       at_ = quote + 1;
-      if (!Accept("'")) {
+      if (!Accept('\'')) {
         return value;
       }
       value += '\'';

@@ -104,12 +104,7 @@ const Variant* FilterConstant(DataType column, const Variant& value, Variant& ro
   return &value;
 }
 
-std::partial_ordering CompareInFilter(const Variant& cell, const Variant& constant) {
-  const auto number = cell.AsInteger();
-  const auto wanted = constant.AsInteger();
-  if (number && wanted) {
-    return *number <=> *wanted;
-  }
+std::partial_ordering CompareOfAnyKind(const Variant& cell, const Variant& constant) {
   const Kind kind = KindOf(cell);
   if (kind != KindOf(constant)) {
     return std::partial_ordering::unordered;

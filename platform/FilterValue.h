@@ -22,7 +22,13 @@ namespace kal {
 
 // The order of a cell and a constant from FilterConstant. Unordered, that is without any
 // comparison that holds, when the cell is Null or of another kind.
-[[nodiscard]] std::partial_ordering CompareInFilter(const Variant& cell, const Variant& constant);
+[[nodiscard]] std::partial_ordering CompareOfAnyKind(const Variant& cell, const Variant& constant);
+[[nodiscard]] inline std::partial_ordering CompareInFilter(const Variant& cell,
+                                                           const Variant& constant) {
+  const auto number = cell.AsInteger();
+  const auto wanted = constant.AsInteger();
+  return number && wanted ? *number <=> *wanted : CompareOfAnyKind(cell, constant);
+}
 
 // Equal for cells and constants that compare as equal, whatever their types.
 [[nodiscard]] std::uint64_t HashInFilter(const Variant& value);

@@ -24,29 +24,12 @@ constexpr std::size_t kSmallSet = 16;
 // An open-addressing table has at least twice as many slots as entries.
 std::size_t SlotsFor(std::size_t entries) { return std::bit_ceil(entries * 2 + 2); }
 
-// Eight bytes with the letters among them in lower case (other bytes may fall together).
-std::uint64_t EightFolded(const char* bytes) {
+constexpr std::size_t kWord = 8;
+
+std::uint64_t Eight(const char* bytes) {
   std::uint64_t word = 0;
   std::memcpy(&word, bytes, sizeof word);
-  return word | 0x2020202020202020U;
-}
-
-// Equal for names that differ only in letter case. Reads the ends only: enough to tell columns
-// apart, and a field is looked up at every read.
-std::size_t HashName(std::string_view name) {
-  constexpr std::size_t kWord = 8;
-  std::uint64_t front = 0;
-  std::uint64_t back = name.size();
-  if (name.size() >= kWord) {
-    front = EightFolded(name.data());
-    back += EightFolded(name.data() + name.size() - kWord);
-  } else {
-    for (const char c : name) {
-      front = (front << 8U) | (static_cast<unsigned char>(c) | 0x20U);
-    }
-  }
-  const std::uint64_t mixed = (front * 0x9E3779B97F4A7C15U) ^ (back * 0xC2B2AE3D27D4EB4FU);
-  return static_cast<std::size_t>(mixed >> 32U);
+  return word;
 }
 
 }  // namespace
@@ -104,11 +87,32 @@ RowTable::Index::Index(const RowTable& table, std::size_t column)
   }
 }
 
+RowLayout::Ends::Ends(std::string_view name) : size(name.size()) {
+  if (size >= kWord) {
+    front = Eight(name.data());
+    back = Eight(name.data() + size - kWord);
+  } else {
+    for (const char c : name) {
+      front = (front << 8U) | static_cast<unsigned char>(c);
+    }
+  }
+}
+
+// Reads no more of a name than this: enough to tell columns apart, and a field is looked up at
+// every read.
+std::size_t RowLayout::Ends::Hash() const {
+  constexpr std::uint64_t kLowerCase = 0x2020202020202020U;  // other bytes may fall together
+  const std::uint64_t mixed = ((front | kLowerCase) * 0x9E3779B97F4A7C15U) ^
+                              (((back | kLowerCase) + size) * 0xC2B2AE3D27D4EB4FU);
+  return static_cast<std::size_t>(mixed >> 32U);
+}
+
 RowLayout::RowLayout(std::vector<Column> columns)
     : columns_(std::move(columns)), slots_(SlotsFor(columns_.size())) {
+  ends_.reserve(columns_.size());
   for (std::size_t column = 0; column < columns_.size(); ++column) {
     // Of columns with one name the first is the one found.
-    std::size_t slot = HashName(columns_[column].name) & (slots_.size() - 1);
+    std::size_t slot = ends_.emplace_back(columns_[column].name).Hash() & (slots_.size() - 1);
     while (slots_[slot] != 0) {
       slot = (slot + 1) & (slots_.size() - 1);
     }
@@ -117,10 +121,13 @@ RowLayout::RowLayout(std::vector<Column> columns)
 }
 
 std::ptrdiff_t RowLayout::Find(std::string_view name) const {
-  std::size_t slot = HashName(name) & (slots_.size() - 1);
+  const Ends ends(name);
+  std::size_t slot = ends.Hash() & (slots_.size() - 1);
   for (; slots_[slot] != 0; slot = (slot + 1) & (slots_.size() - 1)) {
     const std::size_t column = slots_[slot] - 1;
-    if (columns_[column].name == name || SameName(columns_[column].name, name)) {
+    const bool same =
+        ends_[column] == ends && (name.size() <= 2 * kWord || columns_[column].name == name);
+    if (same || SameName(columns_[column].name, name)) {
       return static_cast<std::ptrdiff_t>(column);
     }
   }

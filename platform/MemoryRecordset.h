@@ -47,7 +47,21 @@ class RowLayout {
   [[nodiscard]] std::ptrdiff_t Find(std::string_view name) const;
 
  private:
+  // The first and the last eight bytes of a name, all of a shorter one. With its size they are the
+  // whole of most names.
+  struct Ends {
+    explicit Ends(std::string_view name);
+    // Equal for names that differ only in letter case.
+    [[nodiscard]] std::size_t Hash() const;
+    bool operator==(const Ends&) const = default;
+
+    std::uint64_t front = 0;
+    std::uint64_t back = 0;
+    std::size_t size;
+  };
+
   std::vector<Column> columns_;
+  std::vector<Ends> ends_;            // by column
   std::vector<std::uint32_t> slots_;  // by hashed name: a column's place plus 1, 0 where free
 };
 

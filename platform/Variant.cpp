@@ -21,7 +21,7 @@ namespace {
 
 using Type = Variant::Type;
 
-constexpr std::int64_t kUnit = 10'000;  // ten-thousandths in one
+constexpr std::int64_t kUnit = Currency::kUnit;
 
 constexpr int kDoubleDigits = 15;  // as many as automation shows
 constexpr int kSingleDigits = 7;
@@ -257,12 +257,6 @@ Truth TruthOf(std::partial_ordering order, bool holds) {
 void Variant::CopyHeapText() { MakeText(TextHeld()); }
 
 Truth EqualValues(const Variant& left, const Variant& right) {
-  // Mostly an amount beside 0, or two texts.
-  const auto* amount = left.As<Currency>();
-  const auto number = right.AsInteger();
-  if (amount != nullptr && number) {
-    return amount->Units() == *number * kUnit;
-  }
   const auto text = left.AsText();
   const auto other = right.AsText();
   if (text && other) {
@@ -308,7 +302,7 @@ double CDbl(const Variant& value) {
   return *number;
 }
 
-Currency CCur(const Variant& value) {
+Currency CCurOfAny(const Variant& value) {
   RefuseNull(value, "number");
   const Type type = value.VarType();
   if (type == Type::Currency) {

@@ -242,9 +242,16 @@ class Variant {
 // What == finds for any two values.
 Truth EqualValues(const Variant& left, const Variant& right);
 inline Truth operator==(const Variant& left, const Variant& right) {
-  const auto leftNumber = left.AsInteger();
-  const auto rightNumber = right.AsInteger();
-  return leftNumber && rightNumber ? Truth(*leftNumber == *rightNumber) : EqualValues(left, right);
+  // Mostly two numbers, or an amount beside 0.
+  if (const auto number = right.AsInteger()) {
+    if (const auto other = left.AsInteger()) {
+      return *other == *number;
+    }
+    if (const auto* amount = left.As<Currency>()) {
+      return *amount == Currency::FromUnits(std::int64_t{*number} * Currency::kUnit);
+    }
+  }
+  return EqualValues(left, right);
 }
 inline Truth operator!=(const Variant& left, const Variant& right) { return Not(left == right); }
 Truth operator<(const Variant& left, const Variant& right);
@@ -269,7 +276,11 @@ inline void DropTime(Variant& value) {
 [[nodiscard]] std::int16_t CInt(const Variant& value);
 [[nodiscard]] std::int32_t CLng(const Variant& value);
 [[nodiscard]] double CDbl(const Variant& value);
-[[nodiscard]] Currency CCur(const Variant& value);
+[[nodiscard]] Currency CCurOfAny(const Variant& value);
+[[nodiscard]] inline Currency CCur(const Variant& value) {
+  const auto* amount = value.As<Currency>();
+  return amount != nullptr ? *amount : CCurOfAny(value);
+}
 [[nodiscard]] Decimal CDec(const Variant& value);
 // Any number other than 0 is True; the texts True and False in any letter case, or a number.
 [[nodiscard]] bool CBool(const Variant& value);

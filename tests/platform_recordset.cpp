@@ -256,9 +256,20 @@ TEST(MemoryRecordset, FieldsFollowTheRow) {
     EXPECT_EQ(ErrorOf([&] { (void)set.Fields(name); }), "3265") << name;
   }
   EXPECT_EQ(ErrorOf([&] { (void)set.Fields(std::size_t{8}); }), "3265");
-  RowTable table({{"ImportoDareVB", DataType::Currency}, {"ImportoXYreVB", DataType::Currency}});
-  EXPECT_EQ(table.FindColumn("importoxyREvb"), 1) << "names with equal ends";
-  EXPECT_EQ(table.FindColumn("ImportoZZreVB"), -1);
+  // Names with equal ends, some so long that they have a middle too.
+  RowTable table({{"ImportoDareVB", DataType::Currency},
+                  {"ImportoXYreVB", DataType::Currency},
+                  {"ImportoDelDareVB", DataType::Currency},
+                  {"ImportoPagatoDareInVB", DataType::Currency},
+                  {"ImportoPosatoDareInVB", DataType::Currency}});
+  for (std::size_t column = 0; column < table.Columns().size(); ++column) {
+    EXPECT_EQ(table.FindColumn(table.Columns()[column].name), column);
+  }
+  EXPECT_EQ(table.FindColumn("importoxyREvb"), 1);
+  EXPECT_EQ(table.FindColumn("importoposatodareinvb"), 4);
+  for (const char* name : {"ImportoZZreVB", "ImportoPigiatDareInVB"}) {
+    EXPECT_EQ(table.FindColumn(name), -1) << name;
+  }
   EXPECT_EQ(ErrorOf([&] { table.AddRow({1}); }), "Kal_COGCheck 51");
   EXPECT_EQ(table.RowCount(), 0U);
 }
