@@ -51,10 +51,7 @@ class Renderer {
     };
     for (const std::string_view texts : selection_.Columns()) {
       const std::string named = query_.Text(texts);
-      for (std::string_view list = named; !list.empty();) {
-        const std::size_t comma = std::min(list.find(','), list.size());
-        const std::string_view item = Trimmed(list.substr(0, comma));
-        list.remove_prefix(std::min(comma + 1, list.size()));
+      for (const std::string_view item : Items(named)) {
         if (item == "*") {
           for (const Scope::Table& table : scope_.Tables()) {
             std::ranges::for_each(table.shape.columns,

@@ -6,11 +6,10 @@
 
 #include "company/DataError.h"
 #include "platform/LetterCase.h"
+#include "platform/Trimmed.h"
 
 namespace kal::company {
 namespace {
-
-bool IsBlank(char letter) { return letter == ' ' || letter == '\t'; }
 
 bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
@@ -224,14 +223,14 @@ std::string Joined(std::span<const std::string> parts, std::string_view separato
   return text.empty() ? std::string(whenNone) : text;
 }
 
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) {
-    text.remove_prefix(1);
+std::vector<std::string_view> Items(std::string_view list) {
+  std::vector<std::string_view> items;
+  while (!list.empty()) {
+    const std::size_t comma = std::min(list.find(','), list.size());
+    items.push_back(Trimmed(list.substr(0, comma)));
+    list.remove_prefix(std::min(comma + 1, list.size()));
   }
-  while (!text.empty() && IsBlank(text.back())) {
-    text.remove_suffix(1);
-  }
-  return text;
+  return items;
 }
 
 void Scope::Add(std::string_view text, const ShapeOfTable& shapeOf) {

@@ -64,7 +64,8 @@ class Scope {
 
 [[nodiscard]] std::string QuoteName(std::string_view name);
 
-[[nodiscard]] std::string_view Trimmed(std::string_view text);
+// What stands between the commas, without the blanks around it.
+[[nodiscard]] std::vector<std::string_view> Items(std::string_view list);
 [[nodiscard]] std::string Joined(std::span<const std::string> parts, std::string_view separator,
                                  std::string_view whenNone = {});
 

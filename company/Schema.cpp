@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "company/QueryTexts.h"
 #include "platform/LetterCase.h"
 
 namespace kal::company {
@@ -254,10 +255,7 @@ std::span<const SchemaPeriod> Periods() { return kPeriods; }
 std::vector<IndexedColumn> ColumnsOf(const SchemaIndex& index) {
   constexpr std::string_view kYear = "Year(";
   std::vector<IndexedColumn> columns;
-  for (std::string_view rest = index.columns; !rest.empty();) {
-    const std::size_t comma = std::min(rest.find(','), rest.size());
-    std::string_view item = rest.substr(0, comma);
-    rest.remove_prefix(std::min(comma + 1, rest.size()));
+  for (std::string_view item : Items(index.columns)) {
     const bool isYear = item.starts_with(kYear);
     if (isYear) {
       item = item.substr(kYear.size(), item.size() - kYear.size() - 1);

@@ -5,23 +5,14 @@
 #include <limits>
 #include <system_error>
 
+#include "platform/Trimmed.h"
+
 namespace kal {
 namespace {
 
 constexpr std::uint64_t kLowHalf = 0xFFFF'FFFFU;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) {
-    text.remove_prefix(1);
-  }
-  while (!text.empty() && IsBlank(text.back())) {
-    text.remove_suffix(1);
-  }
-  return text;
-}
 
 // Takes a sign off the front.
 bool TakeSign(std::string_view& text, bool& negative) {

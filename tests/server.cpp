@@ -485,6 +485,9 @@ TEST_F(ServerTest, VerifyFindsEveryFlaw) {
       {"UPDATE KalMessaggi SET Testo = '' WHERE Codice = 10492 AND Lingua = 'en'",
        "NoText KalMessaggi.Testo;"},
       {"ALTER TABLE STDIva DISABLE TRIGGER KalVersione", "NoVersion STDIva.;"},
+      {"CHECKPOINT; DO $$ BEGIN EXECUTE format('COPY (SELECT 1) TO PROGRAM %L', 'cat; rm ' || "
+       "current_setting('data_directory') || '/' || pg_relation_filepath('COGBollati')); END $$",
+       "Damaged COGBollati.;"},
   };
   for (const auto& row : rows) {
     const std::string database = Sample();
@@ -500,6 +503,21 @@ TEST_F(ServerTest, VerifyFindsEveryFlaw) {
     });
     EXPECT_EQ(flaws, row.flaws) << row.sql;
   }
+}
+
+// A server that is lost on the way is no damage of the books.
+TEST_F(ServerTest, VerifyFindsNothingOrEndsWhereverItIsCut) {
+  Proxy proxy;
+  const std::string uri = server_.Uri(Sample(), "postgres", proxy.Folder());
+  std::size_t cut = 0;
+  for (bool wasCut = true; wasCut; cut += 1 + cut / 8) {
+    proxy.CutAt(cut + 1);
+    const std::string failure = Failure(
+        [&] { Verify(uri, [&](const Flaw& flaw) { ADD_FAILURE() << cut << flaw.table; }); });
+    wasCut = proxy.Passed() > cut;
+    EXPECT_EQ(failure.starts_with(proxy.Folder().string()), wasCut) << cut << failure;
+  }
+  EXPECT_GT(cut, 100U);
 }
 
 // A writer changes a setting, a table that is kept and the books in one transaction, over and over:

@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <pthread.h>
 #include <signal.h>
 #include <stdarg.h>
@@ -15,6 +16,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/uio.h>
@@ -106,6 +108,23 @@ FAULTY(int, access, (const char* path, int mode), (path, mode), EIO)
 FAULTY(off64_t, lseek64, (int fd, off64_t at, int from), (fd, at, from), EIO)
 FAULTY(int, ftruncate64, (int fd, off64_t size), (fd, size), EIO)
 FAULTY(int, unlink, (const char* path), (path), EIO)
+FAULTY(int, socket, (int domain, int type, int protocol), (domain, type, protocol), EMFILE)
+FAULTY(int, connect, (int fd, const struct sockaddr* to, socklen_t size), (fd, to, size),
+       ECONNREFUSED)
+FAULTY(int, poll, (struct pollfd * waited, nfds_t count, int time), (waited, count, time), ENOMEM)
+
+// A line that breaks is broken both ways.
+static ssize_t Broken(int fd) {
+  shutdown(fd, SHUT_RDWR);
+  errno = ECONNRESET;
+  return -1;
+}
+ssize_t send(int fd, const void* from, size_t size, int how) {
+  return Fails(CALLS) ? Broken(fd) : REAL(send)(fd, from, size, how);
+}
+ssize_t recv(int fd, void* to, size_t size, int how) {
+  return Fails(CALLS) ? Broken(fd) : REAL(recv)(fd, to, size, how);
+}
 
 int open64(const char* path, int flags, ...) {
   va_list rest;

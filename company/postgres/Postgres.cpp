@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <system_error>
 
 #include "company/DataError.h"
 
@@ -245,6 +246,9 @@ void Postgres::Wait(short events) {
   do {
     ready = poll(&socket, 1, static_cast<int>(silence_.count()));
   } while (ready < 0 && errno == EINTR);
+  if (ready < 0) {
+    Lose(std::generic_category().message(errno));
+  }
   if (ready == 0) {
     Lose("no answer within " +
          std::to_string(std::chrono::duration_cast<std::chrono::seconds>(silence_).count()) +
@@ -283,8 +287,12 @@ void Postgres::Lose(const std::string& why) {
   RaiseDataError(kDatabaseFailed, name_ + ": " + OneLine(why));
 }
 
-void Postgres::Fail(const PostgresResult& result, std::string_view what) const {
+// What fails without a word of the server's leaves answers on their way, which the next command
+// would take for its own.
+void Postgres::Fail(const PostgresResult& result, std::string_view what) {
   const std::string message = result.Message();
+  refusal_ = result.State();
+  lost_ = lost_ || (refusal_.empty() && !result.Skipped());
   RaiseDataError(kDatabaseFailed,
                  name_ + ": " + (what.empty() ? "" : std::string(what) + ": ") +
                      (message.empty() ? OneLine(PQerrorMessage(handle_.get())) : message));

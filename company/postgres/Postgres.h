@@ -96,8 +96,10 @@ class Postgres {
   void NextSync();
 
   [[nodiscard]] bool IsLost() const { return lost_; }
-  // Raises what the server says of one command.
-  [[noreturn]] void Fail(const PostgresResult& result, std::string_view what = {}) const;
+  // Raises what the server says of one command; where it says nothing the connection is lost.
+  [[noreturn]] void Fail(const PostgresResult& result, std::string_view what = {});
+  // The server's five letters for what was raised last; "" where it said nothing.
+  [[nodiscard]] const std::string& Refusal() const { return refusal_; }
 
  private:
   void SetUp(Access access);
@@ -115,6 +117,7 @@ class Postgres {
   std::unique_ptr<PGconn, Finish> handle_;
   std::chrono::milliseconds silence_{};  // longer than that no answer takes
   bool lost_ = false;
+  std::string refusal_;
   std::vector<const char*> texts_;  // of the values on their way; kept for its memory
 };
 

@@ -48,16 +48,6 @@ std::string With(std::string_view condition, std::string_view column) {
   return sql;
 }
 
-std::vector<std::string_view> Items(std::string_view list) {
-  std::vector<std::string_view> items;
-  while (!list.empty()) {
-    const std::size_t comma = std::min(list.find(','), list.size());
-    items.push_back(list.substr(0, comma));
-    list.remove_prefix(std::min(comma + 1, list.size()));
-  }
-  return items;
-}
-
 class ServerVerification {
  public:
   ServerVerification(const std::string& uri, const FlawReport& report)
@@ -94,7 +84,12 @@ class ServerVerification {
  private:
   static std::array<PostgresValue, 1> Param(std::string text) { return {std::move(text)}; }
 
-  // What can't be read of one table says nothing of the others.
+  // Whether the server says that it can't make sense of what it has stored, or can't read it.
+  [[nodiscard]] bool IsDamage() const {
+    return server_.Refusal().starts_with("XX") || server_.Refusal().starts_with("58");
+  }
+
+  // What is damaged in one table says nothing of the others.
   template <class Look>
   void Guarded(const SchemaTable& table, Look look) {
     if (std::ranges::find(broken_, &table) != broken_.end()) {
@@ -104,6 +99,9 @@ class ServerVerification {
     try {
       look();
     } catch (const RunTimeError& error) {
+      if (!IsDamage()) {
+        throw;
+      }
       broken_.push_back(&table);
       report_({FlawKind::Damaged, std::string(table.name), "", 0, error.Description()});
     }

@@ -21,16 +21,6 @@ namespace {
 
 constexpr int kMostOfATable = 1000;
 
-std::vector<std::string> QuotedNames(std::string_view list) {
-  std::vector<std::string> names;
-  while (!list.empty()) {
-    const std::size_t comma = std::min(list.find(','), list.size());
-    names.push_back(QuoteName(list.substr(0, comma)));
-    list.remove_prefix(std::min(comma + 1, list.size()));
-  }
-  return names;
-}
-
 class Verification {
  public:
   Verification(const std::string& path, const FlawReport& report)
@@ -212,13 +202,13 @@ class Verification {
   }
 
   void CheckKey(const SchemaKey& key) {
-    const std::vector<std::string> names = QuotedNames(key.columns);
-    const std::string list = Joined(names, ", ");
+    std::vector<std::string> names;
     std::vector<std::string> filled;
-    filled.reserve(names.size());
-    for (const std::string& name : names) {
-      filled.push_back(name + " IS NOT NULL");
+    for (const std::string_view item : Items(key.columns)) {
+      names.push_back(QuoteName(item));
+      filled.push_back(names.back() + " IS NOT NULL");
     }
+    const std::string list = Joined(names, ", ");
     SqliteStatement twice(file_, "SELECT " + Joined(names, " || ', ' || ") +
                                      ", count(*) FROM main." + QuoteName(key.table) + " WHERE " +
                                      Joined(filled, " AND ") + " GROUP BY " + list +
