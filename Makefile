@@ -14,7 +14,7 @@
 
 PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
   libcli11-dev libkainjow-mustache-dev nettle-dev libgtest-dev
-TEST_PACKAGES := postgresql chromium chromium-driver python3
+TEST_PACKAGES := postgresql chromium chromium-driver python3 man-db zsh
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev ledger postgresql
