@@ -1,11 +1,13 @@
 # The commit that the sources are of, as cmake/Commit.h: included, this makes the target kal_commit;
 # run as a script with KAL_ROOT and KAL_GENERATED, it writes the file, where the commit is another one.
 if(NOT CMAKE_SCRIPT_MODE_FILE)
+  set(write_commit ${CMAKE_COMMAND} -DKAL_ROOT=${KAL_ROOT} -DKAL_GENERATED=${KAL_GENERATED}
+    -P ${CMAKE_CURRENT_LIST_FILE})
+  execute_process(COMMAND ${write_commit})  # for what reads the sources without building
   add_custom_target(kal_commit
-    COMMAND ${CMAKE_COMMAND} -DKAL_ROOT=${KAL_ROOT} -DKAL_GENERATED=${KAL_GENERATED}
-            -P ${CMAKE_CURRENT_LIST_FILE}
+    COMMAND ${write_commit}
     BYPRODUCTS ${KAL_GENERATED}/cmake/Commit.h
-    COMMENT ""
+    COMMENT "Reading the commit"
     VERBATIM)
   return()
 endif()
