@@ -182,7 +182,7 @@ void DescribeCheck(Command check, Options& options) {
              {"Tralascia le registrazioni che hanno risposto True",
               "Leave out the entries that answered True"});
   check.TakesOneOf("--fail-on", "error|warning", options.failOn,
-                   {"Il minimo che porta l'esito a 1; warning se manca",
+                   {"Il minimo che porta lo stato d'uscita a 1; warning se manca",
                     "The least that makes the exit status 1; warning if left out"});
   check.Argument(
       kFile, options.files,
@@ -244,7 +244,7 @@ void Translate(CLI::App& app, Language language) {
 }
 
 std::string StatusLines(Language language) {
-  std::string text = Wording{"Esito:", "Exit status:"}.In(language);
+  std::string text = Wording{"Stato d'uscita:", "Exit status:"}.In(language);
   std::string_view of;
   for (const ExitStatus& exit : kExitStatuses) {
     if (exit.commands.english != of) {

@@ -106,19 +106,21 @@ Said Wrong(const CLI::ParseError& error, const CLI::App& app) {
     // The library's sentence begins with the option's name.
     const std::string_view sentence = error.what();
     const std::string name(sentence.substr(0, sentence.find_first_of(": ")));
-    const CLI::App& command = parsed.empty() ? app : *parsed.front();
-    const CLI::Option* const option = command.get_option_no_throw(name);
-    return option != nullptr && option->count() > 1
+    const auto repeated = [&name](const CLI::App& command) {
+      const CLI::Option* const option = command.get_option_no_throw(name);
+      return option != nullptr && option->count() > 1;
+    };
+    return repeated(app) || (!parsed.empty() && repeated(*parsed.front()))
                ? Say({"% si dice una volta sola", "% is said once"}, {name})
                : Say({"% vuole un valore", "% takes a value"}, {name});
   }
   if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
     return Say({"%", "%"}, {error.what()});  // in the app's language already
   }
-  if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr || parsed.empty()) {
-    return Say({"un valore non si capisce (%)", "a value is not understood (%)"}, {error.what()});
+  if (Said said = parsed.empty() ? Said() : WrongTogether(*parsed.front()); !said.IsEmpty()) {
+    return said;
   }
-  return WrongTogether(*parsed.front());
+  return Say({"un valore non si capisce (%)", "a value is not understood (%)"}, {error.what()});
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 #pragma GCC diagnostic ignored "-Wnull-dereference"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <set>
+#include <sstream>
 #include <stdexcept>
 
 #include "host/CommandApp.h"
@@ -25,6 +27,7 @@ std::vector<std::string> Names(const std::set<CLI::Option*>& options) {
   for (const CLI::Option* const option : options) {
     names.push_back(option->get_name());
   }
+  std::ranges::sort(names);  // the set is in the order of addresses
   return names;
 }
 
@@ -66,7 +69,12 @@ ProgramSurface ReadSurface(Language language) {
 }
 
 std::vector<std::string> Parts(const std::string& text, char separator) {
-  return CLI::detail::split(text, separator);
+  std::vector<std::string> parts;
+  std::istringstream rest(text);
+  for (std::string part; std::getline(rest, part, separator);) {
+    parts.push_back(part);
+  }
+  return parts;
 }
 
 }  // namespace kal::host
