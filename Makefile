@@ -1,6 +1,7 @@
 # make run    installs what is missing, builds, makes the sample company, checks the sample entries
 # make test   installs what is missing, builds, runs all tests, also under the sanitizers
 # make test-windows   the same for the Windows automation server, under Wine
+# make package-windows   the Windows server in both widths as a zip, in build/package
 # make layout the layout of the sources
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
@@ -14,7 +15,7 @@
 
 PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
   libcli11-dev libkainjow-mustache-dev nettle-dev libgtest-dev
-TEST_PACKAGES := postgresql chromium chromium-driver python3
+TEST_PACKAGES := postgresql chromium chromium-driver python3 man-db zsh
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev ledger postgresql
@@ -25,7 +26,7 @@ COMPANY := build/sample.db
 
 YEAR := build/year.db build/year.jsonl
 
-.PHONY: run report pictures test test-windows layout lint docs bench torture fuzz million build deps deps-test \
+.PHONY: run report pictures test test-windows package-windows layout lint docs bench torture fuzz million build deps deps-test \
   deps-lint deps-bench deps-fuzz clean
 
 run: build
@@ -66,6 +67,9 @@ test: deps-test
 
 test-windows:
 	tools/test-windows
+
+package-windows:
+	tools/package-windows
 
 layout: deps-lint
 	clang-format --dry-run --Werror $(SOURCES)
