@@ -15,10 +15,19 @@ namespace kal::host {
 namespace {
 
 std::string MadeLine(const std::string& company, const Options& options) {
-  return "made " + company + ": " + std::to_string(company::Tables().size()) +
-         " tables, message texts in Italian and English" +
-         (options.withSample ? ", sample data" : "") +
-         (options.rowsFrom.empty() ? "" : ", the rows of " + options.rowsFrom) + "\n";
+  const Language language = LanguageOf(options);
+  std::string line =
+      Say({"creata l'azienda %: % tabelle, testi dei messaggi in italiano e in inglese",
+           "made the company %: % tables, message texts in Italian and English"},
+          {company, std::to_string(company::Tables().size())})
+          .In(language);
+  if (options.withSample) {
+    line += Wording{", dati di esempio", ", sample data"}.In(language);
+  }
+  if (!options.rowsFrom.empty()) {
+    line += Say({", le righe di %", ", the rows of %"}, {options.rowsFrom}).In(language);
+  }
+  return line + "\n";
 }
 
 // Ctrl-C ends it in the middle: the server takes back what was not whole.
@@ -29,7 +38,9 @@ int InitOnServer(const Options& options, const Streams& streams) {
             ? company::CreateServerCompany(options.newCompany, options.withSample)
             : company::CopyToServer(options.rowsFrom, options.newCompany);
     streams.out << MadeLine(made.name, options)
-                << "a user who checks needs these rights and no others:\n"
+                << Wording{"a un utente che controlla servono questi diritti e nessun altro:\n",
+                           "a user who checks needs these rights and no others:\n"}
+                       .In(LanguageOf(options))
                 << made.grants << std::flush;
   } catch (const RunTimeError& error) {
     return Complain(streams, options,
