@@ -1,5 +1,7 @@
 # make run    installs what is missing, builds, makes the sample company, checks the sample entries
 # make test   installs what is missing, builds, runs all tests, also under the sanitizers
+# make package   makes the Debian packages: build/package/*.deb
+# make test-package   tries them: installed in a fresh Debian, used, built upon, removed
 # make test-windows   the same for the Windows automation server, under Wine
 # make layout the layout of the sources
 # make lint   layout and static analysis
@@ -15,6 +17,7 @@
 PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
   libcli11-dev libkainjow-mustache-dev nettle-dev libgtest-dev
 TEST_PACKAGES := postgresql chromium chromium-driver python3
+PACKAGE_PACKAGES := dpkg-dev file
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev ledger postgresql
@@ -25,8 +28,8 @@ COMPANY := build/sample.db
 
 YEAR := build/year.db build/year.jsonl
 
-.PHONY: run report pictures test test-windows layout lint docs bench torture fuzz million build deps deps-test \
-  deps-lint deps-bench deps-fuzz clean
+.PHONY: run report pictures package test test-package test-windows layout lint docs bench torture fuzz \
+  million build deps deps-test deps-package deps-lint deps-bench deps-fuzz clean
 
 run: build
 	rm -f $(COMPANY)
@@ -51,8 +54,15 @@ build: deps
 	cmake --preset release -DBUILD_TESTING=OFF
 	cmake --build --preset release
 
+# What the packages hold is dated by the last commit, so that the same sources make the same bytes.
+package: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct)
+package: deps-package
+	cmake --preset package -DBUILD_TESTING=OFF
+	cmake --build --preset release
+	cpack --config build/release/CPackConfig.cmake -B build/package
+
 # The release tests, then the same under the address and undefined-behaviour sanitizers, then what
-# runs in several threads under the thread sanitizer.
+# runs in several threads under the thread sanitizer. The packages at last.
 test: deps-test
 	cmake --preset release -DBUILD_TESTING=ON
 	cmake --build --preset release
@@ -63,6 +73,10 @@ test: deps-test
 	build/thread/tests/kal_thread_tests
 	ctest --preset debug
 	ctest --preset release
+	tools/test-package
+
+test-package:
+	tools/test-package
 
 test-windows:
 	tools/test-windows
@@ -101,6 +115,9 @@ deps:
 
 deps-test:
 	@tools/install-missing $(PACKAGES) $(TEST_PACKAGES)
+
+deps-package:
+	@tools/install-missing $(PACKAGES) $(PACKAGE_PACKAGES)
 
 deps-lint:
 	@tools/install-missing $(PACKAGES) $(LINT_PACKAGES)
