@@ -55,7 +55,7 @@ build: deps
 	cmake --build --preset release
 
 # What the packages hold is dated by the last commit, so that the same sources make the same bytes.
-package: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct)
+package: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || date +%s)
 package: deps-package
 	cmake --preset package -DBUILD_TESTING=OFF
 	cmake --build --preset release
