@@ -1,7 +1,9 @@
 # make run    installs what is missing, builds, makes the sample company, checks the sample entries
 # make test   installs what is missing, builds, runs all tests, also under the sanitizers
+# make package   makes what is handed out, in build/package: the Debian packages (package-debian), and
+#             a zip of the Windows server in both widths (package-windows)
+# make test-package   tries the Debian packages: installed in a fresh Debian, used, built upon, removed
 # make test-windows   the same for the Windows automation server, under Wine
-# make package-windows   the Windows server in both widths as a zip, in build/package
 # make layout the layout of the sources
 # make lint   layout and static analysis
 # make bench  installs what is missing, builds and runs the benchmarks
@@ -16,6 +18,7 @@
 PACKAGES := g++ cmake ninja-build libsqlite3-dev libpq-dev libsimdjson-dev nlohmann-json3-dev \
   libcli11-dev libkainjow-mustache-dev nettle-dev libgtest-dev
 TEST_PACKAGES := postgresql chromium chromium-driver python3 man-db zsh
+PACKAGE_PACKAGES := dpkg-dev file
 LINT_PACKAGES := clang-format clang-tidy libbenchmark-dev
 FUZZ_PACKAGES := clang libclang-rt-14-dev
 BENCH_PACKAGES := libbenchmark-dev ledger postgresql
@@ -26,8 +29,8 @@ COMPANY := build/sample.db
 
 YEAR := build/year.db build/year.jsonl
 
-.PHONY: run report pictures test test-windows package-windows layout lint docs bench torture fuzz million build deps deps-test \
-  deps-lint deps-bench deps-fuzz clean
+.PHONY: run report pictures package package-debian package-windows test test-package test-windows layout lint docs \
+  bench torture fuzz million build deps deps-test deps-package deps-lint deps-bench deps-fuzz clean
 
 run: build
 	rm -f $(COMPANY)
@@ -52,8 +55,17 @@ build: deps
 	cmake --preset release -DBUILD_TESTING=OFF
 	cmake --build --preset release
 
+package: package-debian package-windows
+
+# What the packages hold is dated by the last commit, so that the same sources make the same bytes.
+package-debian: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || date +%s)
+package-debian: deps-package
+	cmake --preset package -DBUILD_TESTING=OFF
+	cmake --build --preset release
+	cpack --config build/release/CPackConfig.cmake -B build/package
+
 # The release tests, then the same under the address and undefined-behaviour sanitizers, then what
-# runs in several threads under the thread sanitizer.
+# runs in several threads under the thread sanitizer. The packages at last.
 test: deps-test
 	cmake --preset release -DBUILD_TESTING=ON
 	cmake --build --preset release
@@ -64,6 +76,10 @@ test: deps-test
 	build/thread/tests/kal_thread_tests
 	ctest --preset debug
 	ctest --preset release
+	tools/test-package
+
+test-package:
+	tools/test-package
 
 test-windows:
 	tools/test-windows
@@ -105,6 +121,9 @@ deps:
 
 deps-test:
 	@tools/install-missing $(PACKAGES) $(TEST_PACKAGES)
+
+deps-package:
+	@tools/install-missing $(PACKAGES) $(PACKAGE_PACKAGES)
 
 deps-lint:
 	@tools/install-missing $(PACKAGES) $(LINT_PACKAGES)

@@ -16,7 +16,7 @@
 #include <string>
 #include <string_view>
 
-#include "frame/Registrazione.h"
+#include "frame/Findings.h"
 #include "platform/Currency.h"
 #include "platform/Recordset.h"
 #include "platform/Unread.h"
@@ -25,13 +25,16 @@
 
 namespace kal {
 
+class Observer;
+struct Registrazione;
+
 class KalCOGCheck {
  public:
   // The siblings must outlive the checker.
-  explicit KalCOGCheck(Siblings& siblings) : registrazione_(siblings) {}
+  explicit KalCOGCheck(Siblings& siblings);
   KalCOGCheck(const KalCOGCheck&) = delete;
   KalCOGCheck& operator=(const KalCOGCheck&) = delete;
-  ~KalCOGCheck() = default;
+  ~KalCOGCheck();
 
   // The members in the order of the automation interface. A property is set by the overload that
   // takes its value and read by the one without arguments. What a caller may have to convert is
@@ -78,13 +81,14 @@ class KalCOGCheck {
   std::int32_t GenericFx(std::string_view v1, const std::shared_ptr<void>& v2);
 
   // For native hosts alone, no members of the automation interface: the findings that the result
-  // strings join; and who is told, from the next call on, what the checker does (nullptr for
-  // nobody; the observer must outlive its use).
-  [[nodiscard]] const kal::Findings& Findings() const { return registrazione_.Rilievi; }
-  void Observe(Observer* observer) { registrazione_.Operazioni = {observer, nullptr}; }
+  // strings join, valid until the next call; and who is told, from the next call on, what the
+  // checker does (nullptr for nobody; the observer must outlive its use; its class is no part of
+  // the headers that are installed).
+  [[nodiscard]] const kal::Findings& Findings() const;
+  void Observe(Observer* observer);
 
  private:
-  Registrazione registrazione_;
+  std::unique_ptr<Registrazione> registrazione_;  // the entry, and all that is known of it
 };
 
 }  // namespace kal

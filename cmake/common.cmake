@@ -41,7 +41,7 @@ set(KAL_CORE_FOLDERS platform siblings frame checks save modify checker)
 list(TRANSFORM KAL_CORE_FOLDERS REPLACE "(.+)" "${KAL_ROOT}/\\1/*.cpp" OUTPUT_VARIABLE KAL_CORE_GLOBS)
 file(GLOB KAL_CORE_SOURCES CONFIGURE_DEPENDS ${KAL_CORE_GLOBS})
 add_library(kal_core STATIC ${KAL_CORE_SOURCES})
-target_link_libraries(kal_core PUBLIC kal_options)
+target_link_libraries(kal_core PUBLIC $<BUILD_INTERFACE:kal_options>)
 
 # Conversations with siblings, written down and played back; for any host.
 file(GLOB KAL_RECORDS_SOURCES CONFIGURE_DEPENDS ${KAL_ROOT}/records/*.cpp)

@@ -15,10 +15,13 @@
 #include <utility>
 #include <vector>
 
-#include "frame/modKalCommonErrorCodes.h"
 #include "platform/Variant.h"
 
 namespace kal {
+
+// The number of a coded message; what each means is told by `kalcogcheck explain`. The codes have
+// names in frame/modKalCommonErrorCodes.h, for the component's own sources.
+enum class MessageCode : std::int32_t;
 
 // The five result strings, and their names by this order. The first one blocks, the others warn.
 enum class ResultString : std::uint8_t {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <span>
 
+#include "frame/modKalCommonErrorCodes.h"
+
 namespace kal::host {
 namespace {
 

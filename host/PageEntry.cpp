@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "frame/modCommonCostanti.h"
+#include "frame/modKalCommonErrorCodes.h"
 #include "host/EntryFields.h"
 #include "host/JsonLine.h"
 #include "host/Utf8.h"

@@ -43,6 +43,27 @@ enum class CallKind : std::uint8_t {
   Execute,  // a stored procedure: its name, then its arguments; answers the last, an output
 };
 
+// What comes with a call, in the order of its values, and what it answers. Whole numbers are 16-bit
+// where that is said, else 32-bit; a date may be anything that converts to one, and "".
+//
+//   KalStatus          GetMessage (code): the text; TranslateFromDict (text, five more texts): text
+//   CompanySettings    Setting (name): a value, Null for none; SelectFiscalYear (date): whether
+//                      there is one; FiscalYearField (name): a value of the year selected before
+//   KalAnagrafiche     IDAnagrafica (id), TipoAnagrafica (16-bit: 1 customer, 2 supplier), Init;
+//                      then InfoAnagrafica (name): a value
+//   VatCodes           AdmitsFiscalData (code): boolean; IntraClassification (code): number;
+//                      PeriodReferenceDate (month, year, both 16-bit): date;
+//                      IsVariationNote (code of a posting template): boolean
+//   PeriodLock         IsLocked (date): boolean
+//   VatActivities      ActivityCode (year, register type, section, all 16-bit): text, "" for none
+//   ProtocolNumbering  NextProtocol (register type, section, both 16-bit, date): number
+//   FeeNotes           SupplierTest (id): boolean; TemplateTest (code of a template): 16-bit
+//   SqlFunctions       Expression (function, 4 being the year of a date; column): text
+//   Totals             Recordset (a set), Columns (names separated by commas), Compute;
+//                      then Total (name): amount
+//   DataAccess         Open (a query): rows; Execute (name of a procedure, its arguments, the last
+//                      of which is its output): what the output became
+//
 // clang-format off
 #define KAL_SIBLING_MEMBERS(M)                                                                     \
   M(KalStatus, GetMessage, Get, "", "")                                                            \

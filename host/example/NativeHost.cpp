@@ -1,11 +1,11 @@
 // A native host in one page: its own record set and siblings around the checker's core, with
 // nothing but the C++ standard library.
 
+#include <kal/KalCOGCheck.h>
+#include <kal/MemoryRecordset.h>
+
 #include <iostream>
 #include <memory>
-
-#include "checker/KalCOGCheck.h"
-#include "platform/MemoryRecordset.h"
 
 namespace {
 
