@@ -26,8 +26,8 @@ class Verification {
   Verification(const std::string& path, const FlawReport& report)
       : file_(ExistingCompanyFile(path), Sqlite::Access::Read, {.forAnswer = kAnHour}),
         report_(report) {
-    RequireCompany(file_);
     file_.Execute("BEGIN");
+    RequireCompany(file_);  // the first look at the file, which a lock refuses: none comes later
     // The tables' own conditions are looked at row by row, which also says where.
     file_.Execute("PRAGMA ignore_check_constraints = ON");
   }
@@ -65,6 +65,9 @@ class Verification {
         look();
       }
     } catch (const RunTimeError& error) {
+      if (error.Number() == static_cast<std::int32_t>(RunTime::OutOfMemory)) {
+        throw;
+      }
       broken_.emplace_back(table);
       report_({FlawKind::Damaged, std::string(table), "", 0, error.Description()});
     }
