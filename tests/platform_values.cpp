@@ -272,6 +272,8 @@ TEST(Values, Comparisons) {
       {kBig, '=', Dec("9007199254740993")},
       {kBig, '>', Dec("9007199254740992.9999")},
       {0, '=', Amount("0")},
+      {2, '=', Amount("2")},
+      {2, '>', Amount("0.0002")},
       {0, '<', Amount("0.0001")},
       {-1, '>', Amount("-1.0001")},
       {std::numeric_limits<std::int64_t>::max(), '>', Amount("922337203685477.5807")},
