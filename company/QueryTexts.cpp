@@ -223,16 +223,6 @@ std::string Joined(std::span<const std::string> parts, std::string_view separato
   return text.empty() ? std::string(whenNone) : text;
 }
 
-std::vector<std::string_view> Items(std::string_view list) {
-  std::vector<std::string_view> items;
-  while (!list.empty()) {
-    const std::size_t comma = std::min(list.find(','), list.size());
-    items.push_back(Trimmed(list.substr(0, comma)));
-    list.remove_prefix(std::min(comma + 1, list.size()));
-  }
-  return items;
-}
-
 void Scope::Add(std::string_view text, const ShapeOfTable& shapeOf) {
   std::string_view name = text;
   std::string_view alias = text;

@@ -64,8 +64,6 @@ class Scope {
 
 [[nodiscard]] std::string QuoteName(std::string_view name);
 
-// What stands between the commas, without the blanks around it.
-[[nodiscard]] std::vector<std::string_view> Items(std::string_view list);
 [[nodiscard]] std::string Joined(std::span<const std::string> parts, std::string_view separator,
                                  std::string_view whenNone = {});
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "company/QueryTexts.h"
 #include "platform/LetterCase.h"
+#include "platform/Trimmed.h"
 
 namespace kal::company {
 namespace {
@@ -251,6 +251,16 @@ std::span<const SchemaIndex> Indexes() { return kIndexes; }
 std::span<const SchemaKey> Keys() { return kKeys; }
 
 std::span<const SchemaPeriod> Periods() { return kPeriods; }
+
+std::vector<std::string_view> Items(std::string_view list) {
+  std::vector<std::string_view> items;
+  while (!list.empty()) {
+    const std::size_t comma = std::min(list.find(','), list.size());
+    items.push_back(Trimmed(list.substr(0, comma)));
+    list.remove_prefix(std::min(comma + 1, list.size()));
+  }
+  return items;
+}
 
 std::vector<IndexedColumn> ColumnsOf(const SchemaIndex& index) {
   constexpr std::string_view kYear = "Year(";

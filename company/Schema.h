@@ -26,6 +26,9 @@ struct SchemaTable {
   bool growsWithEntries = false;  // every entry adds rows to it; the others change rarely
 };
 
+// What stands between the commas, without the blanks around it.
+[[nodiscard]] std::vector<std::string_view> Items(std::string_view list);
+
 // An index that serves the checks' selections.
 struct SchemaIndex {
   std::string_view table;
