@@ -84,7 +84,12 @@ class Verification {
     Guarded("", [&] {
       SqliteStatement integrity(file_, "PRAGMA main.integrity_check(100)");
       while (integrity.Step()) {
-        if (std::string said = Text(integrity, 0); said != "ok") {
+        std::string said = Text(integrity, 0);
+        // What it has no memory for it tells as one more flaw.
+        if (said.ends_with("error code=7")) {
+          Raise(RunTime::OutOfMemory, "Out of memory", kDataAccessSource);
+        }
+        if (said != "ok") {
           report_({FlawKind::Damaged, "", "", 0, std::move(said)});
         }
       }
