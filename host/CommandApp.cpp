@@ -20,6 +20,8 @@ namespace kal::host {
 namespace {
 
 constexpr unsigned kMostJobs = 256;
+constexpr Wording kWhichCompany{"L'azienda: il suo file, o l'URI postgresql:// del suo database",
+                                "The company: its file, or the postgresql:// URI of its database"};
 
 // A whole number from 1 to that, or what is wrong with the text.
 template <class Number>
@@ -147,11 +149,7 @@ void DescribeInit(Command init, Options& options) {
 }
 
 void DescribeCheck(Command check, Options& options) {
-  check
-      .Takes("--company", kCompany, options.company,
-             {"L'azienda: il suo file, o l'URI postgresql:// del suo database",
-              "The company: its file, or the postgresql:// URI of its database"})
-      ->required();
+  check.Takes("--company", kCompany, options.company, kWhichCompany)->required();
   CLI::Option* const json = AddJson(check, options,
                                     {"Un oggetto JSON per ogni registrazione al posto del testo",
                                      "One JSON object an entry instead of text"});
@@ -190,9 +188,7 @@ void DescribeCheck(Command check, Options& options) {
 }
 
 void DescribeVerify(Command verify, Options& options) {
-  verify.Argument(kCompany, options.company,
-                  {"L'azienda: il suo file, o l'URI postgresql:// del suo database",
-                   "The company: its file, or the postgresql:// URI of its database"});
+  verify.Argument(kCompany, options.company, kWhichCompany);
   AddLanguage(verify, options);
 }
 

@@ -94,7 +94,8 @@ std::string ZshText(std::string text) {
   return Replaced(text, '\'', "'\\''");
 }
 
-std::string ZshSpec(const OptionSurface& option) {
+// An option, or an argument, as _arguments takes it.
+std::string ZshElement(const OptionSurface& option) {
   std::string value;
   if (!option.takes.empty()) {
     const std::vector<std::string> words = WordsOf(option);
@@ -118,7 +119,7 @@ std::string ZshSpec(const OptionSurface& option) {
 std::string ZshArray(const CommandSurface& command, const std::string& name) {
   std::string text = "    " + name + "=(\n";
   for (const OptionSurface& option : command.options) {
-    text += "      " + ZshSpec(option) + "\n";
+    text += "      " + ZshElement(option) + "\n";
   }
   return text + "    )\n";
 }
