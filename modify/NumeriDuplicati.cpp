@@ -11,39 +11,31 @@
 namespace kal {
 namespace {
 
-// The definitive entries that carry the number; the name that comes with each use is the year of
-// the document date.
-consteval Selection ConNumero() {
-  return Selection()
-      .Select("IdPrimaNota")
-      .From("COGPrimeNoteTeste")
-      .WhereEqual(kGivenName)
-      .WhereEqual("NumeroDocumento")
-      .WhereEqual("IsNull(Provvisoria,0)");
-}
-consteval Selection ConNumeroMenoUna() {
-  return ConNumero().Where("IdPrimaNota", CompareWith::NotEqual);
-}
+// The name that comes with each use is the year of the document date.
+constexpr Selection kDellAnno =
+    Selection().Select("IdPrimaNota").From("COGPrimeNoteTeste").WhereEqual(kGivenName);
+constexpr Selection kRicevuto = kDellAnno.WhereEqual("IdAnagrafica")
+                                    .WhereEqual("NumeroDocumento")
+                                    .WhereEqual("TipoRegIva")
+                                    .WhereEqual("IsNull(Provvisoria,0)");
+constexpr Selection kEmesso = kDellAnno.WhereEqual("NumeroDocumento")
+                                  .WhereEqual("TipoRegIva")
+                                  .WhereEqual("SezionaleIva")
+                                  .WhereEqual("IsNull(Provvisoria,0)");
+constexpr Selection kRicevutoMenoUno = kRicevuto.Where("IdPrimaNota", CompareWith::NotEqual);
+constexpr Selection kEmessoMenoUno = kEmesso.Where("IdPrimaNota", CompareWith::NotEqual);
 
-constexpr Selection kRicevuto = ConNumero().WhereEqual("IdAnagrafica").WhereEqual("TipoRegIva");
-constexpr Selection kRicevutoMenoUno =
-    ConNumeroMenoUna().WhereEqual("IdAnagrafica").WhereEqual("TipoRegIva");
-constexpr Selection kEmesso = ConNumero().WhereEqual("TipoRegIva").WhereEqual("SezionaleIva");
-constexpr Selection kEmessoMenoUno =
-    ConNumeroMenoUna().WhereEqual("TipoRegIva").WhereEqual("SezionaleIva");
-
-// The keys are the two by which the kind of document numbers.
+// The keys are those by which the kind of document numbers, in the order of its selection.
 template <const Selection& kTutti, const Selection& kMenoUno, class... Keys>
-bool Esiste(const Registrazione& aRegistrazione, const std::string& aNumeroDoc,
-            const Variant& aDataDoc, std::int32_t aIdPrimaNota, const Keys&... keys) {
+bool Esiste(const Registrazione& aRegistrazione, const Variant& aDataDoc, std::int32_t aIdPrimaNota,
+            const Keys&... keys) {
   const Variant anno = AnnoDi(aRegistrazione, "DataDocumento");
   const std::string_view colonna = *anno.AsText();
   const std::string annoDocumento = CStr(Year(aDataDoc));
   return !RecordsetIsEmpty(
       aIdPrimaNota == 0
-          ? OpenNamed<kTutti>(aRegistrazione, colonna, annoDocumento, aNumeroDoc, 0, keys...)
-          : OpenNamed<kMenoUno>(aRegistrazione, colonna, annoDocumento, aNumeroDoc, 0, aIdPrimaNota,
-                                keys...));
+          ? OpenNamed<kTutti>(aRegistrazione, colonna, annoDocumento, keys..., 0)
+          : OpenNamed<kMenoUno>(aRegistrazione, colonna, annoDocumento, keys..., 0, aIdPrimaNota));
 }
 
 }  // namespace
@@ -52,8 +44,9 @@ bool CheckDuplicatoNrDocRicevuto(const Registrazione& aRegistrazione,
                                  Unread<std::string> aNumeroDoc, Unread<Variant> aDataDoc,
                                  std::int32_t aIdAnagrafica, std::int32_t aIdPrimaNota) {
   return Trap(aRegistrazione, "KalCOGCheck.CheckDuplicatoNrDocRicevuto", [&] {
-    return Esiste<kRicevuto, kRicevutoMenoUno>(aRegistrazione, aNumeroDoc(), aDataDoc(),
-                                               aIdPrimaNota, aIdAnagrafica, kAcquisti);
+    const std::string numeroDoc = aNumeroDoc();
+    return Esiste<kRicevuto, kRicevutoMenoUno>(aRegistrazione, aDataDoc(), aIdPrimaNota,
+                                               aIdAnagrafica, numeroDoc, kAcquisti);
   });
 }
 
@@ -61,7 +54,8 @@ bool CheckDuplicatoNrDocEmesso(const Registrazione& aRegistrazione, std::int16_t
                                std::int16_t aSezionaleIva, Unread<std::string> aNumeroDoc,
                                Unread<Variant> aDataDoc, std::int32_t aIdPrimaNota) {
   return Trap(aRegistrazione, "KalCOGCheck.CheckDuplicatoNrDocEmesso", [&] {
-    return Esiste<kEmesso, kEmessoMenoUno>(aRegistrazione, aNumeroDoc(), aDataDoc(), aIdPrimaNota,
+    const std::string numeroDoc = aNumeroDoc();
+    return Esiste<kEmesso, kEmessoMenoUno>(aRegistrazione, aDataDoc(), aIdPrimaNota, numeroDoc,
                                            aTipoRegIva, aSezionaleIva);
   });
 }

@@ -77,11 +77,11 @@ MessageCode ScadenzeChiuseOSospese(const Registrazione& aRegistrazione) {
 // Purchases and sales have a setting each.
 void ScadenzeChiuseConRegistro(Registrazione& aRegistrazione) {
   const bool vendita{GetField(aRegistrazione.RsTesta, "TipoRegIva") == kVendite};
-  const MessageCode codice = ScadenzeChiuseOSospese(aRegistrazione);
   const bool giroconto = SettingFlag(
       aRegistrazione, vendita ? "GirocontoFatturaSplitPayment" : "GirocontoFatturaSplitPaymentPAS");
   const bool splitPayment = IsDocumentoSplitPayment(aRegistrazione);
-  AddMessage(aRegistrazione, giroconto && splitPayment ? ErrString : WarnString, codice);
+  AddMessage(aRegistrazione, giroconto && splitPayment ? ErrString : WarnString,
+             ScadenzeChiuseOSospese(aRegistrazione));
 }
 
 void ScadenzeChiuseCorrispettivi(Registrazione& aRegistrazione) {
