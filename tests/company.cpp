@@ -388,9 +388,9 @@ TEST_P(EngineTest, AlternativesAgreeWithAPlainWalk) {
   }
 }
 
-// Where the books end is asked once in one state of them, and holds for no other one. Only what the
-// columns are for is an end.
-TEST_F(CompanyTest, TheEndOfTheBooksIsThatOfOneState) {
+// Where the books end is asked once, and holds until something is saved. Only what the columns are
+// for is an end.
+TEST_F(CompanyTest, TheEndOfTheBooksHoldsUntilTheyChange) {
   static constexpr Selection kConflict =
       kTeste.OnlyFirst()
           .WhereEqual("Year(DataRegistrazione)")
@@ -405,6 +405,7 @@ TEST_F(CompanyTest, TheEndOfTheBooksIsThatOfOneState) {
     const Variant day = Day("2024-06-30");
     return KeptAnswer<kConflict>(engine, {"2024", 8, day, 8, day, 8});
   };
+  EXPECT_EQ(ask(), "");  // prepares it
   const struct {
     const char* saved;  // protocol and date
     const char* found;
@@ -419,12 +420,13 @@ TEST_F(CompanyTest, TheEndOfTheBooksIsThatOfOneState) {
             "VALUES (4," +
             std::string(row.saved) + ")");
       }
-      engine.BeginReading({});
-      for (int i = 0; i < 3; ++i) EXPECT_EQ(ask(), saved ? row.found : "") << row.saved;
       const std::uint64_t queries = engine.Counted().queries;
-      EXPECT_EQ(ask(), saved ? row.found : "") << row.saved;
-      EXPECT_TRUE(saved || engine.Counted().queries == queries);
-      engine.EndReading();
+      for (int reading = 0; reading < 2; ++reading) {
+        engine.BeginReading({});
+        for (int i = 0; i < 2; ++i) EXPECT_EQ(ask(), saved ? row.found : "") << row.saved;
+        engine.EndReading();
+      }
+      EXPECT_TRUE(saved || engine.Counted().queries == queries + 2) << row.saved;
     }
     Write("DELETE FROM COGPrimeNoteTeste WHERE IdPrimaNota = 4");
   }

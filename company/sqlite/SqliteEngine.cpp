@@ -334,16 +334,16 @@ std::shared_ptr<const RowTable> SqliteEngine::Run(Prepared& prepared, const Quer
   return rows;
 }
 
-// The first question of a state is asked as it is: most states hear no second one.
+// The first question is asked as it is: where every entry is saved before the next one comes, no
+// second one follows.
 bool SqliteEngine::LiesBehind(Prepared& prepared, const Query& query) {
   if (!prepared.greatest || !versionOfReading_) {
     return false;
   }
   constexpr std::size_t kMostEdges = 64;
-  const std::uint64_t held = connection_.Counted().transactions;
-  if (prepared.edgesOf != held || prepared.edges.size() == kMostEdges) {
+  if (prepared.edgesOf != *versionOfReading_ || prepared.edges.size() == kMostEdges) {
     prepared.edges.clear();
-    prepared.edgesOf = held;
+    prepared.edgesOf = *versionOfReading_;
   }
   const auto wanted = [&](std::size_t place) -> const Variant& { return query.Values()[place]; };
   const auto edge = std::ranges::find_if(prepared.edges, [&](const Edge& known) {

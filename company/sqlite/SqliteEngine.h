@@ -7,8 +7,8 @@
 // whole, costs more than all other questions together. They hold as long as the file does not
 // change. Then each is asked for again, and what was kept stays where the file still says the same:
 // most changes are entries, and comparing costs less than decoding anew. What the books answer is
-// never kept longer than one state of the books is held: in it, the highest protocol and the last
-// day of a register answer for all entries that come behind them.
+// never kept, but for where they end: as long as the file does not change, the highest protocol and
+// the last day of a register answer for all entries that come behind them.
 
 #pragma once
 
@@ -66,7 +66,7 @@ class SqliteEngine final : public Engine {
     Kept* next = nullptr;  // what the same selection was asked for after it the last time
   };
 
-  // The highest values in the rows that share these values: where one state of the books ends.
+  // The highest values in the rows that share these values: where the books end.
   struct Edge {
     std::vector<Variant> shared;
     std::vector<Variant> highest;  // by column; none before they were asked for
@@ -88,8 +88,8 @@ class SqliteEngine final : public Engine {
     ByText<Kept> answers;   // by the values asked with
     Kept* latest = nullptr;
     std::optional<GreatestValues> greatest;
-    std::vector<Edge> edges;    // of one state of the books:
-    std::uint64_t edgesOf = 0;  // so many had been held by then
+    std::vector<Edge> edges;
+    std::int64_t edgesOf = 0;  // the version of the file that they are of
   };
 
   // Every check asks for much the same, in the same order: where a selection was found the last
@@ -116,8 +116,8 @@ class SqliteEngine final : public Engine {
   // The table given from before is the answer when it still is what the file says.
   [[nodiscard]] std::shared_ptr<const RowTable> Run(
       Prepared& prepared, const Query& query, const std::shared_ptr<const RowTable>& before = {});
-  // Whether the question asks for nothing but what lies behind the edge of the books. Within one
-  // state of the books an edge is asked for once.
+  // Whether the question, within a reading, asks for nothing but what lies behind the edge of the
+  // books. An edge is asked for once, until the file changes.
   [[nodiscard]] bool LiesBehind(Prepared& prepared, const Query& query);
   [[nodiscard]] std::vector<Variant> Greatest(const Prepared& prepared, const Query& query);
   [[nodiscard]] bool IsAnswered(std::string_view sql, std::string_view name);
