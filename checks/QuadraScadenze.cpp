@@ -27,6 +27,7 @@ struct Lettura {
   Campo totDocumentoVB;
   Campo tipoMovimento;
   LettoreImporti rate;
+  std::string filtro;  // kept for its memory
 };
 
 bool QuadraScadenzeRiga(const Registrazione& aRegistrazione, Lettura& aLettura,
@@ -39,7 +40,8 @@ bool QuadraScadenzeRiga(const Registrazione& aRegistrazione, Lettura& aLettura,
     if (rsScadenze.IsNothing()) {
       return false;
     }
-    rsScadenze->Filter("IdScadenza = " + std::to_string(aIdScadenza));
+    aLettura.filtro.assign("IdScadenza = ").append(std::to_string(aIdScadenza));
+    rsScadenze->Filter(aLettura.filtro);
     ImportiConSegno somma;
     if (!RecordsetIsEmpty(rsScadenze)) {
       for (rsScadenze->MoveFirst(); !rsScadenze->Eof(); rsScadenze->MoveNext()) {

@@ -206,10 +206,22 @@ Variant CompanySiblings::Find(const Variant& value) {
   return FirstValue(Query::Of<kSelection>({&value, 1}));
 }
 
+// Nearly all calls create a component, for which a company needs nothing, or open a selection.
 SiblingAnswer CompanySiblings::Ask(const SiblingCall& call) {
+  if (call.member == Member::Create) {
+    return {};
+  }
+  if (call.member == Member::DataAccess_Open) {
+    return {.rows = Open(*call.query)};
+  }
+  return AskMember(call);
+}
+
+SiblingAnswer CompanySiblings::AskMember(const SiblingCall& call) {
   const std::span<Variant> values = call.values;
   switch (call.member) {
     case Member::Create:
+    case Member::DataAccess_Open:
       break;
     case Member::KalStatus_GetMessage:
       return {Message(values[0])};
@@ -263,8 +275,6 @@ SiblingAnswer CompanySiblings::Ask(const SiblingCall& call) {
       break;
     case Member::Totals_Total:
       return {StateOf<Sums>(call).Total(Text(values[0]))};
-    case Member::DataAccess_Open:
-      return {.rows = Open(*call.query)};
     case Member::DataAccess_Execute:
       return {Execute(values)};
   }

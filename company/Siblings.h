@@ -34,6 +34,7 @@ class CompanySiblings final : public Siblings {
   template <class State>
   [[nodiscard]] State& StateOf(const SiblingCall& call);
 
+  [[nodiscard]] SiblingAnswer AskMember(const SiblingCall& call);
   [[nodiscard]] RecordsetRef Open(const Query& query);
   // The first column of the first row; Null when there is no row.
   [[nodiscard]] Variant FirstValue(const Query& query);

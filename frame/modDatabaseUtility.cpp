@@ -90,26 +90,34 @@ Variant ValueOrDefault(const Field& field) {
   return value;
 }
 
+// The error under way, with the field's name in its trail. The tag is put together here because
+// every read passes its place and few ever fail.
+[[noreturn]] void RaiseOfField(std::string_view name) {
+  RaiseError(CurrentError(), "modDataBaseUtility.GetField ( Field: " + std::string(name) + " ) ");
+}
+
 }  // namespace
 
 Variant GetField(const RecordsetRef& rs, std::string_view name) {
-  Campo campo(rs, name);
-  return GetField(campo);
+  try {
+    return ValueOrDefault(rs->Fields(name));
+  } catch (...) {
+    RaiseOfField(name);
+  }
 }
 
 Variant GetField(Campo& campo) {
   try {
     return ValueOrDefault(campo.Place());
   } catch (...) {
-    // The tag is put together here because every read passes this place and few ever fail.
-    RaiseError(CurrentError(),
-               "modDataBaseUtility.GetField ( Field: " + std::string(campo.Name()) + " ) ");
+    RaiseOfField(campo.Name());
   }
 }
 
 Variant RawField(const RecordsetRef& rs, std::string_view name) {
-  Campo campo(rs, name);
-  return campo.Value();
+  Variant value = rs->Fields(name).Value();
+  DropTime(value);
+  return value;
 }
 
 bool GetFlag(const RecordsetRef& rs, std::string_view name) {

@@ -24,12 +24,19 @@ constexpr std::size_t kSmallSet = 16;
 // An open-addressing table has at least twice as many slots as entries.
 std::size_t SlotsFor(std::size_t entries) { return std::bit_ceil(entries * 2 + 2); }
 
-constexpr std::size_t kWord = 8;
-
-std::uint64_t Eight(const char* bytes) {
-  std::uint64_t word = 0;
+template <class Word>
+std::uint64_t Bytes(const char* bytes) {
+  Word word = 0;
   std::memcpy(&word, bytes, sizeof word);
   return word;
+}
+
+[[noreturn]] void RaiseNoField(std::string_view name) {
+  Raise(RunTime::NoSuchField, "There is no field " + Quoted(name), kRecordsetSource);
+}
+
+[[noreturn]] void RaiseNoCurrentRow() {
+  Raise(RunTime::NoCurrentRecord, "There is no current row", kRecordsetSource);
 }
 
 }  // namespace
@@ -88,9 +95,12 @@ RowTable::Index::Index(const RowTable& table, std::size_t column)
 }
 
 RowLayout::Ends::Ends(std::string_view name) : size(name.size()) {
-  if (size >= kWord) {
-    front = Eight(name.data());
-    back = Eight(name.data() + size - kWord);
+  if (const char* const end = name.data() + size; size >= sizeof(std::uint64_t)) {
+    front = Bytes<std::uint64_t>(name.data());
+    back = Bytes<std::uint64_t>(end - sizeof(std::uint64_t));
+  } else if (size >= sizeof(std::uint32_t)) {
+    front = Bytes<std::uint32_t>(name.data());
+    back = Bytes<std::uint32_t>(end - sizeof(std::uint32_t));
   } else {
     for (const char c : name) {
       front = (front << 8U) | static_cast<unsigned char>(c);
@@ -109,29 +119,35 @@ std::size_t RowLayout::Ends::Hash() const {
 
 RowLayout::RowLayout(std::vector<Column> columns)
     : columns_(std::move(columns)), slots_(SlotsFor(columns_.size())) {
-  ends_.reserve(columns_.size());
   for (std::size_t column = 0; column < columns_.size(); ++column) {
     // Of columns with one name the first is the one found.
-    std::size_t slot = ends_.emplace_back(columns_[column].name).Hash() & (slots_.size() - 1);
-    while (slots_[slot] != 0) {
+    const Ends ends(columns_[column].name);
+    std::size_t slot = ends.Hash() & (slots_.size() - 1);
+    while (slots_[slot].column != kNone) {
       slot = (slot + 1) & (slots_.size() - 1);
     }
-    slots_[slot] = static_cast<std::uint32_t>(column + 1);
+    slots_[slot] = {ends, static_cast<std::ptrdiff_t>(column)};
   }
 }
 
 std::ptrdiff_t RowLayout::Find(std::string_view name) const {
   const Ends ends(name);
-  std::size_t slot = ends.Hash() & (slots_.size() - 1);
-  for (; slots_[slot] != 0; slot = (slot + 1) & (slots_.size() - 1)) {
-    const std::size_t column = slots_[slot] - 1;
-    const bool same =
-        ends_[column] == ends && (name.size() <= 2 * kWord || columns_[column].name == name);
-    if (same || SameName(columns_[column].name, name)) {
-      return static_cast<std::ptrdiff_t>(column);
+  const std::size_t first = ends.Hash() & (slots_.size() - 1);
+  // Mostly the name is written as the column's is, and no other column stands in the way.
+  if (const Slot& slot = slots_[first]; slot.ends == ends && ends.size <= 2 * sizeof ends.front) {
+    return slot.column;
+  }
+  return Search(name, first);
+}
+
+std::ptrdiff_t RowLayout::Search(std::string_view name, std::size_t slot) const {
+  for (; slots_[slot].column != kNone; slot = (slot + 1) & (slots_.size() - 1)) {
+    const std::string& found = columns_[static_cast<std::size_t>(slots_[slot].column)].name;
+    if (found == name || SameName(found, name)) {
+      return slots_[slot].column;
     }
   }
-  return -1;
+  return kNone;
 }
 
 RowTable::RowTable(std::vector<Column> columns)
@@ -247,7 +263,7 @@ void MemoryRecordset::MakeFields() {
 const Field& MemoryRecordset::Fields(std::string_view name) {
   const std::ptrdiff_t column = table_->FindColumn(name);
   if (column < 0) {
-    Raise(RunTime::NoSuchField, "There is no field " + Quoted(name), kRecordsetSource);
+    RaiseNoField(name);
   }
   return FieldAt(static_cast<std::size_t>(column));
 }
@@ -348,7 +364,7 @@ std::size_t MemoryRecordset::VisibleCount() const {
 
 std::size_t MemoryRecordset::CurrentRow() const {
   if (position_ >= VisibleCount()) {
-    Raise(RunTime::NoCurrentRecord, "There is no current row", kRecordsetSource);
+    RaiseNoCurrentRow();
   }
   return filtered_ ? visible_[position_] : position_;
 }

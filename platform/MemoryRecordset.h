@@ -50,6 +50,7 @@ class RowLayout {
   // The first and the last eight bytes of a name, all of a shorter one. With its size they are the
   // whole of most names.
   struct Ends {
+    Ends() = default;
     explicit Ends(std::string_view name);
     // Equal for names that differ only in letter case.
     [[nodiscard]] std::size_t Hash() const;
@@ -57,12 +58,19 @@ class RowLayout {
 
     std::uint64_t front = 0;
     std::uint64_t back = 0;
-    std::size_t size;
+    std::size_t size = 0;
+  };
+  static constexpr std::ptrdiff_t kNone = -1;
+  struct Slot {
+    Ends ends;
+    std::ptrdiff_t column = kNone;
   };
 
+  // From that slot on, whatever the letter case.
+  [[nodiscard]] std::ptrdiff_t Search(std::string_view name, std::size_t slot) const;
+
   std::vector<Column> columns_;
-  std::vector<Ends> ends_;            // by column
-  std::vector<std::uint32_t> slots_;  // by hashed name: a column's place plus 1, 0 where free
+  std::vector<Slot> slots_;  // by hashed name
 };
 
 class RowTable {

@@ -344,7 +344,7 @@ Decimal CDec(const Variant& value) {
   return *decimal;
 }
 
-bool CBool(const Variant& value) {
+bool CBoolOfAny(const Variant& value) {
   RefuseNull(value, "boolean");
   if (const auto text = value.AsText()) {
     if (SameName(*text, "true") || SameName(*text, "false")) {

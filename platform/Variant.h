@@ -283,7 +283,11 @@ inline void DropTime(Variant& value) {
 }
 [[nodiscard]] Decimal CDec(const Variant& value);
 // Any number other than 0 is True; the texts True and False in any letter case, or a number.
-[[nodiscard]] bool CBool(const Variant& value);
+[[nodiscard]] bool CBoolOfAny(const Variant& value);
+[[nodiscard]] inline bool CBool(const Variant& value) {
+  const bool* flag = value.As<bool>();
+  return flag != nullptr ? *flag : CBoolOfAny(value);
+}
 // Dates as dd/mm/yyyy, booleans as True/False, numbers with a point and as short as exact.
 [[nodiscard]] std::string CStr(const Variant& value);
 // From dates, texts that are dates, and numbers as serials. The empty text raises 13.

@@ -77,11 +77,12 @@ bool IsSameKey(const Variant& left, const Variant& right) {
       return left.AsInteger() == right.AsInteger();
     case Variant::Type::Text:
       return left.AsText() == right.AsText();
-    case Variant::Type::Date:
-      return CDbl(left) == CDbl(right);
     default:
-      return false;
+      break;
   }
+  const auto* const day = left.As<Date>();
+  const auto* const other = right.As<Date>();
+  return day != nullptr && other != nullptr && *day == *other;
 }
 
 // Whether the statement's current row is that row.
@@ -252,14 +253,32 @@ SqliteEngine::Prepared SqliteEngine::Prepare(const Query& query) {
   return prepared;
 }
 
+SqliteEngine::Place& SqliteEngine::PlaceOf(const Selection& selection) {
+  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
+  constexpr unsigned kToPlaces = 64 - std::bit_width(std::tuple_size_v<decltype(places_)> - 1);
+  return places_[(std::hash<const void*>()(&selection) * kSpread) >> kToPlaces];
+}
+
+SqliteEngine::Kept* SqliteEngine::Expected(const Query& query) {
+  const Place& place = PlaceOf(query.What());
+  if (place.use.selection != &query.What() || place.use.name != query.Name()) {
+    return nullptr;
+  }
+  Kept*& latest = place.prepared->latest;
+  Kept* const next = latest == nullptr ? nullptr : latest->next;
+  if (next == nullptr || !std::ranges::equal(next->asked, query.Values(), IsSameKey)) {
+    return nullptr;
+  }
+  latest = next;
+  return next;
+}
+
 SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
   UseView use{&query.What(), 1, query.Name()};
   for (const Variant& value : query.Values()) {
     use.kinds = use.kinds * 2 + (value.VarType() == Variant::Type::Boolean ? 1 : 0);
   }
-  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
-  constexpr unsigned kToPlaces = 64 - std::bit_width(std::tuple_size_v<decltype(places_)> - 1);
-  Place& place = places_[(std::hash<const void*>()(use.selection) * kSpread) >> kToPlaces];
+  Place& place = PlaceOf(query.What());
   if (SameUse()(place.use, use)) {
     return *place.prepared;
   }
@@ -275,11 +294,6 @@ SqliteEngine::Prepared& SqliteEngine::PreparedBefore(const Query& query) {
 }
 
 SqliteEngine::Kept& SqliteEngine::KeptBefore(Prepared& prepared, std::span<const Variant> values) {
-  Kept* const expected = prepared.latest == nullptr ? nullptr : prepared.latest->next;
-  if (expected != nullptr && std::ranges::equal(expected->asked, values, IsSameKey)) {
-    prepared.latest = expected;
-    return *expected;
-  }
   key_.clear();
   for (const Variant& value : values) {
     AppendValue(key_, value);
@@ -388,21 +402,27 @@ std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
     return Run(once, query);
   }
   const std::int64_t version = FileVersion();
+  if (keptRows_ > kKeptRows) {
+    ForgetAnswers();
+  }
+  Kept* kept = Expected(query);
+  if (kept != nullptr && kept->Holds(version)) {
+    return kept->rows;
+  }
   Prepared& prepared = PreparedBefore(query);
   if (!prepared.keepsAnswers) {
     return LiesBehind(prepared, query) ? prepared.none : Run(prepared, query);
   }
-  if (keptRows_ > kKeptRows) {
-    ForgetAnswers();
+  if (kept == nullptr) {
+    kept = &KeptBefore(prepared, query.Values());
   }
-  Kept& kept = KeptBefore(prepared, query.Values());
-  if (kept.rows == nullptr || kept.version != version) {
-    std::shared_ptr<const RowTable> rows = Run(prepared, query, kept.rows);
-    keptRows_ += rows->RowCount() - (kept.rows == nullptr ? 0 : kept.rows->RowCount());
-    kept.rows = std::move(rows);
-    kept.version = version;
+  if (!kept->Holds(version)) {
+    std::shared_ptr<const RowTable> rows = Run(prepared, query, kept->rows);
+    keptRows_ += rows->RowCount() - (kept->rows == nullptr ? 0 : kept->rows->RowCount());
+    kept->rows = std::move(rows);
+    kept->version = version;
   }
-  return kept.rows;
+  return kept->rows;
 }
 
 // Walks the index of protocols down from the highest; Null comes last.

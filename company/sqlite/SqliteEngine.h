@@ -60,6 +60,8 @@ class SqliteEngine final : public Engine {
  private:
   // An answer, what was asked for it, and the version of the file that gave it.
   struct Kept {
+    [[nodiscard]] bool Holds(std::int64_t now) const { return rows != nullptr && version == now; }
+
     std::vector<Variant> asked;
     std::shared_ptr<const RowTable> rows;  // nothing before the first answer
     std::int64_t version = 0;
@@ -110,6 +112,9 @@ class SqliteEngine final : public Engine {
   // a constant.
   [[nodiscard]] SqliteStatement& Constant(std::string_view sql);
   [[nodiscard]] Prepared Prepare(const Query& query);
+  [[nodiscard]] Place& PlaceOf(const Selection& selection);
+  // The answer that followed the last one of this selection, where it is the one asked for.
+  [[nodiscard]] Kept* Expected(const Query& query);
   [[nodiscard]] Prepared& PreparedBefore(const Query& query);
   [[nodiscard]] Kept& KeptBefore(Prepared& prepared, std::span<const Variant> values);
   [[nodiscard]] TableShape ShapeOf(std::string_view table);
