@@ -51,11 +51,10 @@ class Conti {
   explicit Conti(const Registrazione& aRegistrazione) : registrazione_(aRegistrazione) {}
 
   bool Assente(const Variant& aCodConto) {
-    if (aCodConto == "") {
-      return true;
+    if (const auto testo = aCodConto.AsText()) {
+      return testo->empty() || AssenteIlConto(*testo);
     }
-    const auto testo = aCodConto.AsText();
-    return testo ? AssenteIlConto(*testo) : AssenteIlConto(CStr(aCodConto));
+    return bool{aCodConto == ""} || AssenteIlConto(CStr(aCodConto));
   }
 
  private:

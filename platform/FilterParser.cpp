@@ -76,7 +76,7 @@ class Parser {
   }
 
   bool AcceptWord(std::string_view word) {
-    if (!SameName(Word(), word)) {
+    if (at_ == text_.size() || FoldedAscii(text_[at_]) != word[0] || !SameName(Word(), word)) {
       return false;
     }
     at_ += word.size();
@@ -305,50 +305,50 @@ FilterExpression::FilterExpression(const RowTable& table, std::string_view text)
 }
 
 bool FilterExpression::Holds(const Node& node, std::size_t row) const {
+  const auto anyOperand = [&](bool wanted) {
+    for (std::uint32_t at = node.firstOperand; at != kNone; at = nodes_[at].next) {
+      if (Holds(nodes_[at], row) == wanted) {
+        return true;
+      }
+    }
+    return false;
+  };
+  const auto cell = [&]() -> const Variant& { return table_.Cell(row, node.column); };
+  const auto order = [&] { return CompareInFilter(cell(), node.constant); };
   switch (node.operation) {
     case Operation::All:
-    case Operation::Any: {
-      const bool any = node.operation == Operation::Any;
-      for (std::uint32_t at = node.firstOperand; at != kNone; at = nodes_[at].next) {
-        if (Holds(nodes_[at], row) == any) {
-          return any;
-        }
-      }
-      return !any;
-    }
+      return !anyOperand(false);
+    case Operation::Any:
+      return anyOperand(true);
     case Operation::IsNull:
-    case Operation::IsNotNull: {
-      const Variant& cell = table_.Cell(row, node.column);
-      return (cell.IsNull() || cell.IsEmpty()) == (node.operation == Operation::IsNull);
+      return cell().IsNull() || cell().IsEmpty();
+    case Operation::IsNotNull:
+      return !cell().IsNull() && !cell().IsEmpty();
+    case Operation::Equal:
+      return order() == 0;
+    case Operation::NotEqual: {
+      const std::partial_ordering found = order();
+      return found < 0 || found > 0;
     }
+    case Operation::Less:
+      return order() < 0;
+    case Operation::LessOrEqual:
+      return order() <= 0;
+    case Operation::Greater:
+      return order() > 0;
+    case Operation::GreaterOrEqual:
+      return order() >= 0;
     case Operation::StartsWith:
-    case Operation::Contains: {
-      const auto text = table_.Cell(row, node.column).AsText();
-      const auto pattern = node.constant.AsText();
-      if (!text || !pattern) {
-        return false;
-      }
-      return node.operation == Operation::StartsWith ? StartsWithFolded(*text, *pattern)
-                                                     : ContainsFolded(*text, *pattern);
-    }
-    default:
+    case Operation::Contains:
       break;
   }
-  const std::partial_ordering order = CompareInFilter(table_.Cell(row, node.column), node.constant);
-  switch (node.operation) {
-    case Operation::Equal:
-      return order == 0;
-    case Operation::NotEqual:
-      return order < 0 || order > 0;
-    case Operation::Less:
-      return order < 0;
-    case Operation::LessOrEqual:
-      return order <= 0;
-    case Operation::Greater:
-      return order > 0;
-    default:
-      return order >= 0;
+  const auto text = cell().AsText();
+  const auto pattern = node.constant.AsText();
+  if (!text || !pattern) {
+    return false;
   }
+  return node.operation == Operation::StartsWith ? StartsWithFolded(*text, *pattern)
+                                                 : ContainsFolded(*text, *pattern);
 }
 
 }  // namespace kal

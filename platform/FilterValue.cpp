@@ -82,7 +82,7 @@ std::uint64_t Mixed(std::uint64_t bits) {
 
 }  // namespace
 
-const Variant* FilterConstant(DataType column, const Variant& value, Variant& room) {
+const Variant* FilterConstantOfAny(DataType column, const Variant& value, Variant& room) {
   const Kind kind = KindOf(value);
   const Kind wanted = KindOf(column);
   if (kind == Kind::None || (kind != wanted && wanted != Kind::Any)) {
@@ -123,6 +123,9 @@ std::partial_ordering CompareOfAnyKind(const Variant& cell, const Variant& const
 }
 
 std::uint64_t HashInFilter(const Variant& value) {
+  if (const auto whole = value.AsInteger()) {
+    return Mixed(std::bit_cast<std::uint64_t>(static_cast<double>(*whole)));
+  }
   if (const auto text = value.AsText()) {
     std::uint64_t hash = 0xCBF29CE484222325U;
     for (std::size_t i = 0; i < text->size(); ++i) {

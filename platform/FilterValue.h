@@ -18,13 +18,22 @@ namespace kal {
 // The value as a constant to compare with cells of a column of that type, a boolean exactly for
 // boolean columns: the value itself, or the room given where another had to be made of it. nullptr
 // when it is of another kind, or Null or Empty.
-[[nodiscard]] const Variant* FilterConstant(DataType column, const Variant& value, Variant& room);
+[[nodiscard]] const Variant* FilterConstantOfAny(DataType column, const Variant& value,
+                                                 Variant& room);
+[[nodiscard]] inline const Variant* FilterConstant(DataType column, const Variant& value,
+                                                   Variant& room) {
+  const bool whole = column == DataType::Integer || column == DataType::SmallInt;
+  return whole && value.AsInteger() ? &value : FilterConstantOfAny(column, value, room);
+}
 
 // The order of a cell and a constant from FilterConstant. Unordered, that is without any
 // comparison that holds, when the cell is Null or of another kind.
 [[nodiscard]] std::partial_ordering CompareOfAnyKind(const Variant& cell, const Variant& constant);
 [[nodiscard]] inline std::partial_ordering CompareInFilter(const Variant& cell,
                                                            const Variant& constant) {
+  if (cell.IsNull()) {
+    return std::partial_ordering::unordered;
+  }
   const auto number = cell.AsInteger();
   const auto wanted = constant.AsInteger();
   return number && wanted ? *number <=> *wanted : CompareOfAnyKind(cell, constant);

@@ -215,7 +215,9 @@ std::span<const std::uint32_t> RowTable::RowsWhereEqual(std::size_t column,
 }
 
 bool RowTable::WantsIndex(std::size_t column) const {
-  indexes_.resize(Columns().size());
+  if (indexes_.empty()) {
+    indexes_.resize(Columns().size());
+  }
   return std::exchange(indexes_[column].asked, true);
 }
 
@@ -235,7 +237,9 @@ class MemoryRecordset::CellField final  // NOLINT(cppcoreguidelines-virtual-clas
 };
 
 MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::EditMode editMode)
-    : table_(std::move(table)), editMode_(editMode) {}
+    : table_(std::move(table)), editMode_(editMode) {
+  GoTo(0);
+}
 
 MemoryRecordset::~MemoryRecordset() = default;
 
@@ -243,7 +247,7 @@ void MemoryRecordset::StartOver(std::shared_ptr<const RowTable> table) {
   table_ = std::move(table);
   filterText_.clear();
   filtered_ = false;
-  position_ = 0;
+  GoTo(0);
 }
 
 const Field& MemoryRecordset::FieldAt(std::size_t column) {
@@ -288,13 +292,13 @@ void MemoryRecordset::Filter(std::string_view condition) {
   filterText_ = condition;
   visible_.swap(gathered_);
   filtered_ = true;
-  position_ = 0;
+  GoTo(0);
 }
 
 void MemoryRecordset::Filter(FilterGroup /*group*/) {
   filterText_.clear();
   filtered_ = false;
-  position_ = 0;
+  GoTo(0);
 }
 
 void MemoryRecordset::Gather(const FilterExpression& condition) {
@@ -333,40 +337,32 @@ void MemoryRecordset::MoveFirst() {
   if (VisibleCount() == 0) {
     Raise(RunTime::NoCurrentRecord, "There is no row to move to", kRecordsetSource);
   }
-  position_ = 0;
+  GoTo(0);
 }
 
 void MemoryRecordset::MoveNext() {
   if (Eof()) {
     Raise(RunTime::NoCurrentRecord, "The record set is already at its end", kRecordsetSource);
   }
-  ++position_;
+  GoTo(position_ + 1);
 }
 
 void MemoryRecordset::MoveLast() {
   MoveFirst();
-  position_ = VisibleCount() - 1;
+  GoTo(VisibleCount() - 1);
 }
 
-bool MemoryRecordset::Eof() { return position_ >= VisibleCount(); }
+bool MemoryRecordset::Eof() { return row_ == kNoRow; }
 
-std::size_t MemoryRecordset::Position() const {
-  return position_ < VisibleCount() ? position_ + 1 : 0;
-}
+std::size_t MemoryRecordset::Position() const { return row_ == kNoRow ? 0 : position_ + 1; }
 
-std::size_t MemoryRecordset::Row() const {
-  return position_ < VisibleCount() ? CurrentRow() + 1 : 0;
-}
-
-std::size_t MemoryRecordset::VisibleCount() const {
-  return filtered_ ? visible_.size() : table_->RowCount();
-}
+std::size_t MemoryRecordset::Row() const { return row_ == kNoRow ? 0 : row_ + 1; }
 
 std::size_t MemoryRecordset::CurrentRow() const {
-  if (position_ >= VisibleCount()) {
+  if (row_ == kNoRow) {
     RaiseNoCurrentRow();
   }
-  return filtered_ ? visible_[position_] : position_;
+  return row_;
 }
 
 }  // namespace kal

@@ -172,7 +172,7 @@ class MemoryRecordset final : public Recordset {
   void MoveLast() override;
   [[nodiscard]] bool Eof() override;
   [[nodiscard]] bool HasCurrentRow() noexcept override {
-    return position_ < VisibleCount() && !table_->Columns().empty();
+    return row_ != kNoRow && !table_->Columns().empty();
   }
 
   // For whoever shows the state of the set: the filter text in force ("" when none), and the
@@ -189,7 +189,14 @@ class MemoryRecordset final : public Recordset {
 
   [[nodiscard]] const Field& FieldAt(std::size_t column);
   void MakeFields();
-  [[nodiscard]] std::size_t VisibleCount() const;
+  [[nodiscard]] std::size_t VisibleCount() const {
+    return filtered_ ? visible_.size() : table_->RowCount();
+  }
+  // To that place among the visible rows; their count is the end.
+  void GoTo(std::size_t position) {
+    position_ = position;
+    row_ = position >= VisibleCount() ? kNoRow : filtered_ ? visible_[position] : position;
+  }
   [[nodiscard]] std::size_t CurrentRow() const;  // raises 3021
   // Puts the rows that meet the condition into gathered_.
   void Gather(const class FilterExpression& condition);
@@ -201,7 +208,9 @@ class MemoryRecordset final : public Recordset {
   bool filtered_ = false;
   std::vector<std::uint32_t> visible_;   // the rows shown, when filtered
   std::vector<std::uint32_t> gathered_;  // where the next filter's rows are put together
-  std::size_t position_ = 0;             // among the visible rows; their count at the end
+  static constexpr std::size_t kNoRow = SIZE_MAX;
+  std::size_t position_ = 0;  // among the visible rows; their count at the end
+  std::size_t row_ = kNoRow;  // the current one's place in the table
 };
 
 }  // namespace kal
