@@ -88,7 +88,7 @@ class Command {
     return Takes(name, "N", target, says)->transform(UpTo(most, language_));
   }
   CLI::Option* Flag(const char* name, bool& target, const Wording& says) {
-    return app_.add_flag(name, target, says.In(language_));
+    return app_.add_flag(name, target, says.In(language_))->disable_flag_override();
   }
 
  private:

@@ -103,9 +103,12 @@ Said Wrong(const CLI::ParseError& error, const CLI::App& app) {
     return Misplaced(words.empty() ? "" : words.front());
   }
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    // The library's sentence begins with the option's name.
+    // The library's sentence begins with the option's name, that of a flag without its dashes.
     const std::string_view sentence = error.what();
     const std::string name(sentence.substr(0, sentence.find_first_of(": ")));
+    if (!name.starts_with('-')) {
+      return Say({"% non vuole un valore", "% takes no value"}, {"--" + name});
+    }
     const auto repeated = [&name](const CLI::App& command) {
       const CLI::Option* const option = command.get_option_no_throw(name);
       return option != nullptr && option->count() > 1;

@@ -605,6 +605,7 @@ TEST(Program, AnswersByItsExitStatus) {
       {check + "--summary -", yes, 2, "", "--summary vuole anche --json"},
       {check + "--jobs 257 -", yes, 2, "", "257 non è un numero intero da 1 a 256"},
       {check + "--jobs", yes, 2, "", "--jobs vuole un valore"},
+      {check + "--json=no -", yes, 2, "", "--json non vuole un valore"},
       {check + "--jobs 1 --jobs 010 -", yes, 2, "", "--jobs si dice una volta sola"},
       {"verify --lang en", "", 2, "", "COMPANY is missing (see kalcogcheck verify --help)"},
       {"--help", "", 0, "Uso: kalcogcheck [OPZIONI] COMANDO", ""},
