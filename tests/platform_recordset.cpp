@@ -256,12 +256,15 @@ TEST(MemoryRecordset, FieldsFollowTheRow) {
     EXPECT_EQ(ErrorOf([&] { (void)set.Fields(name); }), "3265") << name;
   }
   EXPECT_EQ(ErrorOf([&] { (void)set.Fields(std::size_t{8}); }), "3265");
-  // Names with equal ends, some so long that they have a middle too.
+  // Names with equal ends, some so short that these overlap, some so long that they have a middle.
   RowTable table({{"ImportoDareVB", DataType::Currency},
                   {"ImportoXYreVB", DataType::Currency},
                   {"ImportoDelDareVB", DataType::Currency},
                   {"ImportoPagatoDareInVB", DataType::Currency},
-                  {"ImportoPosatoDareInVB", DataType::Currency}});
+                  {"ImportoPosatoDareInVB", DataType::Currency},
+                  {"DData", DataType::Date},
+                  {"IData", DataType::Date},
+                  {"DDato", DataType::Integer}});
   for (std::size_t column = 0; column < table.Columns().size(); ++column) {
     EXPECT_EQ(table.FindColumn(table.Columns()[column].name), column);
   }
