@@ -237,9 +237,7 @@ class MemoryRecordset::CellField final  // NOLINT(cppcoreguidelines-virtual-clas
 };
 
 MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::EditMode editMode)
-    : table_(std::move(table)), editMode_(editMode) {
-  GoTo(0);
-}
+    : table_(std::move(table)), editMode_(editMode) {}
 
 MemoryRecordset::~MemoryRecordset() = default;
 
@@ -352,14 +350,14 @@ void MemoryRecordset::MoveLast() {
   GoTo(VisibleCount() - 1);
 }
 
-bool MemoryRecordset::Eof() { return row_ == kNoRow; }
+bool MemoryRecordset::Eof() { return !IsOnRow(); }
 
-std::size_t MemoryRecordset::Position() const { return row_ == kNoRow ? 0 : position_ + 1; }
+std::size_t MemoryRecordset::Position() const { return IsOnRow() ? position_ + 1 : 0; }
 
-std::size_t MemoryRecordset::Row() const { return row_ == kNoRow ? 0 : row_ + 1; }
+std::size_t MemoryRecordset::Row() const { return IsOnRow() ? row_ + 1 : 0; }
 
 std::size_t MemoryRecordset::CurrentRow() const {
-  if (row_ == kNoRow) {
+  if (!IsOnRow()) {
     RaiseNoCurrentRow();
   }
   return row_;

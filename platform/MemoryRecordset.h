@@ -172,7 +172,7 @@ class MemoryRecordset final : public Recordset {
   void MoveLast() override;
   [[nodiscard]] bool Eof() override;
   [[nodiscard]] bool HasCurrentRow() noexcept override {
-    return row_ != kNoRow && !table_->Columns().empty();
+    return IsOnRow() && !table_->Columns().empty();
   }
 
   // For whoever shows the state of the set: the filter text in force ("" when none), and the
@@ -195,8 +195,9 @@ class MemoryRecordset final : public Recordset {
   // To that place among the visible rows; their count is the end.
   void GoTo(std::size_t position) {
     position_ = position;
-    row_ = position >= VisibleCount() ? kNoRow : filtered_ ? visible_[position] : position;
+    row_ = !filtered_ ? position : position < visible_.size() ? visible_[position] : kNoRow;
   }
+  [[nodiscard]] bool IsOnRow() const { return row_ < table_->RowCount(); }
   [[nodiscard]] std::size_t CurrentRow() const;  // raises 3021
   // Puts the rows that meet the condition into gathered_.
   void Gather(const class FilterExpression& condition);
@@ -210,7 +211,7 @@ class MemoryRecordset final : public Recordset {
   std::vector<std::uint32_t> gathered_;  // where the next filter's rows are put together
   static constexpr std::size_t kNoRow = SIZE_MAX;
   std::size_t position_ = 0;  // among the visible rows; their count at the end
-  std::size_t row_ = kNoRow;  // the current one's place in the table
+  std::size_t row_ = 0;       // the current one's place in the table; behind it at the end
 };
 
 }  // namespace kal

@@ -286,6 +286,12 @@ TEST(MemoryRecordset, SetsOverOneTableAreIndependent) {
   left.MoveNext();
   EXPECT_EQ(CStr(left.Fields("N").Value()) + CStr(right.Fields("N").Value()), "46");
   EXPECT_EQ(left.RecordCount() + right.RecordCount(), 4 + 6);
+  // A set may be made before its rows are.
+  const auto growing = std::make_shared<RowTable>(std::vector<Column>{{"N", DataType::Integer}});
+  MemoryRecordset early(growing);
+  EXPECT_TRUE(early.Eof());
+  growing->AddRow({5});
+  EXPECT_EQ(CStr(early.Fields("N").Value()), "5");
 }
 
 // Every key of a large set, by numbers of every type and by texts in either case.
