@@ -39,7 +39,8 @@ class Engine {
   virtual ~Engine() = default;
 
   // The rows of a selection, which stay as they are whatever happens to the database afterwards.
-  [[nodiscard]] virtual std::shared_ptr<const RowTable> Rows(const Query& query) = 0;
+  // The reference is valid until the next question.
+  [[nodiscard]] virtual const std::shared_ptr<const RowTable>& Rows(const Query& query) = 0;
   // The highest protocol of the definitive entries of that year of registration, register type and
   // section; Null when there is none.
   [[nodiscard]] virtual Variant HighestProtocol(const Variant& year, const Variant& registerType,

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "company/DataError.h"
+#include "company/PlaceByAddress.h"
 #include "company/Settings.h"
 #include "platform/LetterCase.h"
 
@@ -181,23 +182,24 @@ State& CompanySiblings::StateOf(const SiblingCall& call) {
 }
 
 RecordsetRef CompanySiblings::Open(const Query& query) {
-  constexpr std::size_t kMostSets = 8;
-  std::shared_ptr<const RowTable> rows = engine_.Rows(query);
-  for (const std::shared_ptr<MemoryRecordset>& set : sets_) {
+  const std::shared_ptr<const RowTable>& rows = engine_.Rows(query);
+  const std::size_t place = PlaceByAddress<kMostSets>(rows.get());
+  for (std::size_t i = 0; i < kMostSets; ++i) {
+    std::shared_ptr<MemoryRecordset>& set = sets_[(place + i) % kMostSets];
+    if (set == nullptr) {
+      set = std::make_shared<MemoryRecordset>(rows);
+      return set;
+    }
     if (set.use_count() == 1) {
-      set->StartOver(std::move(rows));
+      set->StartOver(rows);
       return set;
     }
   }
-  auto set = std::make_shared<MemoryRecordset>(std::move(rows));
-  if (sets_.size() < kMostSets) {
-    sets_.push_back(set);
-  }
-  return set;
+  return std::make_shared<MemoryRecordset>(rows);
 }
 
 Variant CompanySiblings::FirstValue(const Query& query) {
-  const std::shared_ptr<const RowTable> rows = engine_.Rows(query);
+  const std::shared_ptr<const RowTable>& rows = engine_.Rows(query);
   return rows->RowCount() == 0 ? Variant(Null) : rows->Cell(0, 0);
 }
 

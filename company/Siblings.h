@@ -5,12 +5,12 @@
 
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "company/Engine.h"
 #include "siblings/Siblings.h"
@@ -55,9 +55,10 @@ class CompanySiblings final : public Siblings {
   Engine& engine_;
   Variant language_;
   std::string expression_;  // the last one; kept for its memory
-  // A check opens some twenty small record sets, few of them at a time: those that everybody else
-  // has let go of are handed out again.
-  std::vector<std::shared_ptr<MemoryRecordset>> sets_;
+  // A check opens some twenty small record sets, few of them at a time, mostly over the rows that
+  // the last check saw: a set that everybody else has let go of is handed out again, by its table.
+  static constexpr std::size_t kMostSets = 32;
+  std::array<std::shared_ptr<MemoryRecordset>, kMostSets> sets_;
 };
 
 }  // namespace kal::company

@@ -241,8 +241,10 @@ MemoryRecordset::MemoryRecordset(std::shared_ptr<const RowTable> table, kal::Edi
 
 MemoryRecordset::~MemoryRecordset() = default;
 
-void MemoryRecordset::StartOver(std::shared_ptr<const RowTable> table) {
-  table_ = std::move(table);
+void MemoryRecordset::StartOver(const std::shared_ptr<const RowTable>& table) {
+  if (table_ != table) {  // counting who holds it costs something among threads
+    table_ = table;
+  }
   filterText_.clear();
   filtered_ = false;
   GoTo(0);

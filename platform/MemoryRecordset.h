@@ -159,7 +159,7 @@ class MemoryRecordset final : public Recordset {
 
   // Becomes a set over that table, as one made anew would be, but for its edit mode and its memory.
   // For whoever is alone in holding it: fields handed out before are good no longer.
-  void StartOver(std::shared_ptr<const RowTable> table);
+  void StartOver(const std::shared_ptr<const RowTable>& table);
 
   [[nodiscard]] const Field& Fields(std::string_view name) override;
   [[nodiscard]] const Field& Fields(std::size_t index) override;

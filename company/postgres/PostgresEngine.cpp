@@ -540,12 +540,12 @@ class PostgresEngine::Alone {
   bool isNeeded_;
 };
 
-std::shared_ptr<const RowTable> PostgresEngine::Rows(const Query& query) {
+const std::shared_ptr<const RowTable>& PostgresEngine::Rows(const Query& query) {
   const Alone alone(*this);
   RequireReading(query.Text(query.What().Table()));
   std::vector<PostgresValue> tables;
   Statement& statement = StatementOf(query, tables);
-  return Answer(statement, query.Values(), tables);
+  return answer_ = Answer(statement, query.Values(), tables);
 }
 
 void PostgresEngine::RequireReading(std::string_view table) const {

@@ -47,7 +47,7 @@ class PostgresEngine final : public Engine {
   explicit PostgresEngine(std::string uri);
   ~PostgresEngine() override;
 
-  [[nodiscard]] std::shared_ptr<const RowTable> Rows(const Query& query) override;
+  [[nodiscard]] const std::shared_ptr<const RowTable>& Rows(const Query& query) override;
   [[nodiscard]] Variant HighestProtocol(const Variant& year, const Variant& registerType,
                                         const Variant& section) override;
   [[nodiscard]] std::int32_t Closings(const Variant& entry) override;
@@ -188,7 +188,8 @@ class PostgresEngine final : public Engine {
   std::vector<std::pair<const Statement*, const Kept*>> trusted_;  // before versions were read
   std::vector<Temporary> temporary_;
   std::size_t keptRows_ = 0;
-  std::string key_;  // of what is being looked up; kept for its memory
+  std::string key_;                         // of what is being looked up; kept for its memory
+  std::shared_ptr<const RowTable> answer_;  // the last one
   Counters counted_;
   std::vector<std::string>* recorded_ = nullptr;
 };

@@ -3,13 +3,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <bit>
 #include <iterator>
 #include <span>
-#include <tuple>
 #include <utility>
 
 #include "company/DataError.h"
+#include "company/PlaceByAddress.h"
 #include "company/Schema.h"
 #include "company/sqlite/CompanyFile.h"
 #include "company/sqlite/SchemaSql.h"
@@ -254,9 +253,7 @@ SqliteEngine::Prepared SqliteEngine::Prepare(const Query& query) {
 }
 
 SqliteEngine::Place& SqliteEngine::PlaceOf(const Selection& selection) {
-  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
-  constexpr unsigned kToPlaces = 64 - std::bit_width(std::tuple_size_v<decltype(places_)> - 1);
-  return places_[(std::hash<const void*>()(&selection) * kSpread) >> kToPlaces];
+  return places_[PlaceByAddress<kPlaces>(&selection)];
 }
 
 SqliteEngine::Kept* SqliteEngine::Expected(const Query& query) {
@@ -395,11 +392,11 @@ std::vector<Variant> SqliteEngine::Greatest(const Prepared& prepared, const Quer
 }
 
 // The version is asked for first: a change that comes after it is then seen the next time.
-std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
+const std::shared_ptr<const RowTable>& SqliteEngine::Rows(const Query& query) {
   constexpr std::size_t kMostValues = 63;  // one bit for each, and one in front
   if (!query.IsConstant() || query.Values().size() > kMostValues) {
     Prepared once = Prepare(query);
-    return Run(once, query);
+    return answer_ = Run(once, query);
   }
   const std::int64_t version = FileVersion();
   if (keptRows_ > kKeptRows) {
@@ -411,7 +408,7 @@ std::shared_ptr<const RowTable> SqliteEngine::Rows(const Query& query) {
   }
   Prepared& prepared = PreparedBefore(query);
   if (!prepared.keepsAnswers) {
-    return LiesBehind(prepared, query) ? prepared.none : Run(prepared, query);
+    return answer_ = LiesBehind(prepared, query) ? prepared.none : Run(prepared, query);
   }
   if (kept == nullptr) {
     kept = &KeptBefore(prepared, query.Values());

@@ -44,7 +44,7 @@ class SqliteEngine final : public Engine {
   // Raises an error when the file is missing, can't be read or is no company.
   explicit SqliteEngine(const std::string& path, const Patience& patience = {});
 
-  [[nodiscard]] std::shared_ptr<const RowTable> Rows(const Query& query) override;
+  [[nodiscard]] const std::shared_ptr<const RowTable>& Rows(const Query& query) override;
   [[nodiscard]] Variant HighestProtocol(const Variant& year, const Variant& registerType,
                                         const Variant& section) override;
   [[nodiscard]] std::int32_t Closings(const Variant& entry) override;
@@ -139,13 +139,15 @@ class SqliteEngine final : public Engine {
   SqliteStatement version_;
   SqliteStatement schema_;
   std::unordered_map<Use, Prepared, UseHash, SameUse> selections_;
-  std::array<Place, 256> places_;  // by the selection's address; so many that few share one
+  static constexpr std::size_t kPlaces = 256;  // so many that few selections share one
+  std::array<Place, kPlaces> places_;
   ByText<SqliteStatement> constants_;
   std::optional<std::int64_t> versionOfReading_;
   std::optional<std::int64_t> versionSeen_;  // the latest
   std::optional<std::int64_t> schemaSeen_;   // that of all that is prepared
   std::size_t keptRows_ = 0;
-  std::string key_;  // of what is being looked up; kept for its memory
+  std::string key_;                         // of what is being looked up; kept for its memory
+  std::shared_ptr<const RowTable> answer_;  // the last one that is not kept
 };
 
 }  // namespace kal::company
