@@ -11,6 +11,7 @@
 
 #include "company/DataError.h"
 #include "company/PlaceByAddress.h"
+#include "company/Schema.h"
 #include "company/Settings.h"
 #include "platform/LetterCase.h"
 
@@ -135,12 +136,7 @@ struct CompanySiblings::Sums final : SiblingState {
 
   void Columns(std::string_view list) {
     sums.clear();
-    while (!list.empty()) {
-      const std::size_t comma = std::min(list.find(','), list.size());
-      std::string_view name = list.substr(0, comma);
-      list.remove_prefix(std::min(comma + 1, list.size()));
-      name.remove_prefix(std::min(name.find_first_not_of(' '), name.size()));
-      name = name.substr(0, name.find_last_not_of(' ') + 1);
+    for (const std::string_view name : Items(list)) {
       sums.push_back({std::string(name), Currency()});
     }
   }

@@ -115,9 +115,8 @@ Variant GetField(Campo& campo) {
 }
 
 Variant RawField(const RecordsetRef& rs, std::string_view name) {
-  Variant value = rs->Fields(name).Value();
-  DropTime(value);
-  return value;
+  Campo campo(rs, name);
+  return campo.Value();
 }
 
 bool GetFlag(const RecordsetRef& rs, std::string_view name) {
